@@ -1,0 +1,35 @@
+#pragma once
+// Every text that the program prints on standard output. Texts that go through puts() carry no line
+// end; format strings say so in their name and end in one.
+
+namespace msg {
+
+inline constexpr const char* kStarting = "Starting Velmora\n";
+inline constexpr const char* kScreenResolutionFormat = "Current screen resolution : %d x %d\n";
+inline constexpr const char* kAppResolutionFormat = "Current app resolution : %d x %d\n";
+inline constexpr const char* kUseHdmiSize =
+    "When using HDMI, please set the screen resolution to 1280 x 720.";
+inline constexpr const char* kOverscanAdvice =
+    "Overscan should be disabled ( see: "
+    "https://www.raspberrypi.com/documentation/computers/configuration.html )";
+inline constexpr const char* kOverscanMoreInfos =
+    "Overscan should be disabled ( more infos: "
+    "https://www.raspberrypi.com/documentation/computers/configuration.html )";
+inline constexpr const char* kNoWindowA = "Could not create main window A";
+inline constexpr const char* kNoWindowB = "Could not create main window B";
+inline constexpr const char* kNoWindowC = "Could not create main window C";
+inline constexpr const char* kCompositeDetected =
+    "Composite OutPut detected, adjusting app resolution.";
+inline constexpr const char* kNewResolutionRefused = "Could not set the new resolution";
+inline constexpr const char* kFullScreenRefused = "Could not set full screen window";
+
+inline constexpr const char* kClipVanished = "video n'existe pas";
+inline constexpr const char* kClipDestroyed = "- - - destroy";
+
+inline constexpr const char* kNoPlaylistsFile = "can't find playlists XML file";
+inline constexpr const char* kNoPrefsFile = "can't find prefs file";
+inline constexpr const char* kNoControllerFile = "can't find controller xml file";
+inline constexpr const char* kNoDirectory = "Couldn't open the directory";
+inline constexpr const char* kSaveFailedFormat = "Could not save %s\n";
+
+}  // namespace msg

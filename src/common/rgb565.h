@@ -1,0 +1,29 @@
+#pragma once
+// RGB565: red in bits 15-11 (0-31), green in bits 10-5 (0-63), blue in bits 4-0 (0-31).
+
+#include <cstdint>
+
+namespace px {
+
+constexpr int redOf(uint16_t pixel) {
+    return pixel >> 11;
+}
+constexpr int greenOf(uint16_t pixel) {
+    return (pixel >> 5) & 63;
+}
+constexpr int blueOf(uint16_t pixel) {
+    return pixel & 31;
+}
+
+// Fields are combined by addition: the caller keeps each of them in its range.
+constexpr uint16_t pack(int red, int green, int blue) {
+    return static_cast<uint16_t>((red << 11) + (green << 5) + blue);
+}
+
+// 0x00RRGGBB to RGB565 by dropping the low bits of each channel.
+constexpr uint16_t fromRgb(int rgb) {
+    return static_cast<uint16_t>(((rgb >> 8) & 0xF800) + ((rgb >> 5) & 0x07E0) +
+                                 ((rgb & 0xFF) >> 3));
+}
+
+}  // namespace px

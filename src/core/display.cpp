@@ -1,0 +1,112 @@
+#include "core/display.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "common/limits.h"
+#include "common/messages.h"
+#include "common/rgb565.h"
+#include "core/all.h"
+#include "core/globals.h"
+
+namespace {
+
+constexpr int kModeDepth = 16;
+
+// 16-bit surface that the mixer writes when the video surface has another depth. Made when first
+// needed and when its size changes, which only a new video mode brings about.
+SDL_Surface* standIn = nullptr;
+
+SDL_Surface* standInFor(const SDL_Surface* video) {
+    if (standIn == nullptr || standIn->w != video->w || standIn->h != video->h) {
+        SDL_FreeSurface(standIn);
+        standIn = SDL_CreateRGBSurface(SDL_SWSURFACE, video->w, video->h, kModeDepth, 0xF800,
+                                       0x07E0, 0x001F, 0);
+    }
+    return standIn;
+}
+
+bool is16Bit(const SDL_Surface* surface) {
+    return surface->format->BitsPerPixel == kModeDepth;
+}
+
+void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
+    screen[1] = SDL_SetVideoMode(all->appW, all->appH, kModeDepth, wanted);
+    if (screen[1] != nullptr) {
+        return;
+    }
+    screen[1] = SDL_SetVideoMode(0, 0, 0, fallback);
+    puts(refusal);
+    puts(msg::kOverscanMoreInfos);
+    if (screen[1] == nullptr) {
+        exit(1);
+    }
+}
+
+}  // namespace
+
+// Deliberate: the work surface keeps the size that it got at start-up.
+// [quirk_work_surface_keeps_startup_size]
+void updateResolution() {
+    const uint32_t flags = screen[1]->flags;
+    openMode(flags, flags, msg::kNewResolutionRefused);
+}
+
+void toggleFullScreen() {
+    const uint32_t flags = screen[1]->flags;
+    openMode(flags ^ SDL_FULLSCREEN, flags, msg::kFullScreenRefused);
+}
+
+px::OutputView videoView() {
+    SDL_Surface* surface = is16Bit(screen[1]) ? screen[1] : standInFor(screen[1]);
+    return {static_cast<uint16_t*>(surface->pixels), std::min(all->appW, surface->w),
+            std::min(all->appH, surface->h), surface->pitch, all->composite != 0};
+}
+
+VideoOutput::VideoOutput() {
+    if (SDL_MUSTLOCK(screen[1])) {
+        SDL_LockSurface(screen[1]);
+    }
+}
+
+VideoOutput::~VideoOutput() {
+    if (SDL_MUSTLOCK(screen[1])) {
+        SDL_UnlockSurface(screen[1]);
+    }
+    if (!is16Bit(screen[1])) {
+        SDL_BlitSurface(standIn, nullptr, screen[1], nullptr);
+    }
+}
+
+uint32_t surfaceColour(const SDL_Surface* surface, uint16_t rgb565) {
+    if (is16Bit(surface)) {
+        return rgb565;
+    }
+    return SDL_MapRGB(surface->format, static_cast<uint8_t>(px::redOf(rgb565) * 255 / 31),
+                      static_cast<uint8_t>(px::greenOf(rgb565) * 255 / 63),
+                      static_cast<uint8_t>(px::blueOf(rgb565) * 255 / 31));
+}
+
+void scale2x() {
+    constexpr size_t kSourceRow = 1280;
+    constexpr size_t kOutputRow = 2560;
+    const auto* source = static_cast<const uint8_t*>(screen[0]->pixels);
+    auto* output = static_cast<uint8_t*>(screen[1]->pixels);
+    for (size_t y = 0; y < kFrameHeight; ++y) {
+        const auto* from = reinterpret_cast<const uint16_t*>(source + y * kSourceRow);
+        auto* to = reinterpret_cast<uint16_t*>(output + 2 * y * kOutputRow);
+        for (int x = 0; x < kFrameWidth; ++x) {
+            to[2 * x] = from[x];
+        }
+        memcpy(output + (2 * y + 1) * kOutputRow, to, kOutputRow);
+    }
+}
+
+float Clamp(float v, float lo, float hi) {
+    if (v < lo) {
+        return lo;
+    }
+    return v > hi ? hi : v;
+}

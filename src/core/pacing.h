@@ -1,0 +1,19 @@
+#pragma once
+// When the next frame is due. Times are milliseconds since SDL started.
+
+#include <cstdint>
+
+// Shortest time between two frames at a target rate: 1000 / (rate + 1).
+inline int16_t frameInterval(int targetFps) {
+    return static_cast<int16_t>(1000 / (targetFps + 1));
+}
+
+// A frame is due once more than `interval` has passed since the last one started.
+inline bool frameDue(int now, int previous, int interval) {
+    return now - previous > interval;
+}
+
+// Frame rate of a frame that follows the previous one after `elapsed` (at least 1) milliseconds.
+inline int frameRate(int elapsed) {
+    return 1000 / elapsed;
+}

@@ -1,0 +1,48 @@
+#pragma once
+// c_filters: which filters are on. Two layers of nine slots each; a slot holds a filter id, a
+// direction and a switch. The mixer and the clips ask by layer and filter id: the first switched-on
+// slot in slot order that holds the id answers. One object, the global `_filters`.
+
+#include <cstdint>
+
+#include "common/limits.h"
+
+enum FilterId : int32_t {
+    FILTER_NONE = 0,
+    FILTER_MIRROR = 1,
+    FILTER_SCROLL = 2,
+    FILTER_INVERT = 3,
+    FILTER_BURNED = 4,
+    FILTER_ZOOM = 5,
+    FILTER_HUE = 6,
+    FILTER_GAME_BOY = 7,
+    FILTER_GLITCH = 8,
+    FILTER_SNOW = 9,
+};
+inline constexpr int kFilterIds = 10;
+
+struct FilterSlot {
+    int32_t id;
+    int32_t dir;   // 0 to 3
+    int32_t on;    // non-zero: switched on
+    int32_t coef;  // the scroll filter's running offset
+};
+
+class c_filters {
+public:
+    void initFilters();  // every slot NONE, direction 0, off, coefficient 0
+
+    const char* getFilterName(int id);  // "NONE" for an id that there is not
+    int isFilterFXOn(int layer, int id);
+    int getFilterDir(int layer, int id);               // 0 when no slot answers
+    int getFilterCoef(int layer, int id);              // 0 when no slot answers
+    void setFilterCoef(int layer, int id, int value);  // nothing happens when no slot answers
+
+    void fx_glitchMap(unsigned short*, int) {}  // does nothing: GLITCH is carried out by the clips
+
+    FilterSlot slots[kLayers][kFilterSlots];
+    int32_t selected;  // the slot (0 to 8) whose letter was held last
+
+private:
+    FilterSlot* activeSlot(int layer, int id);
+};

@@ -1,0 +1,29 @@
+#pragma once
+// c_options: the performer's preferences and the options screen. One object, the global `_options`.
+
+#include <SDL.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+class c_options {
+public:
+    void initOptions();  // once the application resolution is known
+    void draw(SDL_Surface* surface, SDL_Surface* texture);
+    // Leaves the screen for home; a changed resolution takes effect.
+    void quitOptions();
+
+    int32_t offsetX;  // of the 640 x 360 picture in the application resolution
+    int32_t offsetY;
+    int32_t page;
+    SDL_Surface* controllerPicture;  // null when its file is missing
+    int32_t dragging;
+    int32_t draggedFilter;
+    int32_t waitingButton;
+    std::string homeDir;  // working directory at start-up
+    FILE* file;           // open while read or written
+    int32_t topbar;       // 1: draw the white lines at the top of the mix
+    int32_t fps;          // 1: draw the frame rate on the mix screen
+    int32_t anchorEntry;
+};

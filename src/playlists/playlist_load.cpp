@@ -1,0 +1,73 @@
+// Fills the clip slots with a playlist, one bounded step a frame.
+#include "clip/moxel.h"
+#include "core/all.h"
+#include "core/globals.h"
+#include "playlists/playlist.h"
+
+namespace {
+
+// Tile records a step: the first clip should be there almost at once, the others leave the mix its
+// frame rate.
+constexpr int kFirstClipBudget = 65000;
+constexpr int kOtherClipBudget = 2000;
+
+constexpr int kLoadFailed = 0;
+constexpr int kLoadFinished = 2;
+
+}  // namespace
+
+void c_playlist::clearMix() {
+    for (int slot = 0; slot < kClipSlots; ++slot) {
+        if (moxel[slot].hasRAM != 0) {
+            moxel[slot].killRAM();
+        }
+        moxel[slot].state = CLIP_LOADING;
+    }
+    loadSlot = 0;
+    loading = 0;
+}
+
+void c_playlist::initLoad(int index) {
+    for (int slot = 0; slot < kClipSlots; ++slot) {
+        if (moxel[slot].hasRAM == 1) {
+            moxel[slot].destroy();
+        }
+    }
+    loadTrack = 0;
+    loadSlot = 0;
+    loadDone = 0;
+    loading = 1;
+    currentFamille = index;
+    moxel[0].init(all->prefix, familles[index].tracks[0].path);
+    if (familles[index].nbTracks == 0) {
+        endLoad();
+    }
+}
+
+void c_playlist::endLoad() {
+    loadDone = 1;
+    loading = 0;
+}
+
+void c_playlist::loopLoadPlaylist() {
+    if (loading == 0) {
+        return;
+    }
+    c_moxel& clip = moxel[loadSlot];
+    const int budget = loadSlot == 0 ? kFirstClipBudget : kOtherClipBudget;
+    const int result = clip.state == CLIP_READY ? kLoadFailed : clip.loopLoad(budget);
+    if (result != kLoadFailed && result != kLoadFinished) {
+        return;
+    }
+    ++loadTrack;
+    if (result == kLoadFinished) {
+        ++loadSlot;
+    }
+    const Famille& famille = familles[currentFamille];
+    // The 50th filled slot ends the load even when tracks remain.
+    if (loadTrack >= famille.nbTracks || loadSlot == kClipSlots) {
+        endLoad();
+        return;
+    }
+    moxel[loadSlot].init(all->prefix, famille.tracks[loadTrack].path);
+}

@@ -1,0 +1,34 @@
+#pragma once
+// The forward-only scanner of the three user-data files. It knows just the shape that the program
+// writes: a declaration line of 43 characters, a root element "all" and flat children whose text is
+// wanted. It reads bytes from an open stream, looks for tags at the end of what it has read, gives
+// up after fixed numbers of characters, and never fails: past the end of the file every character
+// counts as the byte 0xFF, and the limits end the search.
+
+#include <cstdio>
+#include <string>
+
+namespace xml {
+
+inline constexpr int kDeclarationChars = 43;
+inline constexpr int kMotBudget = 43;  // characters that skipTo reads at most
+inline constexpr int kNoeudBudget =
+    99;  // characters before the opening tag, and again for the text
+inline constexpr const char* kEndOfAll = "</all>";
+inline constexpr const char* kEndOfPlaylist = "</playlist>";
+
+// Reads and drops one character; returns it, or EOF.
+int skipChar(FILE* stream);
+
+// Skips to just past `target`. Returns "</all>" when the end of the document came first, else an
+// empty string, whether or not the target was found.
+std::string skipTo(FILE* stream, const std::string& target);
+
+// The text of the next element `name`; or "</all>" or "</playlist>" when that tag came before the
+// element's opening tag. Attributes, entities and comments are not understood; text comes raw.
+std::string readNode(FILE* stream, const std::string& name);
+
+// The start of every user-data file: declaration, line end, "<all>". Nothing of it is checked.
+void readPrologue(FILE* stream);
+
+}  // namespace xml

@@ -1,0 +1,41 @@
+#include "ui/intro.h"
+
+#include <SDL_image.h>
+
+#include "common/geometry.h"
+#include "core/all.h"
+#include "core/globals.h"
+#include "ui/introfade.h"
+
+namespace {
+
+constexpr int kIntroFrames = 50;
+constexpr int kTurningFrame = 20;  // brighter before, darker after
+constexpr int kLogoX = 160;
+constexpr int kLogoY = 60;
+
+}  // namespace
+
+void c_intro::initIntro() {
+    const Point offset = pictureOffset(all->appW, all->appH);
+    state = 0;
+    offsetX = offset.x;
+    offsetY = offset.y;
+    SDL_RWops* picture = SDL_RWFromFile("data/logo-tessaron.png", "rb");
+    logo = picture != nullptr ? IMG_LoadPNG_RW(picture) : nullptr;
+    counter = kIntroFrames;
+}
+
+void c_intro::draw(SDL_Surface* s) {
+    --counter;
+    if (logo != nullptr) {
+        SDL_Rect at = {static_cast<int16_t>(offsetX + kLogoX),
+                       static_cast<int16_t>(offsetY + kLogoY), 0, 0};
+        SDL_BlitSurface(logo, nullptr, s, &at);
+    }
+    auto* row = static_cast<uint8_t*>(s->pixels);
+    for (int y = 0; y < s->h; ++y) {
+        px::brightenLit(reinterpret_cast<uint16_t*>(row), s->w, counter - kTurningFrame);
+        row += s->pitch;
+    }
+}
