@@ -1,4 +1,5 @@
 // Draws one frame of a ready clip into the shared layer buffers.
+#include <algorithm>
 #include <cassert>
 #include <cstring>
 
@@ -121,7 +122,7 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
         prevMap[index] = entry;
         drawTile(entry, code, glitch == kGlitchFlat, writeAlpha ? moxelAlpha16 + offset : nullptr);
     }
-    memcpy(prevCodes.data(), codes, static_cast<size_t>(codeWords) * sizeof *codes);
+    std::copy_n(codes, codeWords, prevCodes.begin());
     if (redrawCount != 0) {
         --redrawCount;
     }
