@@ -38,7 +38,19 @@ public:
     int getFilterCoef(int layer, int id);              // 0 when no slot answers
     void setFilterCoef(int layer, int id, int value);  // nothing happens when no slot answers
 
+    // The effects rewrite one layer (0 bottom, 1 top) of finalTilesTracks in place.
+    void fx_invert(int layer);
+    void fx_brulure(int layer, int dir);
+    void fx_snow(int layer, int dir);
+    void fx_zoom(int layer, int dir);
+    void fx_gameBoy(int layer, int dir);              // the direction changes nothing
+    void fx_mirror(int layer, int dir, int variant);  // there is variant 0 only
+    void fx_hue(int layer, int dir);
+    void fx_scroll(int layer, int dir, int hold);
     void fx_glitchMap(unsigned short*, int) {}  // does nothing: GLITCH is carried out by the clips
+
+    // Every filter that is on, in the mixer's order. `hold`: scrolling stands still.
+    void applyAll(int hold);
 
     FilterSlot slots[kLayers][kFilterSlots];
     int32_t selected;  // the slot (0 to 8) whose letter was held last

@@ -8,6 +8,7 @@
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
+#include "mixer/filters.h"
 #include "mixer/output.h"
 #include "options/options.h"
 
@@ -68,6 +69,8 @@ void c_mix::finRender(int position, int length) {
     } else {
         memcpy(top, moxelTiles16 + kFramePixels, kFrameBytes);
     }
+
+    _filters->applyAll(hold);
 
     VideoOutput output;
     switch (mode) {

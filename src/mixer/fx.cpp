@@ -1,0 +1,208 @@
+#include "mixer/fx.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "common/limits.h"
+#include "common/rgb565.h"
+
+namespace px {
+
+namespace {
+
+constexpr int kWhole = 0xFFFF;
+constexpr int kBurnThreshold = 90;
+constexpr uint16_t kBurnColours[4] = {0xF79E, 0xF800, 0x07E0, 0xFFE0};
+// Deliberate: the two short tables repeat every 29 and 7 pixels and show as stripes.
+// [quirk_short_snow_tables_make_stripes]
+constexpr int kSnowEntries[4] = {497, 313, 29, 7};
+constexpr int kSnowCentre = 10;
+constexpr int kZoomWidth = kFrameWidth / 2;
+constexpr int kZoomHeight = kFrameHeight / 2;
+constexpr int kZoomX = 160;
+constexpr int kZoomY = 90;
+constexpr uint16_t kGameBoyShades[4] = {0x39E0, 0x6304, 0xAD4D, 0xFFFD};
+constexpr int kGameBoySteps[3] = {45, 90, 135};  // the last weight of each darker shade
+constexpr int kScrollStep = 2;
+
+int weightOf(uint16_t p) {
+    return 2 * redOf(p) + greenOf(p) + 2 * blueOf(p);
+}
+
+int intensityOf(uint16_t p) {
+    return redOf(p) + (greenOf(p) >> 1) + blueOf(p);
+}
+
+uint16_t* rowOf(uint16_t* frame, int y) {
+    return frame + y * kFrameWidth;
+}
+
+void copyPixels(uint16_t* to, const uint16_t* from, int count) {
+    memcpy(to, from, static_cast<size_t>(count) * sizeof *to);
+}
+
+uint16_t snowPixel(uint16_t p, int t) {
+    const int change = t - kSnowCentre;
+    return pack(std::clamp(redOf(p) + change, 0, 31), std::clamp(greenOf(p) + 2 * change, 0, 63),
+                std::clamp(blueOf(p) + change, 0, 31));
+}
+
+uint16_t gameBoyShade(int weight) {
+    int shade = 0;
+    while (shade < 3 && weight > kGameBoySteps[shade]) {
+        ++shade;
+    }
+    return kGameBoyShades[shade];
+}
+
+uint16_t tint(int intensity, int direction) {
+    const int full = std::min(intensity, 31);
+    const int rest = (intensity - full) / 2;
+    switch (direction) {
+        case 0: {
+            const int grey = std::min(intensity / 3, 31);
+            return pack(grey, 2 * grey, grey);
+        }
+        case 1:
+            return pack(full, 2 * rest, rest);
+        case 2:
+            return pack(rest, 2 * full, rest);
+        default: {
+            const int half = std::min(intensity / 2, 31);
+            return pack(half, 2 * half, intensity - 2 * half);
+        }
+    }
+}
+
+// The middle of the frame, taken out before the frame is written over.
+struct ZoomPicture {
+    uint16_t pixels[kZoomWidth * kZoomHeight];
+
+    explicit ZoomPicture(uint16_t* frame) {
+        for (int y = 0; y < kZoomHeight; ++y) {
+            copyPixels(pixels + y * kZoomWidth, rowOf(frame, kZoomY + y) + kZoomX, kZoomWidth);
+        }
+    }
+    const uint16_t* row(int y) const { return pixels + y * kZoomWidth; }
+};
+
+void rotateRow(uint16_t* row, int offset) {
+    std::rotate(row, row + (kFrameWidth - offset), row + kFrameWidth);
+}
+
+}  // namespace
+
+void invertFrame(uint16_t* frame) {
+    for (int i = 0; i < kFramePixels; ++i) {
+        frame[i] = static_cast<uint16_t>(frame[i] ^ kWhole);
+    }
+}
+
+void burnFrame(uint16_t* frame, int direction) {
+    const uint16_t light = direction >= 0 && direction < 4 ? kBurnColours[direction] : uint16_t{0};
+    for (int i = 0; i < kFramePixels; ++i) {
+        frame[i] = weightOf(frame[i]) < kBurnThreshold ? uint16_t{0} : light;
+    }
+}
+
+int snowEntries(int direction) {
+    return kSnowEntries[direction & 3];
+}
+
+void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
+    int entry = 0;
+    for (int i = 0; i < kFramePixels; ++i) {
+        ++entry;
+        if (entry == entries) {
+            entry = 0;
+        }
+        frame[i] = snowPixel(frame[i], table[entry]);
+    }
+}
+
+// Deliberate: away from direction 0 the odd columns and rows keep the picture that was there, a
+// screen door of both. [quirk_zoom_away_from_up_is_a_screen_door]
+void zoomFrame(uint16_t* frame, int direction) {
+    const ZoomPicture picture(frame);
+    for (int y = 0; y < kZoomHeight; ++y) {
+        uint16_t* out = rowOf(frame, 2 * y);
+        const uint16_t* source = picture.row(y);
+        if (direction != 0) {
+            for (int x = 0; x < kZoomWidth; ++x) {
+                out[2 * x] = source[x];
+            }
+            continue;
+        }
+        for (int x = 0; x < kZoomWidth; ++x) {
+            out[2 * x] = source[x];
+            out[2 * x + 1] = source[x];
+        }
+        copyPixels(out + kFrameWidth, out, kFrameWidth);
+    }
+}
+
+void gameBoyFrame(uint16_t* frame) {
+    for (int i = 0; i < kFramePixels; ++i) {
+        frame[i] = gameBoyShade(weightOf(frame[i]));
+    }
+}
+
+void mirrorFrame(uint16_t* frame, int direction) {
+    constexpr int kHalfHeight = kFrameHeight / 2;
+    for (int y = 0; y < kHalfHeight && direction % 2 == 0; ++y) {
+        uint16_t* upper = rowOf(frame, y);
+        uint16_t* lower = rowOf(frame, kFrameHeight - 1 - y);
+        copyPixels(direction == 0 ? upper : lower, direction == 0 ? lower : upper, kFrameWidth);
+    }
+    for (int y = 0; y < kFrameHeight && direction % 2 != 0; ++y) {
+        uint16_t* row = rowOf(frame, y);
+        uint16_t* middle = row + kFrameWidth / 2;
+        if (direction == 1) {
+            std::reverse_copy(row, middle, middle);
+        } else {
+            std::reverse_copy(middle, row + kFrameWidth, row);
+        }
+    }
+}
+
+void hueFrame(uint16_t* frame, int direction) {
+    // A tint depends on the intensity alone: 94 values say all about it.
+    constexpr int kIntensities = 94;
+    uint16_t tints[kIntensities];
+    for (int s = 0; s < kIntensities; ++s) {
+        tints[s] = tint(s, direction);
+    }
+    for (int i = 0; i < kFramePixels; ++i) {
+        frame[i] = tints[intensityOf(frame[i])];
+    }
+}
+
+int nextScrollOffset(int offset, int direction, bool hold) {
+    uint16_t o = static_cast<uint16_t>(offset);
+    const bool forward = direction == 1 || direction == 2;
+    if (!hold) {
+        o = static_cast<uint16_t>(forward ? o + kScrollStep : o - kScrollStep);
+    }
+    // Deliberate: across, 640 itself wraps, so 638 is followed by 2; downwards 360 is reached, a
+    // full turn. [quirk_scroll_wraps_at_640_across_and_past_360_down]
+    const bool across = direction == 1 || direction == 3;
+    if (across ? o >= kFrameWidth : o > kFrameHeight) {
+        o = kScrollStep;
+    }
+    if (o == 0) {
+        o = across ? kFrameWidth : kFrameHeight;
+    }
+    return o;
+}
+
+void scrollFrame(uint16_t* frame, int direction, int offset) {
+    if (direction == 1 || direction == 3) {
+        for (int y = 0; y < kFrameHeight; ++y) {
+            rotateRow(rowOf(frame, y), offset);
+        }
+    } else {
+        std::rotate(frame, rowOf(frame, kFrameHeight - offset), frame + kFramePixels);
+    }
+}
+
+}  // namespace px
