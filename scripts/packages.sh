@@ -1,0 +1,64 @@
+# Debian packages that the commands need, and why. Sourced by run and test; works on Debian 12 and
+# Raspberry Pi OS.
+#
+#   need "what for" PACKAGE...   notes the packages that are not installed yet
+#   install_needed               says what is missing and why, and installs it
+#
+# PACKAGE may be "first|second": either will do, the first is installed.
+
+needed_packages=()
+needed_reasons=()
+
+package_installed() {
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+need() {
+    local reason=$1 choice name found missing=()
+    shift
+    for choice in "$@"; do
+        found=
+        for name in ${choice//|/ }; do
+            package_installed "$name" && found=yes
+        done
+        [ -n "$found" ] || missing+=("${choice%%|*}")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    needed_packages+=("${missing[@]}")
+    needed_reasons+=("  $reason: ${missing[*]}")
+}
+
+install_needed() {
+    local sudo=()
+    [ ${#needed_packages[@]} -eq 0 ] && return
+    echo "Installing what is missing:"
+    printf '%s\n' "${needed_reasons[@]}"
+    if [ "$(id -u)" -ne 0 ]; then
+        sudo=(sudo)
+        echo "(with sudo, so it may ask for your password)"
+    fi
+    "${sudo[@]}" apt-get update -qq
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${needed_packages[@]}" >/dev/null
+}
+
+need_build() {
+    need "compiler and build system" g++ cmake ninja-build pkg-config
+    need "picture, input and text" 'libsdl1.2-dev|libsdl1.2-compat-dev' libsdl-image1.2-dev \
+        libsdl-ttf2.0-dev
+    need "reading videos for the clip tool" libavformat-dev libavcodec-dev libswscale-dev \
+        libavutil-dev
+    need "command line of the clip tool" libcli11-dev nlohmann-json3-dev
+}
+
+need_virtual_display() {
+    need "virtual display and its keyboard" xvfb xauth xdotool x11-utils
+    need "screenshots" imagemagick
+}
+
+need_tests() {
+    need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
+    need "benchmarks" libbenchmark-dev
+    need "tests with real windows and keys" xvfb libx11-dev libxext-dev libxtst-dev
+    need "format check" clang-format git
+}
