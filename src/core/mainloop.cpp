@@ -49,8 +49,8 @@ void drawLoadingLine() {
     if (playlist->loading == 0 || playlist->loadTrack >= tracks || _options->topbar == 0) {
         return;
     }
-    SDL_Rect line = {0, kLoadingLineY,
-                     static_cast<uint16_t>(all->appW * playlist->loadTrack / tracks), 1};
+    const int64_t width = int64_t{all->appW} * playlist->loadTrack / tracks;
+    SDL_Rect line = {0, kLoadingLineY, static_cast<uint16_t>(width), 1};
     SDL_FillRect(screen[1], &line, surfaceColour(screen[1], kLoadingLineColour));
 }
 

@@ -108,6 +108,7 @@ void c_mix::finRender(int position, int length) {
     }
     if (_options->topbar != 0) {
         const px::OutputView view = output.view();
-        px::fillRowStart(view, kTopBarRow, position * all->appW / length, kWhite);
+        const int64_t bar = int64_t{position} * all->appW / length;
+        px::fillRowStart(view, kTopBarRow, static_cast<int>(bar), kWhite);
     }
 }

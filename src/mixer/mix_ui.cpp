@@ -39,7 +39,8 @@ constexpr int kNameX = 6;
 constexpr int kNameY = 4;
 constexpr int kLabelInset = 5;
 constexpr int kSecondLine = 20;  // below the first
-constexpr int kExtension = 4;    // characters of ".m19"
+constexpr size_t kMaxTitle = 256;
+constexpr int kExtension = 4;  // characters of ".m19"
 
 constexpr int kFpsBoxWidth = 20;
 constexpr int kFpsBoxHeight = 15;
@@ -66,17 +67,21 @@ int boxColour(bool lit) {
     return static_cast<int>(lit ? _colorB : _colorN);
 }
 
-void text(const std::string& words, int x, int y, int font) {
-    ttf->drawTextH(screen[1], words.c_str(), static_cast<short>(x), static_cast<short>(y), white(),
-                   font);
+void text(const char* words, int x, int y, int font) {
+    ttf->drawTextH(screen[1], words, static_cast<short>(x), static_cast<short>(y), white(), font);
 }
 
-// The file's name without folder and extension.
-std::string clipTitle(const c_moxel& clip) {
-    const size_t slash = clip.path.find_last_of("/\\");
-    std::string title = slash == std::string::npos ? clip.path : clip.path.substr(slash + 1);
-    title.resize(title.size() - std::min<size_t>(title.size(), kExtension));
-    return title;
+// The file's name without folder and extension. Paths come from the playlists file, whose reader
+// gives 91 characters at most.
+void drawClipTitle(const std::string& path, int x, int y, int font) {
+    char title[kMaxTitle];
+    const size_t slash = path.find_last_of("/\\");
+    const size_t from = slash == std::string::npos ? 0 : slash + 1;
+    const size_t length = path.size() - from;
+    const size_t shown = std::min(length - std::min<size_t>(length, kExtension), kMaxTitle - 1);
+    path.copy(title, shown, from);
+    title[shown] = '\0';
+    text(title, x, y, font);
 }
 
 void drawFrameRate(const PanelSizes& sizes, int top) {
@@ -101,7 +106,7 @@ void drawBars(const PanelSizes& sizes, const MixLayer& layer, int decks, int y) 
 void drawLayerBox(const PanelSizes& sizes, const MixLayer& layer, bool active, int decks, int y) {
     _lib->CSS_rectNoBorder(kPanelX, y, sizes.boxWidth, sizes.boxHeight, boxColour(active),
                            kOpacity);
-    text(clipTitle(moxel[layer.deck]), kPanelX + kNameX, y + kNameY, sizes.font);
+    drawClipTitle(moxel[layer.deck].path, kPanelX + kNameX, y + kNameY, sizes.font);
     if (decks > 0) {
         drawBars(sizes, layer, decks, y);
     }
