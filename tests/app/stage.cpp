@@ -1,0 +1,198 @@
+#include "app/stage.h"
+
+#include <X11/keysym.h>
+
+#include <stdexcept>
+
+#include "app/screens.h"
+
+namespace app {
+
+namespace {
+
+constexpr int kPicturesPerTrack = 6;  // steps of loading one small clip, and one to spare
+
+}  // namespace
+
+Stage::Stage(Screen screen) : server_(screen), screen_(screen) {
+    link_ = std::make_unique<XLink>(server_.display());
+}
+
+Stage::~Stage() {
+    program_.stop(SIGTERM);
+    const std::string complaints = errors();
+    if (!complaints.empty()) {
+        ADD_FAILURE() << "the program wrote on standard error:\n" << complaints;
+    }
+}
+
+void Stage::start() {
+    ChildSetup setup;
+    setup.command = {APP_PROGRAM};
+    // Without the driver's name SDL would go on to a dummy display when the server refuses it.
+    // Leaks at the end of the program are the end's: it releases nothing.
+    setup.environment = {"DISPLAY=" + server_.display(), "SDL_VIDEODRIVER=x11",
+                         "ASAN_OPTIONS=detect_leaks=0"};
+    setup.folder = folder.path();
+    setup.output = folder.path() + "/stdout";
+    setup.errors = folder.path() + "/stderr";
+    program_.start(setup);
+    if (!waitUntil([this] { return window().id != 0; })) {
+        giveUp("the window did not come");
+    }
+    // What is said to the window while the program still opens its video mode goes unheard.
+    passPictures(kPicturesToSee);
+    focus();
+}
+
+void Stage::focus() {
+    if (!waitUntil([this] { return link_->focus(window().id); })) {
+        giveUp("the window does not take the keyboard");
+    }
+}
+
+void Stage::startAtHome() {
+    start();
+    await([this](const Shot& shot) { return homeSelection(shot) == 0; }, "the home screen");
+}
+
+void Stage::startAtOverMenu() {
+    startAtHome();
+    tap(XK_x);
+    await([this](const Shot& shot) { return overMenuShown(shot, folder.playlists()); },
+          "the over-menu");
+}
+
+void Stage::startMix(int tracks) {
+    startAtOverMenu();
+    tap(XK_x);
+    passPictures(tracks * kPicturesPerTrack);
+}
+
+void Stage::passPictures(int count) {
+    const int last = picturesShown() + count;
+    if (!waitUntil([&] { return picturesShown() >= last || !running(); }, kPatienceMs, 1) ||
+        !running()) {
+        giveUp("the program stopped showing pictures");
+    }
+}
+
+void Stage::press(unsigned long symbol) {
+    link_->key(symbol, true);
+    passPictures(kPicturesToSee);
+}
+
+void Stage::release(unsigned long symbol) {
+    link_->key(symbol, false);
+    passPictures(kPicturesToSee);
+}
+
+void Stage::tap(unsigned long symbol) {
+    press(symbol);
+    release(symbol);
+}
+
+void Stage::pointerTo(int x, int y) {
+    const WindowPlace place = window();
+    link_->pointerTo(place.x + x, place.y + y);
+}
+
+void Stage::click(int x, int y) {
+    pointerTo(x, y);
+    passPictures(kPicturesToSee);
+    mouseDown();
+    passPictures(kPicturesToSee);
+    mouseUp();
+    passPictures(kPicturesToSee);
+}
+
+Shot Stage::look() {
+    const WindowPlace place = window();
+    return link_->look(place.x, place.y, place.width, place.height);
+}
+
+Shot Stage::lookInStep(int* pictures) {
+    Shot shot;
+    const auto nothingBetween = [&] {
+        *pictures = picturesShown();
+        shot = look();
+        sleepMs(1);
+        return picturesShown() == *pictures;
+    };
+    if (!waitUntil(nothingBetween, kPatienceMs, 0)) {
+        giveUp("no time to look between two pictures");
+    }
+    return shot;
+}
+
+Shot Stage::await(const std::function<bool(const Shot&)>& condition, const std::string& what) {
+    Shot shot;
+    const auto holds = [&] {
+        shot = look();
+        return condition(shot);
+    };
+    if (!waitUntil(holds)) {
+        giveUp("never seen: " + what);
+    }
+    return shot;
+}
+
+void Stage::expectShows(const Shot& wanted, const std::string& what) {
+    Shot shot;
+    const auto matches = [&] {
+        shot = look();
+        return shot == wanted;
+    };
+    if (!waitUntil(matches, kPatienceMs / 4)) {
+        ADD_FAILURE() << what << ": " << difference(shot, wanted) << "; seen: " << keepShot(shot)
+                      << ", wanted: " << keepShot(wanted);
+    }
+}
+
+void Stage::expectKeeps(const Shot& wanted, int pictures, const std::string& what) {
+    const int last = picturesShown() + pictures;
+    while (picturesShown() < last) {
+        const Shot shot = look();
+        if (shot != wanted) {
+            ADD_FAILURE() << what << ": " << difference(shot, wanted)
+                          << "; seen: " << keepShot(shot) << ", wanted: " << keepShot(wanted);
+            return;
+        }
+        passPictures(1);
+    }
+}
+
+int Stage::waitExit() {
+    const std::optional<int> status = program_.waitExit(kPatienceMs);
+    if (!status.has_value()) {
+        giveUp("the program does not end");
+    }
+    return *status;
+}
+
+int Stage::closeWindow() {
+    link_->askToClose(window().id);
+    return waitExit();
+}
+
+std::string Stage::keepShot(const Shot& shot) {
+    static int count = 0;
+    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::string path = std::string(APP_SHOT_DIR) + "/" + test->test_suite_name() + "-" +
+                             test->name() + "-" + std::to_string(++count) + ".ppm";
+    return writePpm(shot, path) ? path : "(not written)";
+}
+
+void Stage::giveUp(const std::string& what) {
+    std::string message = what;
+    if (program_.running()) {
+        const Shot shot = lookAtScreen();
+        message += "; the screen: " + keepShot(shot);
+    } else if (program_.id() != 0) {
+        message += "; the program ended with " + std::to_string(*program_.waitExit(0)) +
+                   "; its standard error: " + errors();
+    }
+    throw std::runtime_error(message);
+}
+
+}  // namespace app

@@ -1,0 +1,91 @@
+#pragma once
+// One run of the real program on a private X server, with hands on its keyboard and mouse and eyes
+// on its window. Everything that was started ends, and every file goes, when the Stage goes.
+//
+// The hands are in step with the program: they count the pictures that it puts on the screen, so a
+// key is held until the program must have seen it, however slow the machine is. What never comes
+// ends the test: the waits throw std::runtime_error and leave a PPM file of the screen in the build
+// folder.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/child.h"
+#include "app/clock.h"
+#include "app/runfolder.h"
+#include "app/shot.h"
+#include "app/xlink.h"
+#include "app/xserver.h"
+
+namespace app {
+
+// An event is read at the end of a frame's sampling, a key counts in the sampling after that: what
+// happens to a key shows in the third picture from then at the latest.
+inline constexpr int kPicturesToSee = 3;
+
+class Stage {
+public:
+    // The X server is up and the run folder is there; the program does not run yet.
+    explicit Stage(Screen screen = {});
+    ~Stage();
+
+    RunFolder folder;  // clips, playlists and missing files: fill it before start()
+
+    // Starts the program, waits for its window and gives it the keyboard.
+    void start();
+    // As far as the home screen; then further with "x" to the mix screen, where the over-menu is
+    // open; then with "x" again, until the selected playlist of `tracks` one-block clips is loaded.
+    void startAtHome();
+    void startAtOverMenu();
+    void startMix(int tracks);
+
+    void tap(unsigned long symbol);  // the key is seen down, acted on and seen up again
+    void press(unsigned long symbol);
+    void release(unsigned long symbol);
+    // The same without waiting for the program.
+    void keyDown(unsigned long symbol) { link_->key(symbol, true); }
+    void keyUp(unsigned long symbol) { link_->key(symbol, false); }
+    void pointerTo(int x, int y);  // in the window
+    void click(int x, int y);
+    void mouseDown() { link_->button(true); }
+    void mouseUp() { link_->button(false); }
+    void passPictures(int count);
+    int picturesShown() { return link_->picturesShown(); }
+
+    // The program's part of the screen: its window, as far as it is on the screen.
+    Shot look();
+    // The same, and how many pictures had been shown by then.
+    Shot lookInStep(int* pictures);
+    Shot lookAtScreen() { return link_->look(0, 0, screen_.width, screen_.height); }
+    Shot await(const std::function<bool(const Shot&)>& condition, const std::string& what);
+    void expectShows(const Shot& wanted, const std::string& what);
+    // The same in every picture of a stretch.
+    void expectKeeps(const Shot& wanted, int pictures, const std::string& what);
+
+    // Writes the shot into the build folder and answers where.
+    std::string keepShot(const Shot& shot);
+
+    WindowPlace window() { return link_->findWindow("Velmora"); }
+    void focus();
+    bool isFullScreen() { return link_->isCovered(screen_.width, screen_.height); }
+    bool running() { return program_.running(); }
+    int waitExit();     // exit status; throws when the program does not end
+    int closeWindow();  // as waitExit, after asking the window to close
+    std::string output() { return folder.read("stdout"); }  // complete once the program has ended
+    std::string errors() { return folder.read("stderr"); }
+
+private:
+    [[noreturn]] void giveUp(const std::string& what);
+
+    // Order of making; the program ends first, the server last.
+    XServer server_;
+    std::unique_ptr<XLink> link_;
+    Child program_;
+    Screen screen_;
+};
+
+}  // namespace app

@@ -1,0 +1,157 @@
+// What the program says and does from its start to its end.
+#include <X11/keysym.h>
+#include <gtest/gtest.h>
+
+#include "app/screens.h"
+#include "app/stage.h"
+
+namespace {
+
+using app::Screen;
+using app::Stage;
+
+constexpr const char* kStarting = "Starting Velmora\n\n";
+constexpr const char* kNoPlaylists = "can't find playlists XML file\n";
+constexpr const char* kComposite = "Composite OutPut detected, adjusting app resolution.\n";
+// The options' two files are missing in every run here.
+constexpr const char* kNoUserFiles = "can't find prefs file\ncan't find controller xml file\n";
+constexpr const char* kAdvice =
+    "When using HDMI, please set the screen resolution to 1280 x 720.\n"
+    "Overscan should be disabled ( see: "
+    "https://www.raspberrypi.com/documentation/computers/configuration.html )\n";
+
+std::string sizes(const std::string& display, const std::string& advice, const std::string& app) {
+    return "Current screen resolution : " + display + "\n" + advice +
+           "Current app resolution : " + app + "\n";
+}
+
+// After kStarting come `sizes`, the two lines about the options' files, and `end`. The two lines
+// may also be missing, together: this is the one place that allows it.
+void expectOutput(Stage& stage, const std::string& sizes, const std::string& end = "") {
+    const std::string output = stage.output();
+    if (output.find(kNoUserFiles) != std::string::npos) {
+        EXPECT_EQ(output, kStarting + sizes + kNoUserFiles + end);
+    } else {
+        EXPECT_EQ(output, kStarting + sizes + end);
+    }
+}
+
+void expectWindow(Stage& stage, int width, int height) {
+    const app::WindowPlace place = stage.window();
+    EXPECT_EQ(place.width, width);
+    EXPECT_EQ(place.height, height);
+}
+
+}  // namespace
+
+TEST(Startup, HdmiSizeWithPlaylists_PrintsSizesOnly) {
+    Stage stage;
+    stage.folder.writePlaylists();
+    stage.start();
+    expectWindow(stage, 1280, 720);
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage, sizes("1280 x 720", "", "1280 x 720"));
+}
+
+TEST(Startup, HdmiSizeWithoutPlaylists_SaysThatTheFileIsMissing) {
+    Stage stage;
+    stage.start();
+    expectWindow(stage, 1280, 720);
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage, kNoPlaylists + sizes("1280 x 720", "", "1280 x 720"));
+}
+
+TEST(Startup, OtherHeight_AdvisesAndOpensHdmiWindow) {
+    Stage stage(Screen{1280, 1024, 16});
+    stage.folder.writePlaylists();
+    stage.start();
+    expectWindow(stage, 1280, 720);
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage, sizes("1280 x 1024", kAdvice, "1280 x 720"));
+}
+
+TEST(Startup, FullHd_AdvisesAndOpensHdmiWindow) {
+    Stage stage(Screen{1920, 1080, 16});
+    stage.folder.writePlaylists();
+    stage.start();
+    expectWindow(stage, 1280, 720);
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage, sizes("1920 x 1080", kAdvice, "1280 x 720"));
+}
+
+TEST(Startup, NarrowDisplay_IsCompositeAndOpensWindowOfItsSize) {
+    Stage stage(Screen{720, 480, 16});
+    stage.folder.writePlaylists();
+    stage.start();
+    expectWindow(stage, 720, 480);
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage, kComposite + sizes("720 x 480", kAdvice, "720 x 480"), kComposite);
+}
+
+TEST(Startup, NarrowDisplayWithoutPlaylists_SaysSoBeforeComposite) {
+    Stage stage(Screen{799, 600, 16});
+    stage.start();
+    expectWindow(stage, 799, 600);
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage,
+                 std::string(kNoPlaylists) + kComposite + sizes("799 x 600", kAdvice, "799 x 600"),
+                 kComposite);
+}
+
+TEST(Startup, DisplayOf800_IsNotComposite) {
+    Stage stage(Screen{800, 600, 16});
+    stage.folder.writePlaylists();
+    stage.start();
+    expectWindow(stage, 1280, 720);
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage, sizes("800 x 600", kAdvice, "1280 x 720"));
+}
+
+TEST(Startup, MissingAtlas_ReachesHome) {
+    Stage stage;
+    stage.folder.removeData("textureUI.png");
+    stage.folder.writePlaylists();
+    stage.startAtHome();
+    EXPECT_EQ(stage.closeWindow(), 1);
+    expectOutput(stage, sizes("1280 x 720", "", "1280 x 720"));
+}
+
+TEST(Startup, NoDataFilesAtAll_RunsWithoutPicturesAndWords) {
+    Stage stage;
+    stage.folder.removeData("");
+    stage.folder.addPlaylist("ONE", {"missing.m19"});
+    stage.folder.writePlaylists();
+    stage.startAtHome();
+    // Only the selection bars of "MIX" are on the black screen: 4 bars of 94 x 2 that share four
+    // corners of 2 x 2.
+    const app::Shot home = stage.look();
+    EXPECT_EQ(app::countOf(home, {0, 0, 1280, 720}, app::kWhite), 4 * 188 - 4 * 4);
+    EXPECT_EQ(app::countOf(home, {0, 0, 1280, 720}, 0), 1280 * 720 - (4 * 188 - 4 * 4));
+    stage.tap(XK_x);
+    EXPECT_EQ(app::overMenuSelection(stage.look(), 1), 0);
+    EXPECT_EQ(stage.closeWindow(), 1);
+}
+
+TEST(Quit, KeyOnQuitItem_EndsWithStatus1) {
+    Stage stage;
+    stage.startAtHome();
+    stage.tap(XK_Right);
+    stage.tap(XK_Down);
+    stage.await([](const app::Shot& shot) { return app::homeSelection(shot) == 4; },
+                "QUIT selected");
+    stage.keyDown(XK_x);
+    EXPECT_EQ(stage.waitExit(), 1);
+}
+
+// The corners of the item's square belong to it: (377, 180) and (471, 274) in the picture.
+TEST(Quit, ClickOnQuitItem_EndsWithStatus1) {
+    Stage stage;
+    stage.startAtHome();
+    stage.click(320 + 376, 180 + 180);
+    stage.click(320 + 377, 180 + 275);
+    EXPECT_TRUE(stage.running());
+    stage.pointerTo(320 + 471, 180 + 274);
+    stage.passPictures(app::kPicturesToSee);
+    stage.mouseDown();
+    EXPECT_EQ(stage.waitExit(), 1);
+}

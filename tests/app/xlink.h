@@ -1,0 +1,53 @@
+#pragma once
+// The test's own connection to the X server: finds the program's window, presses keys and mouse
+// buttons as a performer would, looks at the screen and counts the pictures that the program shows.
+// Positions are pixels of the screen. Keys are X key symbols (XK_a, XK_Left).
+
+#include <memory>
+#include <string>
+
+#include "app/shot.h"
+
+namespace app {
+
+struct WindowPlace {
+    unsigned long id = 0;  // 0: there is no such window
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+class XLink {
+public:
+    // Throws std::runtime_error when the server does not answer or cannot do what is asked here.
+    explicit XLink(const std::string& display);
+    ~XLink();
+    XLink(const XLink&) = delete;
+    XLink& operator=(const XLink&) = delete;
+
+    // The visible top-level window of that title.
+    WindowPlace findWindow(const std::string& title);
+    // A full-screen window of that size is there: one that window managers leave alone.
+    bool isCovered(int width, int height);
+    // Gives it the keyboard: nothing else does, there is no window manager. True once it has it.
+    bool focus(unsigned long window);
+    // Asks it to close, as the close button of a window manager does.
+    void askToClose(unsigned long window);
+
+    void key(unsigned long symbol, bool down);
+    void pointerTo(int x, int y);
+    void button(bool down);
+
+    // The part of the rectangle that lies on the screen.
+    Shot look(int x, int y, int width, int height);
+
+    // Pictures that all programs together have put on the screen since this connection was made.
+    int picturesShown();
+
+private:
+    struct Connections;
+    std::unique_ptr<Connections> x_;
+};
+
+}  // namespace app

@@ -1,0 +1,30 @@
+#pragma once
+// A private X server without a screen of its own (Xvfb) on a free display number. Once it is made
+// it answers; a server that does not come up is replaced by another, several times.
+
+#include <string>
+
+#include "app/child.h"
+
+namespace app {
+
+struct Screen {
+    int width = 1280;
+    int height = 720;
+    int depth = 16;  // bits a pixel: 16 or 24
+};
+
+class XServer {
+public:
+    explicit XServer(Screen screen);  // throws std::runtime_error when none came up
+
+    const std::string& display() const { return display_; }  // ":7"
+
+private:
+    bool tryStart(Screen screen);
+
+    Child child_;
+    std::string display_;
+};
+
+}  // namespace app
