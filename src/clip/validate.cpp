@@ -244,7 +244,8 @@ bool Checker::checkHeader() {
 
 bool Checker::checkBlockHeader() {
     const int slots = typeSlots(file_.alpha);
-    layout_.headerBytes = static_cast<size_t>(kBlockHeaderBytes + 2 * slots + kPaletteBytes);
+    layout_.headerBytes =
+        size_t{kBlockHeaderBytes} + 2 * static_cast<size_t>(slots) + size_t{kPaletteBytes};
     if (!need(layout_.headerBytes, "a block header")) {
         return false;
     }

@@ -1,7 +1,6 @@
 // Start-up in its fixed order, the loop, and the end. Nothing is released on the way out but the
 // work surface: the process ends right after.
 #include <SDL.h>
-#include <SDL_image.h>
 #include <SDL_ttf.h>
 
 #include <cstdio>
@@ -23,6 +22,7 @@
 #include "ui/intro.h"
 #include "ui/lib.h"
 #include "ui/overmenu.h"
+#include "ui/picture.h"
 #include "ui/ttf.h"
 
 namespace {
@@ -54,8 +54,7 @@ void startSdl() {
     SDL_EnableKeyRepeat(kKeyRepeatDelayMs, kKeyRepeatMs);
     joy = SDL_JoystickOpen(0);
     _nbJoySticks = SDL_NumJoysticks();
-    SDL_RWops* atlas = SDL_RWFromFile("data/textureUI.png", "rb");
-    _textureUI = atlas != nullptr ? IMG_LoadPNG_RW(atlas) : nullptr;
+    _textureUI = loadPicture("data/textureUI.png");
 }
 
 void createFirstObjects() {

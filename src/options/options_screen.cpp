@@ -1,5 +1,4 @@
 // The options screen.
-#include <SDL_image.h>
 #include <unistd.h>
 
 #include <climits>
@@ -9,7 +8,7 @@
 #include "core/display.h"
 #include "core/globals.h"
 #include "options/options.h"
-#include "ui/lib.h"
+#include "ui/picture.h"
 #include "ui/ttf.h"
 
 namespace {
@@ -25,8 +24,7 @@ void c_options::initOptions() {
     offsetX = offset.x;
     offsetY = offset.y;
     page = 0;
-    SDL_RWops* picture = SDL_RWFromFile("data/ps3-controller.png", "rb");
-    controllerPicture = picture != nullptr ? IMG_LoadPNG_RW(picture) : nullptr;
+    controllerPicture = loadPicture("data/ps3-controller.png");
     dragging = 0;
     draggedFilter = 0;
     waitingButton = 0;

@@ -1,7 +1,5 @@
 #include "ui/home.h"
 
-#include <SDL_image.h>
-
 #include <cstdio>
 
 #include "common/geometry.h"
@@ -9,6 +7,7 @@
 #include "core/all.h"
 #include "core/globals.h"
 #include "playlists/playlist.h"
+#include "ui/picture.h"
 #include "ui/ttf.h"
 
 namespace {
@@ -67,8 +66,7 @@ void c_home::initHome() {
     selected = HOME_MIX;
     offsetX = offset.x;
     offsetY = offset.y;
-    SDL_RWops* picture = SDL_RWFromFile("data/home.png", "rb");
-    background = picture != nullptr ? IMG_LoadPNG_RW(picture) : nullptr;
+    background = loadPicture("data/home.png");
 }
 
 void c_home::draw(SDL_Surface* s) {

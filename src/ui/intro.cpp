@@ -1,11 +1,10 @@
 #include "ui/intro.h"
 
-#include <SDL_image.h>
-
 #include "common/geometry.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "ui/introfade.h"
+#include "ui/picture.h"
 
 namespace {
 
@@ -21,8 +20,7 @@ void c_intro::initIntro() {
     state = 0;
     offsetX = offset.x;
     offsetY = offset.y;
-    SDL_RWops* picture = SDL_RWFromFile("data/logo-tessaron.png", "rb");
-    logo = picture != nullptr ? IMG_LoadPNG_RW(picture) : nullptr;
+    logo = loadPicture("data/logo-tessaron.png");
     counter = kIntroFrames;
 }
 

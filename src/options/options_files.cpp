@@ -1,0 +1,126 @@
+// prefs.xml and gamecontroller.xml: read element by element, written as a whole.
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+
+#include "common/messages.h"
+#include "core/all.h"
+#include "core/globals.h"
+#include "input/keys.h"
+#include "mixer/filters.h"
+#include "options/options.h"
+#include "playlists/userfile.h"
+#include "playlists/xmlscan.h"
+
+namespace {
+
+// Deliberate: reading takes the path from the current directory, writing from the directory of the
+// start-up. [quirk_prefs_are_read_here_and_written_there]
+constexpr const char* kPrefsReadPath = "./userdata/prefs.xml";
+constexpr const char* kPrefsWritePath = "/userdata/prefs.xml";
+constexpr const char* kControllerReadPath = "./userdata/gamecontroller.xml";
+constexpr const char* kControllerWritePath = "/userdata/gamecontroller.xml";
+constexpr const char* kFileStart = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n";
+constexpr const char* kFileEnd = "</all>\n";
+
+constexpr int kSmallestWidth = 800;
+constexpr int kSmallestHeight = 600;
+
+// Deliberate: entries 8 and 9, and 10 and 11, change places in the file; reading and writing agree.
+// [quirk_controller_file_swaps_shoulders]
+constexpr int kFileOrder[kPadEntries] = {0, 1, 2, 3, 4, 5, 6, 7, 9, 8, 11, 10, 12, 13};
+
+// Text that is not a number counts as 0.
+int numberOf(const std::string& text) {
+    return static_cast<int>(strtol(text.c_str(), nullptr, 10));
+}
+
+void readFlag(int32_t& flag, const std::string& text) {
+    if (text == "0" || text == "1") {
+        flag = text == "1" ? 1 : 0;
+    }
+}
+
+void readSize(int& size, const std::string& text, int smallest) {
+    const int number = numberOf(text);
+    if (number >= smallest) {
+        size = number;
+    }
+}
+
+std::string element(const std::string& name, int value) {
+    return "\t<" + name + ">" + std::to_string(value) + "</" + name + ">\n";
+}
+
+// Deliberate: a flag that is neither 0 nor 1 leaves its line out.
+// [quirk_odd_flags_are_not_saved]
+std::string flagElement(const std::string& name, int value) {
+    return value == 0 || value == 1 ? element(name, value) : "";
+}
+
+void replaceOrReport(const std::string& path, const std::string& text) {
+    if (!replaceFile(path, text)) {
+        printf(msg::kSaveFailedFormat, path.c_str());
+    }
+}
+
+}  // namespace
+
+std::string c_options::lireMot(const std::string& target) { return xml::skipTo(file, target); }
+
+std::string c_options::lireNoeud(const std::string& name) { return xml::readNode(file, name); }
+
+int c_options::finLigne() { return xml::skipChar(file); }
+
+void c_options::lireXML() {
+    file = fopen(kPrefsReadPath, "r");
+    if (file == nullptr) {
+        puts(msg::kNoPrefsFile);
+        return;
+    }
+    xml::readPrologue(file);
+    lireNoeud("mode");  // the mixing mode always starts at 0
+    readFlag(topbar, lireNoeud("topbar"));
+    readFlag(fps, lireNoeud("fps"));
+    readSize(all->appW, lireNoeud("res_w"), kSmallestWidth);
+    readSize(all->appH, lireNoeud("res_h"), kSmallestHeight);
+    for (int slot = 0; slot < kFilterSlots; ++slot) {
+        const int id = numberOf(lireNoeud("filter"));
+        _filters->slots[0][slot].id = id;
+        _filters->slots[1][slot].id = id;
+    }
+    fclose(file);
+    file = nullptr;
+}
+
+void c_options::saveXML() {
+    std::string text = kFileStart + element("mode", 0) + flagElement("topbar", topbar) +
+                       flagElement("fps", fps) + element("res_w", all->appW) +
+                       element("res_h", all->appH);
+    for (const FilterSlot& slot : _filters->slots[0]) {
+        text += element("filter", slot.id);
+    }
+    replaceOrReport(homeDir + kPrefsWritePath, text + kFileEnd);
+}
+
+void c_options::lireXMLController() {
+    file = fopen(kControllerReadPath, "r");
+    if (file == nullptr) {
+        puts(msg::kNoControllerFile);
+        return;
+    }
+    xml::readPrologue(file);
+    for (const int entry : kFileOrder) {
+        keys->padButton[entry] = numberOf(lireNoeud("button"));
+    }
+    fclose(file);
+    file = nullptr;
+}
+
+void c_options::saveXMLController() {
+    std::string text = kFileStart;
+    for (const int entry : kFileOrder) {
+        text += element("button", keys->padButton[entry]);
+    }
+    replaceOrReport(homeDir + kControllerWritePath, text + kFileEnd);
+}

@@ -1,0 +1,147 @@
+// What the editor does to a playlist's tracks, and the file explorer below ./videos.
+#include <algorithm>
+#include <cstdio>
+
+#include "common/messages.h"
+#include "playlists/clipname.h"
+#include "playlists/playlist.h"
+
+namespace {
+
+constexpr const char* kVideosFolder = "/videos";
+constexpr const char* kBack = ".. back";
+constexpr const char* kUnusedRow = "error";
+
+std::string subFolderOf(const std::string& browseDir, const std::string& baseDir) {
+    const size_t rootLength = baseDir.size() + std::string(kVideosFolder).size() + 1;
+    return browseDir.size() > rootLength ? browseDir.substr(rootLength) + "/" : "";
+}
+
+}  // namespace
+
+bool c_playlist::isFileMoxel(const std::string& name) { return clip::isClipName(name); }
+
+// The folder being browsed, relative to ./videos/, with a "/" behind it; empty for ./videos itself.
+std::string c_playlist::browsedFolder() const { return subFolderOf(browseDir, baseDir); }
+
+void c_playlist::openGap(Famille& famille, int at) {
+    for (int t = famille.nbTracks - 1; t >= at; --t) {
+        famille.tracks[t + 1].path = famille.tracks[t].path;
+    }
+    ++famille.nbTracks;
+}
+
+void c_playlist::addTrack(const std::string& fileName, int famille, int pos) {
+    Famille& edited = familles[famille];
+    // Guard: a playlist that came from a file may be past the editor's limit, up to its last slot.
+    if (edited.nbTracks == kEditorTracks || edited.nbTracks >= kTrackSlots) {
+        return;
+    }
+    const int at = std::clamp(pos, 0, edited.nbTracks);
+    // Deliberate: only the paths move down, the marks of missing files stay with their rows until
+    // the next scan. [quirk_added_track_leaves_missing_marks]
+    openGap(edited, at);
+    edited.tracks[at].path = browsedFolder() + fileName;
+    updateScroll(0, edited.nbTracks);
+}
+
+void c_playlist::removeTrack(int famille, int pos) {
+    Famille& edited = familles[famille];
+    if (edited.nbTracks == 0) {
+        return;
+    }
+    for (int t = std::max(pos, 0); t < edited.nbTracks - 1; ++t) {
+        edited.tracks[t] = edited.tracks[t + 1];
+    }
+    --edited.nbTracks;
+    updateScroll(0, edited.nbTracks);
+}
+
+// Towards the top a track ends at `to`, towards the bottom at `to` - 1.
+void c_playlist::moveTrack(int from, int to) {
+    Famille& edited = familles[editFamille];
+    // Deliberate: a full playlist cannot be put in another order. [quirk_full_playlist_keeps_its_order]
+    if (edited.nbTracks == kEditorTracks || edited.nbTracks >= kTrackSlots || from < 0 ||
+        from >= edited.nbTracks) {
+        return;
+    }
+    const std::string moved = edited.tracks[from].path;
+    const int at = std::clamp(to, 0, edited.nbTracks);
+    openGap(edited, at);
+    edited.tracks[at].path = moved;
+    updateScroll(0, edited.nbTracks);
+    removeTrack(editFamille, from >= at ? from + 1 : from);
+}
+
+const char* c_playlist::edit_char(int index) {
+    static constexpr const char* kKeys[kEditorKeys] = {
+        "a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n",
+        "o", "p", "q", "r", "s", "t", "u", "v", "w", "x", "y", "z", "_", "-",
+        "+", "*", "0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "Del", "OK",
+    };
+    return index >= 0 && index < kEditorKeys ? kKeys[index] : "";
+}
+
+void c_playlist::exitEditPlaylists() {
+    closeDirectory();
+    dirHandle = opendir(baseDir.c_str());
+}
+
+void c_playlist::closeDirectory() {
+    if (dirHandle != nullptr) {
+        closedir(dirHandle);
+        dirHandle = nullptr;
+    }
+}
+
+void c_playlist::readDir(const std::string& entry) {
+    if (entry == kBack) {
+        curDir = curDir.substr(0, curDir.rfind('/'));
+    } else {
+        curDir += "/" + entry;
+    }
+    browseDir = curDir;
+    closeDirectory();
+    dirHandle = opendir(browseDir.c_str());
+
+    // Deliberate: the last row is neither reset nor marked as unused.
+    // [quirk_explorer_leaves_its_last_row]
+    std::fill_n(entryIsDir, kExplorerRows - 1, 1);
+    std::fill_n(entryIsClip, kExplorerRows - 1, 0);
+    nbEntries = 0;
+    if (browseDir != baseDir + kVideosFolder) {
+        entries[0] = kBack;
+        nbEntries = 1;
+    }
+    if (dirHandle == nullptr) {
+        puts(msg::kNoDirectory);
+    } else {
+        listDirectory();
+        closeDirectory();
+    }
+    for (int row = nbEntries; row < kExplorerRows - 1; ++row) {
+        entries[row] = kUnusedRow;
+    }
+}
+
+// In the order in which the directory gives them.
+void c_playlist::listDirectory() {
+    while (nbEntries < kExplorerRows) {
+        const dirent* found = readdir(dirHandle);
+        if (found == nullptr) {
+            return;
+        }
+        const std::string name = found->d_name;
+        if (name == "." || name == ".." || name.compare(0, 2, "._") == 0) {
+            continue;
+        }
+        const bool regular = found->d_type == DT_REG;
+        if (regular && !clip::isPlayableName(name)) {
+            continue;
+        }
+        entries[nbEntries] = name;
+        entryIsDir[nbEntries] = regular ? 0 : 1;
+        entryIsClip[nbEntries] = regular ? 1 : 0;
+        ++nbEntries;
+    }
+}
