@@ -1,0 +1,240 @@
+#include "state/stage.h"
+
+#include <SDL_ttf.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr uint32_t kFrameMs = 40;
+
+template <typename T>
+void destroy(T*& object) {
+    delete object;
+    object = nullptr;
+}
+
+void freeSurface(SDL_Surface*& surface) {
+    SDL_FreeSurface(surface);
+    surface = nullptr;
+}
+
+template <typename T>
+void destroyBuffer(T*& buffer) {
+    delete[] buffer;
+    buffer = nullptr;
+}
+
+void destroyPlaylist() {
+    if (playlist == nullptr) {
+        return;
+    }
+    if (playlist->previewClip != nullptr) {
+        playlist->previewClip->killRAM();
+        delete playlist->previewClip;
+    }
+    if (playlist->dirHandle != nullptr) {
+        closedir(playlist->dirHandle);
+    }
+    destroy(playlist);
+}
+
+void destroyScreens() {
+    if (_home != nullptr) {
+        freeSurface(_home->background);
+    }
+    if (_intro != nullptr) {
+        freeSurface(_intro->logo);
+    }
+    if (_options != nullptr) {
+        freeSurface(_options->controllerPicture);
+    }
+    if (_lib != nullptr) {
+        freeSurface(_lib->scratch);
+    }
+    destroy(_home);
+    destroy(_intro);
+    destroy(_options);
+    destroy(_lib);
+    destroy(overMenu);
+    destroy(mix);
+    if (ttf != nullptr) {
+        for (TTF_Font* font : ttf->fonts) {
+            if (font != nullptr) {
+                TTF_CloseFont(font);
+            }
+        }
+        destroy(ttf);
+        TTF_Quit();
+    }
+}
+
+void createObjects() {
+    moxelTiles16 = new uint16_t[kLayers * kFramePixels]();
+    moxelAlpha16 = reinterpret_cast<uint8_t*>(new uint16_t[kFramePixels]());
+    finalTilesTracks = new uint16_t[kLayers * kFramePixels]();
+    finalTilesMix = new uint16_t[kFramePixels]();
+    all = new c_all{};
+    all->initAll();
+    moxel = new c_moxel[kClipSlots];
+    keys = new c_keys{};
+    keys->initKeys();
+    keys->initController();
+    playlist = new c_playlist{};
+    playlist->initPlaylist();
+    _filters = new c_filters{};
+    _filters->initFilters();
+    all->checkComposite();
+}
+
+void createScreens() {
+    TTF_Init();
+    ttf = new c_ttf{};
+    ttf->loadFonts();
+    _lib = new c_lib{};
+    _lib->initLib();
+    _options = new c_options{};
+    _options->initOptions();
+    mix = new c_mix{};
+    mix->initMix();
+    overMenu = new c_overMenu{};
+    overMenu->initOverMenu();
+    _intro = new c_intro{};
+    _intro->initIntro();
+    _home = new c_home{};
+    _home->initHome();
+}
+
+}  // namespace
+
+std::string printedBy(const std::function<void()>& act) {
+    testing::internal::CaptureStdout();
+    act();
+    return testing::internal::GetCapturedStdout();
+}
+
+void writeFile(const std::string& path, const std::string& content) {
+    const fs::path folder = fs::path(path).parent_path();
+    if (!folder.empty()) {
+        fs::create_directories(folder);
+    }
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void destroyGlobals() {
+    destroyScreens();
+    destroyPlaylist();
+    for (int slot = 0; moxel != nullptr && slot < kClipSlots; ++slot) {
+        moxel[slot].killRAM();
+    }
+    destroyBuffer(moxel);
+    destroy(_filters);
+    destroy(keys);
+    destroy(all);
+    freeSurface(_textureUI);
+    freeSurface(screen[0]);
+    screen[1] = nullptr;
+    destroyBuffer(moxelTiles16);
+    auto* alpha = reinterpret_cast<uint16_t*>(moxelAlpha16);
+    moxelAlpha16 = nullptr;
+    destroyBuffer(alpha);
+    destroyBuffer(finalTilesTracks);
+    destroyBuffer(finalTilesMix);
+    isExit = 1;
+    g_bMainLoop = true;
+    tempsActuel = tempsPrecedent = fps = 0;
+    _nbJoySticks = _debugInt = 0;
+    joy = nullptr;
+}
+
+Stage::Stage(int displayWidth, int displayHeight) {
+    fs::create_directory_symlink(PRODUCT_DATA, "data");
+    resetScript();
+    scripted().displayWidth = displayWidth;
+    scripted().displayHeight = displayHeight;
+    printedBy([] {
+        createObjects();
+        screen[1] = SDL_SetVideoMode(all->appW, all->appH, 16, 0);
+        screen[0] = SDL_ConvertSurface(screen[1], screen[1]->format, 0);
+        createScreens();
+    });
+    _options->topbar = 0;
+    _options->fps = 0;
+    scripted().modeCalls.clear();
+    scripted().calls.clear();
+}
+
+Stage::~Stage() {
+    destroyGlobals();
+    resetScript();
+}
+
+std::string numbered(const std::string& prefix, int number) {
+    std::string text = prefix;
+    text += std::to_string(number);
+    return text;
+}
+
+int addFamille(const std::string& name, const std::vector<std::string>& paths) {
+    Famille& famille = playlist->familles[playlist->nbFamilles];
+    famille.name = name;
+    famille.nbTracks = static_cast<int32_t>(paths.size());
+    for (size_t t = 0; t < paths.size(); ++t) {
+        famille.tracks[t].path = paths[t];
+    }
+    return playlist->nbFamilles++;
+}
+
+std::vector<std::string> familleNames() {
+    std::vector<std::string> names;
+    for (int f = 0; f < playlist->nbFamilles; ++f) {
+        names.push_back(playlist->familles[f].name);
+    }
+    return names;
+}
+
+void placeClip(const std::string& clip, const std::string& as) {
+    const fs::path target = fs::path("videos") / as;
+    fs::create_directories(target.parent_path());
+    fs::copy_file(fs::path(TEST_DATA) / "clips" / clip, target);
+}
+
+void loadClip(int slot, const std::string& name) {
+    moxel[slot].init("", name);
+    int result = 1;
+    printedBy([&] {
+        while (result == 1) {
+            result = moxel[slot].loopLoad(65000);
+        }
+    });
+    ASSERT_EQ(result, 2) << name;
+}
+
+void pretendClip(int slot, int frames) {
+    moxel[slot].state = CLIP_READY;
+    moxel[slot].frameCount = static_cast<uint16_t>(frames);
+}
+
+void setKeys(const std::vector<int>& pressed, const std::vector<int>& held) {
+    std::fill(std::begin(keys->gKeys), std::end(keys->gKeys), 0);
+    for (const int slot : pressed) {
+        keys->gKeys[slot] = KEY_PRESSED;
+    }
+    for (const int slot : held) {
+        keys->gKeys[slot] = KEY_HELD;
+    }
+}
+
+int runFrame() {
+    scripted().ticks += kFrameMs;
+    return mainLoop();
+}

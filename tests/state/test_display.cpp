@@ -1,0 +1,194 @@
+// Opening the video mode again: at another size, in full screen, and when it is refused.
+#include "core/display.h"
+
+#include <unistd.h>
+
+#include <cstring>
+
+#include "state/stage.h"
+
+namespace {
+
+constexpr const char* kAdvice =
+    "Overscan should be disabled ( more infos: "
+    "https://www.raspberrypi.com/documentation/computers/configuration.html )\n";
+
+class Display : public StageTest {
+protected:
+    static bool isFullScreen() { return (screen[1]->flags & SDL_FULLSCREEN) != 0; }
+};
+
+TEST_F(Display, UpdateResolution_OpensTheApplicationSizeWithTheSameFlags) {
+    const uint32_t flags = screen[1]->flags;
+    all->applyResolution(1024, 768);
+    EXPECT_EQ(printedBy(updateResolution), "");
+    EXPECT_EQ(scripted().modeCalls, (std::vector<ModeCall>{{1024, 768, 16, flags}}));
+    EXPECT_EQ(screen[1]->w, 1024);
+    EXPECT_EQ(screen[1]->h, 768);
+}
+
+TEST_F(Display, UpdateResolution_KeepsFullScreen) {
+    toggleFullScreen();
+    all->applyResolution(1024, 768);
+    updateResolution();
+    EXPECT_TRUE(isFullScreen());
+}
+
+TEST_F(Display, quirk_work_surface_keeps_startup_size) {
+    SDL_Surface* const work = screen[0];
+    all->applyResolution(1024, 768);
+    updateResolution();
+    toggleFullScreen();
+    EXPECT_EQ(screen[0], work);
+    EXPECT_EQ(screen[0]->w, 1280);
+    EXPECT_EQ(screen[0]->h, 720);
+}
+
+TEST_F(Display, ToggleTwice_BackToTheFlagsOfBefore) {
+    const uint32_t flags = screen[1]->flags;
+    EXPECT_EQ(printedBy(toggleFullScreen), "");
+    EXPECT_EQ(scripted().modeCalls.back(), (ModeCall{1280, 720, 16, flags | SDL_FULLSCREEN}));
+    EXPECT_TRUE(isFullScreen());
+    toggleFullScreen();
+    EXPECT_EQ(scripted().modeCalls.back(), (ModeCall{1280, 720, 16, flags}));
+    EXPECT_EQ(screen[1]->flags, flags);
+}
+
+TEST_F(Display, NewResolutionRefused_DisplaysOwnSizeAndTwoLines) {
+    const uint32_t flags = screen[1]->flags;
+    scripted().displayWidth = 1360;
+    scripted().displayHeight = 768;
+    scripted().refusals = {true};
+    all->applyResolution(1024, 768);
+    EXPECT_EQ(printedBy(updateResolution),
+              std::string("Could not set the new resolution\n") + kAdvice);
+    EXPECT_EQ(scripted().modeCalls,
+              (std::vector<ModeCall>{{1024, 768, 16, flags}, {0, 0, 0, flags}}));
+    EXPECT_EQ(screen[1]->w, 1360);
+    EXPECT_EQ(screen[1]->h, 768);
+    EXPECT_EQ(all->appW, 1024);
+    EXPECT_EQ(all->appH, 768);
+}
+
+TEST_F(Display, FullScreenRefused_FallbackWithoutTheChange) {
+    const uint32_t flags = screen[1]->flags;
+    scripted().refusals = {true};
+    EXPECT_EQ(printedBy(toggleFullScreen),
+              std::string("Could not set full screen window\n") + kAdvice);
+    EXPECT_EQ(scripted().modeCalls,
+              (std::vector<ModeCall>{{1280, 720, 16, flags | SDL_FULLSCREEN}, {0, 0, 0, flags}}));
+    EXPECT_FALSE(isFullScreen());
+}
+
+// Standard output goes where the death test looks.
+void refuseAll(void (*change)()) {
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    scripted().refusals = {true, true};
+    change();
+}
+
+using DisplayDeathTest = Display;
+
+TEST_F(DisplayDeathTest, NewResolutionAndFallbackRefused_Status1) {
+    EXPECT_EXIT(refuseAll(updateResolution), testing::ExitedWithCode(1),
+                "Could not set the new resolution\nOverscan should be disabled");
+}
+
+TEST_F(DisplayDeathTest, FullScreenAndFallbackRefused_Status1) {
+    EXPECT_EXIT(refuseAll(toggleFullScreen), testing::ExitedWithCode(1),
+                "Could not set full screen window\nOverscan should be disabled");
+}
+
+TEST_F(Display, VideoView_IsTheVideoSurface) {
+    const px::OutputView view = videoView();
+    EXPECT_EQ(view.pixels, screen[1]->pixels);
+    EXPECT_EQ(view.width, 1280);
+    EXPECT_EQ(view.height, 720);
+    EXPECT_EQ(view.pitch, screen[1]->pitch);
+    EXPECT_FALSE(view.composite);
+}
+
+TEST_F(Display, VideoViewAfterAModeChange_FollowsTheNewSurface) {
+    scripted().padding = 64;
+    all->applyResolution(1024, 768);
+    updateResolution();
+    const px::OutputView view = videoView();
+    EXPECT_EQ(view.pixels, screen[1]->pixels);
+    EXPECT_EQ(view.pitch, 1024u * 2 + 64);
+    EXPECT_EQ(view.width, 1024);
+}
+
+// The surface is smaller than the application size, or the other way round.
+TEST_F(Display, VideoView_StaysInsideTheSurface) {
+    scripted().displayWidth = 800;
+    scripted().displayHeight = 600;
+    scripted().refusals = {true};
+    printedBy(updateResolution);
+    EXPECT_EQ(videoView().width, 800);
+    EXPECT_EQ(videoView().height, 600);
+    all->applyResolution(720, 480);
+    EXPECT_EQ(videoView().width, 720);
+    EXPECT_EQ(videoView().height, 480);
+}
+
+TEST_F(Display, SurfaceOf32Bits_WrittenThroughAStandIn) {
+    scripted().displayDepth = 32;
+    scripted().refusals = {true};
+    printedBy(updateResolution);
+    ASSERT_EQ(screen[1]->format->BitsPerPixel, 32);
+    {
+        VideoOutput output;
+        EXPECT_NE(static_cast<void*>(output.pixels()), screen[1]->pixels);
+        EXPECT_EQ(output.view().width, 1280);
+        EXPECT_EQ(output.view().pitch, 2560u);
+        std::fill_n(output.pixels(), 1280 * 720, uint16_t{0x0000});
+        output.pixels()[0] = 0xFFFF;
+        output.pixels()[1] = 0xF800;
+    }
+    uint32_t shown[3];
+    memcpy(shown, screen[1]->pixels, sizeof shown);
+    EXPECT_EQ(shown[0] & 0xF8FCF8, 0xF8FCF8u);
+    EXPECT_EQ(shown[1] & 0xF8FCF8, 0xF80000u);
+    EXPECT_EQ(shown[2] & 0xFFFFFF, 0u);
+}
+
+TEST_F(Display, SurfaceColour_ByDepth) {
+    EXPECT_EQ(surfaceColour(screen[1], 0xF81F), 0xF81Fu);
+    scripted().displayDepth = 32;
+    scripted().refusals = {true};
+    printedBy(updateResolution);
+    EXPECT_EQ(surfaceColour(screen[1], 0xFFFF), 0xFFFFFFu);
+    EXPECT_EQ(surfaceColour(screen[1], 0xF800), 0xFF0000u);
+    EXPECT_EQ(surfaceColour(screen[1], 0x07E0), 0x00FF00u);
+    EXPECT_EQ(surfaceColour(screen[1], 0x001F), 0x0000FFu);
+}
+
+// Source rows of 640 pixels, one after the other through the work surface's memory.
+TEST_F(Display, Scale2x_EvenColumnsThenTheWholeRowAgain) {
+    auto* source = static_cast<uint16_t*>(screen[0]->pixels);
+    for (int i = 0; i < 640 * 360; ++i) {
+        source[i] = static_cast<uint16_t>(i % 60000 + 1);
+    }
+    fillAll(screen[1], 0xEEEE);
+    scale2x();
+    for (int y = 0; y < 360; y += 7) {
+        for (int x = 0; x < 640; ++x) {
+            const auto expected = static_cast<uint16_t>((y * 640 + x) % 60000 + 1);
+            ASSERT_EQ(pixelAt(screen[1], 2 * x, 2 * y), expected) << x << ", " << y;
+            ASSERT_EQ(pixelAt(screen[1], 2 * x, 2 * y + 1), expected) << x << ", " << y;
+            ASSERT_EQ(pixelAt(screen[1], 2 * x + 1, 2 * y), 0xEEEE);
+            ASSERT_EQ(pixelAt(screen[1], 2 * x + 1, 2 * y + 1), 0xEEEE);
+        }
+    }
+}
+
+TEST_F(Display, Clamp_HoldsBetweenTheEnds) {
+    EXPECT_EQ(Clamp(0.5f, 0.0f, 1.0f), 0.5f);
+    EXPECT_EQ(Clamp(-0.5f, 0.0f, 1.0f), 0.0f);
+    EXPECT_EQ(Clamp(1.5f, 0.0f, 1.0f), 1.0f);
+    EXPECT_EQ(Clamp(0.0f, 0.0f, 1.0f), 0.0f);
+    EXPECT_EQ(Clamp(1.0f, 0.0f, 1.0f), 1.0f);
+    EXPECT_EQ(Clamp(0.0f, 2.0f, 1.0f), 2.0f);  // the lower end is looked at first
+}
+
+}  // namespace
