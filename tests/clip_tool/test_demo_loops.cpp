@@ -1,0 +1,361 @@
+// The demo loops as the encoder will see them: names, lengths, alpha, seams, cost in tiles; and
+// the drawing toolkit at the edges of its picture.
+#include "tools/clip/demo_loops.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <ostream>
+#include <set>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "tools/clip/demo_canvas.h"
+#include "tools/clip/demo_motion.h"
+#include "tools/clip/demo_type.h"
+
+namespace demo {
+
+// Test listings name the loop instead of its bytes.
+void PrintTo(const Loop& loop, std::ostream* out) {
+    *out << loop.name;
+}
+
+}  // namespace demo
+
+namespace {
+
+constexpr size_t kPixels = 640 * 360;
+constexpr size_t kBytes = kPixels * 4;
+constexpr size_t kFence = 4096;  // bytes kept free before and behind a picture
+constexpr uint8_t kFenceByte = 0xA7;
+constexpr int kTilesAcross = 80;
+constexpr int kTilesDown = 45;
+constexpr int kBlockFrames = 16;
+constexpr size_t kMeanTilesOfBlock = 12000;
+
+// A picture between two fences, filled with a byte of choice before it is drawn.
+class Sheet {
+public:
+    Sheet() : bytes_(kBytes + 2 * kFence, kFenceByte) {}
+
+    uint8_t* pixels() { return bytes_.data() + kFence; }
+
+    void draw(const demo::Loop& loop, int frame, uint8_t before = 0) {
+        std::memset(pixels(), before, kBytes);
+        loop.render(frame, loop.frames, pixels());
+    }
+
+    bool fenceWhole() const {
+        const auto intact = [](uint8_t byte) { return byte == kFenceByte; };
+        return std::all_of(bytes_.begin(), bytes_.begin() + kFence, intact) &&
+               std::all_of(bytes_.end() - kFence, bytes_.end(), intact);
+    }
+
+    bool same(Sheet& other) { return std::memcmp(pixels(), other.pixels(), kBytes) == 0; }
+
+    size_t changedPixels(Sheet& other) {
+        size_t count = 0;
+        for (size_t i = 0; i < kPixels; i++) {
+            count += std::memcmp(pixels() + i * 4, other.pixels() + i * 4, 4) != 0 ? 1 : 0;
+        }
+        return count;
+    }
+
+private:
+    std::vector<uint8_t> bytes_;
+};
+
+bool nameFits(const std::string& name, size_t most) {
+    return !name.empty() && name.size() <= most &&
+           name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-") == std::string::npos;
+}
+
+using Tile = std::array<uint32_t, 64>;
+
+// A tile of the picture in 16-bit colour and 4-bit alpha, read from the given corner.
+Tile tileAt(const uint8_t* rgba, int col, int row, bool fromRight, bool fromBottom) {
+    Tile tile{};
+    for (int i = 0; i < 64; i++) {
+        const int x = col * 8 + (fromRight ? 7 - i % 8 : i % 8);
+        const int y = row * 8 + (fromBottom ? 7 - i / 8 : i / 8);
+        const uint8_t* p = rgba + (y * 640 + x) * 4;
+        const uint32_t alpha = p[3] >> 4;
+        const uint32_t color = static_cast<uint32_t>((p[0] >> 3) << 11 | (p[1] >> 2) << 5) |
+                               static_cast<uint32_t>(p[2] >> 3);
+        tile[static_cast<size_t>(i)] = alpha == 0 ? 0 : alpha << 16 | color;
+    }
+    return tile;
+}
+
+// The tiles of a frame that are not of one colour, mirror images counted as one.
+void addTiles(const uint8_t* rgba, std::set<Tile>& tiles) {
+    for (int row = 0; row < kTilesDown; row++) {
+        for (int col = 0; col < kTilesAcross; col++) {
+            const Tile plain = tileAt(rgba, col, row, false, false);
+            const uint32_t first = plain[0];
+            if (std::all_of(plain.begin(), plain.end(), [&](uint32_t v) { return v == first; })) {
+                continue;
+            }
+            tiles.insert(std::min({plain, tileAt(rgba, col, row, true, false),
+                                   tileAt(rgba, col, row, false, true),
+                                   tileAt(rgba, col, row, true, true)}));
+        }
+    }
+}
+
+class DemoLoop : public testing::TestWithParam<demo::Loop> {};
+
+TEST_P(DemoLoop, Frame_WritesEveryByteAndNothingBeyond) {
+    Sheet dark;
+    Sheet light;
+    for (const int frame : {0, 1, GetParam().frames / 3, GetParam().frames - 1}) {
+        dark.draw(GetParam(), frame, 0x00);
+        light.draw(GetParam(), frame, 0xFF);
+        EXPECT_TRUE(dark.same(light)) << "frame " << frame;
+        EXPECT_TRUE(dark.fenceWhole() && light.fenceWhole()) << "frame " << frame;
+    }
+}
+
+TEST_P(DemoLoop, FrameAfterTheLast_IsTheFirst) {
+    Sheet first;
+    Sheet again;
+    first.draw(GetParam(), 0);
+    again.draw(GetParam(), GetParam().frames);
+    EXPECT_TRUE(first.same(again));
+    first.draw(GetParam(), 5);
+    again.draw(GetParam(), 5 + GetParam().frames);
+    EXPECT_TRUE(first.same(again));
+}
+
+// A jump at the seam would change more of the picture than any step inside the loop.
+TEST_P(DemoLoop, StepOverTheSeam_ChangesNoMoreThanTheOthers) {
+    Sheet before;
+    Sheet after;
+    size_t most = 0;
+    before.draw(GetParam(), 0);
+    for (int frame = 1; frame < GetParam().frames; frame++) {
+        after.draw(GetParam(), frame);
+        most = std::max(most, before.changedPixels(after));
+        std::swap(before, after);
+    }
+    after.draw(GetParam(), 0);
+    EXPECT_LE(before.changedPixels(after), most + most / 10);
+}
+
+TEST_P(DemoLoop, MiddleFrame_DiffersFromBothEnds) {
+    Sheet middle;
+    Sheet end;
+    middle.draw(GetParam(), GetParam().frames / 2 - 3);
+    end.draw(GetParam(), 0);
+    EXPECT_GT(middle.changedPixels(end), kPixels / 200);
+    end.draw(GetParam(), GetParam().frames - 1);
+    EXPECT_GT(middle.changedPixels(end), kPixels / 200);
+}
+
+TEST_P(DemoLoop, AlphaBytes_FollowTheAlphaFlag) {
+    Sheet sheet;
+    size_t clear = 0;
+    size_t solid = 0;
+    size_t frames = 0;
+    for (int frame = 0; frame < GetParam().frames; frame += 7, frames++) {
+        sheet.draw(GetParam(), frame);
+        for (size_t i = 0; i < kPixels; i++) {
+            clear += sheet.pixels()[i * 4 + 3] == 0 ? 1 : 0;
+            solid += sheet.pixels()[i * 4 + 3] == 255 ? 1 : 0;
+        }
+    }
+    if (GetParam().alpha) {
+        EXPECT_GT(clear, frames * kPixels / 20);
+        EXPECT_GT(solid, frames * kPixels / 20);
+    } else {
+        EXPECT_EQ(solid, frames * kPixels);
+    }
+}
+
+TEST_P(DemoLoop, TilesOfABlock_StayWithinTheBudget) {
+    Sheet sheet;
+    size_t sum = 0;
+    size_t blocks = 0;
+    for (int start = 0; start < GetParam().frames; start += kBlockFrames, blocks++) {
+        std::set<Tile> tiles;
+        for (int i = start; i < std::min(start + kBlockFrames, GetParam().frames); i++) {
+            sheet.draw(GetParam(), i);
+            addTiles(sheet.pixels(), tiles);
+        }
+        sum += tiles.size();
+    }
+    EXPECT_LE(sum / blocks, kMeanTilesOfBlock);
+}
+
+std::string loopName(const testing::TestParamInfo<demo::Loop>& info) {
+    std::string name = info.param.name;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, DemoLoop,
+                         testing::ValuesIn(demo::loops().begin(), demo::loops().end()), loopName);
+
+TEST(DemoLoops, Names_FitAndAreUnique) {
+    std::unordered_set<std::string> seen;
+    for (const demo::Loop& loop : demo::loops()) {
+        EXPECT_TRUE(nameFits(loop.name, 16)) << loop.name;
+        EXPECT_TRUE(seen.insert(loop.name).second) << loop.name;
+    }
+    EXPECT_GE(seen.size(), 14U);
+}
+
+TEST(DemoLoops, Lengths_FitAClip) {
+    for (const demo::Loop& loop : demo::loops()) {
+        EXPECT_GE(loop.frames, 48) << loop.name;  // the loops are meant to last 2 to 5 seconds
+        EXPECT_LE(loop.frames, 128) << loop.name;
+        EXPECT_EQ(loop.frames % 2, 0) << loop.name;  // pictures may be held for two frames
+    }
+}
+
+TEST(DemoLoops, LoopsWithAlpha_AreThreeOrMore) {
+    const auto loops = demo::loops();
+    EXPECT_GE(std::count_if(loops.begin(), loops.end(), [](const auto& l) { return l.alpha; }), 3);
+}
+
+TEST(DemoPlaylists, Tracks_AreLoopsAndNoLoopIsLeftOut) {
+    std::unordered_set<std::string> known;
+    for (const demo::Loop& loop : demo::loops()) {
+        known.insert(loop.name);
+    }
+    std::unordered_set<std::string> used;
+    for (const demo::Playlist& playlist : demo::playlists()) {
+        EXPECT_TRUE(nameFits(playlist.name, 20)) << playlist.name;
+        EXPECT_GE(playlist.tracks.size(), 5U) << playlist.name;
+        EXPECT_LE(playlist.tracks.size(), 8U) << playlist.name;
+        for (const char* track : playlist.tracks) {
+            EXPECT_TRUE(known.contains(track)) << track;
+            used.insert(track);
+        }
+    }
+    EXPECT_EQ(demo::playlists().size(), 3U);
+    EXPECT_EQ(used, known);
+}
+
+demo::Color pixelOf(Sheet& sheet, int x, int y) {
+    demo::Color color{};
+    std::memcpy(&color, sheet.pixels() + (y * 640 + x) * 4, 4);
+    return color;
+}
+
+TEST(DemoColor, Rgb_LandsOnTheSixteenBitGrid) {
+    // 0x59 = 89 is nearest to 11 of 31, and 11 widens to 01011010; 0xB1 = 177 is nearest to 44 of
+    // 63, and 44 widens to 10110010.
+    EXPECT_EQ(demo::rgb(0x59B1FF), (demo::Color{0x5A, 0xB2, 0xFF, 255}));
+    EXPECT_EQ(demo::rgb(0x000000), (demo::Color{0, 0, 0, 255}));
+    EXPECT_EQ(demo::rgb(0xFFFFFF), (demo::Color{255, 255, 255, 255}));
+}
+
+TEST(DemoColor, Ramp_MeetsItsStops) {
+    constexpr auto kThree = demo::ramp<5>({demo::kBlack, demo::kPink, demo::kWhite});
+    EXPECT_EQ(kThree[0], demo::kBlack);
+    EXPECT_EQ(kThree[2], demo::kPink);
+    EXPECT_EQ(kThree[4], demo::kWhite);
+}
+
+TEST(DemoCanvas, ShapesBeyondThePicture_AreClipped) {
+    Sheet sheet;
+    demo::Canvas canvas(sheet.pixels());
+    canvas.clear(demo::kBlack);
+    canvas.rect(-50, -50, 60, 60, demo::kWhite);
+    canvas.rect(630, 350, 60, 60, demo::kWhite);
+    canvas.disc(640.0F, 0.0F, 20.0F, demo::kPink);
+    canvas.line({-5000.0F, 100.0F}, {5000.0F, 100.0F}, 4.0F, demo::kBlue);
+    canvas.column(700, -10.0F, 900.0F, demo::kBlue);
+    canvas.column(20, -10.0F, 900.0F, demo::kOrange);
+    canvas.set(-1, 0, demo::kPink);
+    canvas.set(0, 360, demo::kPink);
+    EXPECT_TRUE(sheet.fenceWhole());
+    EXPECT_EQ(pixelOf(sheet, 9, 9), demo::kWhite);
+    EXPECT_EQ(pixelOf(sheet, 10, 10), demo::kBlack);
+    EXPECT_EQ(pixelOf(sheet, 639, 359), demo::kWhite);
+    EXPECT_EQ(pixelOf(sheet, 639, 0), demo::kPink);
+    EXPECT_EQ(pixelOf(sheet, 639, 98), demo::kBlue);
+    EXPECT_EQ(pixelOf(sheet, 0, 101), demo::kBlue);
+    EXPECT_EQ(pixelOf(sheet, 639, 102), demo::kBlack);
+    EXPECT_EQ(pixelOf(sheet, 20, 359), demo::kOrange);
+}
+
+TEST(DemoCanvas, HalfCoveredPixel_IsMixedOrHalfTransparent) {
+    Sheet sheet;
+    demo::Canvas canvas(sheet.pixels());
+    const std::array<demo::Point, 4> square{{{8.5F, 8}, {16, 8}, {16, 16}, {8.5F, 16}}};
+    canvas.clear(demo::kBlack);
+    canvas.polygon(square, demo::kWhite);
+    // Two of four columns of samples are covered: 255 * 2 / 4 = 127 over black.
+    EXPECT_EQ(pixelOf(sheet, 8, 10), (demo::Color{127, 127, 127, 255}));
+    EXPECT_EQ(pixelOf(sheet, 9, 10), demo::kWhite);
+    EXPECT_EQ(pixelOf(sheet, 16, 10), demo::kBlack);
+    canvas.clear(demo::kClear);
+    canvas.polygon(square, demo::kWhite);
+    EXPECT_EQ(pixelOf(sheet, 8, 10), (demo::Color{255, 255, 255, 127}));
+    EXPECT_EQ(pixelOf(sheet, 7, 10), demo::kClear);
+}
+
+TEST(DemoCanvas, Ring_LeavesItsMiddleOpen) {
+    Sheet sheet;
+    demo::Canvas canvas(sheet.pixels());
+    canvas.clear(demo::kBlack);
+    canvas.ring(100.0F, 100.0F, 40.0F, 20.0F, demo::kPink);
+    EXPECT_EQ(pixelOf(sheet, 100, 100), demo::kBlack);
+    EXPECT_EQ(pixelOf(sheet, 130, 100), demo::kPink);
+    EXPECT_EQ(pixelOf(sheet, 100, 70), demo::kPink);
+    EXPECT_EQ(pixelOf(sheet, 100, 145), demo::kBlack);
+}
+
+TEST(DemoCanvas, Mirrors_CopyTheFirstHalf) {
+    Sheet sheet;
+    demo::Canvas canvas(sheet.pixels());
+    canvas.clear(demo::kBlack);
+    canvas.set(3, 5, demo::kPink);
+    canvas.mirrorLeftRight();
+    EXPECT_EQ(pixelOf(sheet, 636, 5), demo::kPink);
+    canvas.mirrorTopBottom();
+    EXPECT_EQ(pixelOf(sheet, 3, 354), demo::kPink);
+    EXPECT_EQ(pixelOf(sheet, 636, 354), demo::kPink);
+    canvas.clear(demo::kBlack);
+    canvas.set(3, 5, demo::kBlue);
+    canvas.turnTopHalf();
+    EXPECT_EQ(pixelOf(sheet, 636, 354), demo::kBlue);
+    EXPECT_EQ(pixelOf(sheet, 3, 354), demo::kBlack);
+}
+
+TEST(DemoType, WordWidth_CountsGapsBetweenLettersOnly) {
+    EXPECT_FLOAT_EQ(demo::wordWidth("I"), 3.0F);
+    EXPECT_FLOAT_EQ(demo::wordWidth("LI"), 11.0F);   // 7 + 1 + 3
+    EXPECT_FLOAT_EQ(demo::wordWidth("I I"), 12.0F);  // 3 + 1 + 4 + 1 + 3
+    EXPECT_FLOAT_EQ(demo::wordWidth(""), 0.0F);
+}
+
+TEST(DemoType, LetterWithACounter_HasAHole) {
+    Sheet sheet;
+    demo::Canvas canvas(sheet.pixels());
+    canvas.clear(demo::kBlack);
+    // Ten pixels to a unit: the O is 90 wide, its counter from 30 to 60.
+    demo::drawWord(canvas, "O", {{100, 100}, {10, 0}, {0, 10}}, demo::kWhite);
+    EXPECT_EQ(pixelOf(sheet, 115, 150), demo::kWhite);
+    EXPECT_EQ(pixelOf(sheet, 145, 150), demo::kBlack);
+    EXPECT_EQ(pixelOf(sheet, 145, 110), demo::kWhite);
+    EXPECT_EQ(pixelOf(sheet, 101, 101), demo::kBlack);  // a round shoulder
+    EXPECT_EQ(pixelOf(sheet, 195, 150), demo::kBlack);
+}
+
+TEST(DemoMotion, TimeAndAngles_WrapExactly) {
+    EXPECT_FLOAT_EQ(demo::timeOf(96, 96), 0.0F);
+    EXPECT_FLOAT_EQ(demo::timeOf(48, 96), 0.5F);
+    EXPECT_EQ(demo::sinTurn(3.0F), demo::sinTurn(0.0F));
+    EXPECT_EQ(demo::cosTurn(-2.0F), demo::cosTurn(0.0F));
+    EXPECT_EQ(demo::wrapped(-1, 7), 6);
+    EXPECT_EQ(demo::wrapped(7, 7), 0);
+}
+
+}  // namespace

@@ -1,0 +1,341 @@
+// The stages of the encoder before a record is chosen: colours, palette, walks, tiles, shapes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "clip_tool/pictures.h"
+#include "tools/clip/dictionary.h"
+#include "tools/clip/fit.h"
+#include "tools/clip/merge.h"
+#include "tools/clip/pacer.h"
+#include "tools/clip/palette.h"
+#include "tools/clip/quantise.h"
+#include "tools/clip/walks.h"
+
+namespace {
+
+using maker::Fit;
+using maker::FitPlan;
+using maker::Frame;
+using maker::Tile;
+
+// A frame of 8 lines of one RGBA colour.
+std::vector<uint8_t> rgba(uint8_t red, uint8_t green, uint8_t blue, uint8_t alpha) {
+    std::vector<uint8_t> bytes;
+    for (int i = 0; i < 640 * 8; ++i) {
+        bytes.insert(bytes.end(), {red, green, blue, alpha});
+    }
+    return bytes;
+}
+
+Frame quantised(const std::vector<uint8_t>& bytes, const maker::QuantiseOptions& options) {
+    Frame frame;
+    maker::quantise(bytes.data(), 8, options, frame);
+    return frame;
+}
+
+TEST(Quantise, Channels_GoToTheNearestLevel) {
+    // 255 and 0 are the ends. Red 4 is 0.49 of a step of 31, 5 is 0.61; green 2 is 0.49 of a step
+    // of 63, 3 is 0.74.
+    EXPECT_EQ(quantised(rgba(255, 255, 255, 255), {}).pixels[0], 0xFFFF);
+    EXPECT_EQ(quantised(rgba(0, 0, 0, 255), {}).pixels[0], 0);
+    EXPECT_EQ(quantised(rgba(4, 2, 4, 255), {}).pixels[0], 0);
+    EXPECT_EQ(quantised(rgba(5, 3, 5, 255), {}).pixels[0], 0x0821);
+}
+
+TEST(Quantise, Alpha_IsRoundedToSixteenLevels) {
+    // A level is 17 steps of 255: 8 is nearer to 0, 9 nearer to 1.
+    EXPECT_EQ(quantised(rgba(255, 0, 0, 255), {true, false}).alpha[0], 15);
+    EXPECT_EQ(quantised(rgba(255, 0, 0, 9), {true, false}).alpha[0], 1);
+    EXPECT_EQ(quantised(rgba(255, 0, 0, 8), {true, false}).alpha[0], 0);
+}
+
+TEST(Quantise, TransparentPixel_IsBlack) {
+    EXPECT_EQ(quantised(rgba(255, 9, 9, 8), {true, false}).pixels[0], 0);
+    EXPECT_EQ(quantised(rgba(255, 0, 0, 9), {true, false}).pixels[0], 0xF800);
+}
+
+TEST(Quantise, WithoutAlpha_TheChannelIsIgnored) {
+    const Frame frame = quantised(rgba(255, 0, 0, 0), {});
+    EXPECT_TRUE(frame.alpha.empty());
+    EXPECT_EQ(frame.pixels[0], 0xF800);
+}
+
+TEST(Quantise, Dither_KeepsTheMeanAndExactLevels) {
+    // Red 12 lies 1.46 steps up: an 8 x 8 pattern shows level 2 in 46 % of its pixels, 29 of 64.
+    const Frame frame = quantised(rgba(12, 255, 0, 255), {false, true});
+    int level2 = 0;
+    for (size_t i = 0; i < 64; ++i) {
+        const uint16_t pixel = frame.pixels[i / 8 * 640 + i % 8];
+        EXPECT_EQ(pixel & 0x07FF, 0x07E0);
+        EXPECT_TRUE(pixel >> 11 == 1 || pixel >> 11 == 2);
+        level2 += pixel >> 11 == 2 ? 1 : 0;
+    }
+    EXPECT_NEAR(level2, 29, 1);
+}
+
+TEST(Palette, Choose_KeepsTheHeaviestColours) {
+    std::vector<uint32_t> weights(65536, 0);
+    for (size_t i = 0; i < 300; ++i) {
+        weights[1000 + i] = i < 100 ? 1 : 5;  // the last 200 weigh more
+    }
+    const maker::PaletteColours palette = maker::choosePalette(weights);
+    const std::set<uint16_t> colours(palette.begin(), palette.end());
+    EXPECT_EQ(colours.size(), 256u);
+    for (uint16_t colour = 1100; colour < 1300; ++colour) {
+        EXPECT_TRUE(colours.contains(colour));
+    }
+    // Of equal ones the lower values stay: 1000 to 1055.
+    EXPECT_TRUE(colours.contains(1055));
+    EXPECT_FALSE(colours.contains(1056));
+    EXPECT_TRUE(std::is_sorted(palette.begin(), palette.end()));
+}
+
+TEST(Palette, FewColours_LeaveTheRestZero) {
+    std::vector<uint32_t> weights(65536, 0);
+    weights[500] = 1;
+    weights[70] = 9;
+    const maker::PaletteColours palette = maker::choosePalette(weights);
+    EXPECT_EQ(palette[0], 70);
+    EXPECT_EQ(palette[1], 500);
+    EXPECT_EQ(palette[2], 0);
+    const maker::PaletteIndex index(palette);
+    EXPECT_TRUE(index.has(500));
+    EXPECT_EQ(index.of(500), 1);
+    EXPECT_EQ(index.of(0), 2);
+    EXPECT_FALSE(index.has(71));
+}
+
+TEST(Walks, EachVisitsEveryPixelOnce) {
+    for (int walk = 0; walk < maker::kWalks; ++walk) {
+        std::set<int> pixels;
+        for (int step = 0; step < 64; ++step) {
+            pixels.insert(maker::walkPixel(walk, step));
+        }
+        EXPECT_EQ(pixels.size(), 64u);
+        EXPECT_EQ(*pixels.rbegin(), 63);
+    }
+}
+
+TEST(Walks, FirstTwoPixels_TellCornerAndDirection) {
+    // Pixel number = 8 x row + column. Rows from each corner, then columns from each corner.
+    const int first[8] = {0, 7, 56, 63, 0, 7, 56, 63};
+    const int second[8] = {1, 6, 57, 62, 8, 15, 48, 55};
+    for (int walk = 0; walk < maker::kWalks; ++walk) {
+        EXPECT_EQ(maker::walkPixel(walk, 0), first[walk]);
+        EXPECT_EQ(maker::walkPixel(walk, 1), second[walk]);
+    }
+}
+
+TEST(Walks, Composed_LeadsToTheMember) {
+    maker::Sequence sequence{};
+    for (size_t i = 0; i < 64; ++i) {
+        sequence[i] = static_cast<uint16_t>(i * 7);
+    }
+    const maker::Sequence upright = maker::paintAlong(sequence, 0);
+    for (int g = 0; g < maker::kWalks; ++g) {
+        for (int w = 0; w < maker::kWalks; ++w) {
+            const int v = maker::kComposed[static_cast<size_t>(g)][static_cast<size_t>(w)];
+            EXPECT_EQ(maker::paintAlong(maker::readAlong(upright, w), v),
+                      maker::paintAlong(sequence, g));
+        }
+    }
+}
+
+TEST(Tiles, Frame_IsCutInRasterOrder) {
+    Frame frame = pictures::flat(16, 0);
+    frame.pixels[9 * 640 + 17] = 0xABCD;  // tile row 1, column 2, pixel (1, 1)
+    std::vector<Tile> tiles;
+    maker::appendTiles(frame, tiles);
+    ASSERT_EQ(tiles.size(), 160u);
+    EXPECT_EQ(tiles[82].colours[9], 0xABCD);
+    EXPECT_EQ(tiles[82].alpha[9], 15);
+}
+
+Tile plain(uint16_t colour, uint8_t alpha) {
+    Tile tile{};
+    tile.colours.fill(colour);
+    tile.alpha.fill(alpha);
+    return tile;
+}
+
+Tile corner(uint16_t ground, uint16_t colour, size_t pixel, uint8_t alpha = 15) {
+    Tile tile = plain(ground, alpha);
+    tile.colours[pixel] = colour;
+    return tile;
+}
+
+TEST(Dictionary, Collect_TellsFlatEmptyAndPictures) {
+    const std::vector<Tile> tiles{plain(5, 15),    plain(0, 0),     plain(5, 14),
+                                  corner(1, 2, 0), corner(1, 2, 0), plain(0, 15)};
+    const maker::BlockTiles block = maker::collectTiles(tiles);
+    using maker::Fill;
+    const std::vector<maker::Placement> expected{{Fill::FLAT, 5},    {Fill::EMPTY, 0},
+                                                 {Fill::PICTURE, 0}, {Fill::PICTURE, 1},
+                                                 {Fill::PICTURE, 1}, {Fill::FLAT, 0}};
+    EXPECT_EQ(block.placements, expected);
+    EXPECT_EQ(block.pictures.size(), 2u);
+}
+
+TEST(Dictionary, Collect_ManyDifferentTilesStayApart) {
+    std::vector<Tile> tiles;
+    for (int i = 0; i < 20000; ++i) {
+        tiles.push_back(corner(static_cast<uint16_t>(i), static_cast<uint16_t>(i + 1), 9));
+    }
+    const maker::BlockTiles block = maker::collectTiles(tiles);
+    EXPECT_EQ(block.pictures.size(), 20000u);
+    EXPECT_EQ(block.pictures[12345], tiles[12345]);
+}
+
+TEST(Dictionary, Shapes_JoinTheEightImages) {
+    pictures::Random random(8);
+    Tile tile = plain(0, 15);
+    for (uint16_t& colour : tile.colours) {
+        colour = static_cast<uint16_t>(random.below(65536));
+    }
+    std::vector<Tile> tiles;
+    for (int way = 0; way < 8; ++way) {
+        tiles.push_back(pictures::turned(tile, way));
+    }
+    const std::vector<maker::Shape> shapes = maker::groupShapes(tiles);
+    ASSERT_EQ(shapes.size(), 1u);
+    for (size_t walk = 0; walk < 8; ++walk) {
+        ASSERT_NE(shapes[0].members[walk], maker::kNoPicture);
+        EXPECT_EQ(maker::paintAlong(shapes[0].sequence, static_cast<int>(walk)),
+                  tiles[shapes[0].members[walk]].colours);
+    }
+}
+
+TEST(Dictionary, Shapes_OtherAlphaIsAnotherShape) {
+    EXPECT_EQ(maker::groupShapes({corner(1, 2, 0), corner(1, 2, 7)}).size(), 1u);
+    EXPECT_EQ(maker::groupShapes({corner(1, 2, 0), corner(1, 2, 7, 9)}).size(), 2u);
+}
+
+TEST(Merge, Tolerance_GrowsAsQualityFalls) {
+    EXPECT_EQ(maker::toleranceOf(100), 0);
+    EXPECT_EQ(maker::toleranceOf(70), 10);
+    EXPECT_EQ(maker::toleranceOf(0), 33);
+}
+
+TEST(Merge, Near_BoundsEveryChannel) {
+    // Green 0x20 is one level: 4 of 255. Red 0x0800 is one level: 8 of 255.
+    EXPECT_TRUE(maker::near(plain(0, 15), corner(0, 0x20, 30), 4));
+    EXPECT_FALSE(maker::near(plain(0, 15), corner(0, 0x20, 30), 3));
+    EXPECT_TRUE(maker::near(plain(0, 15), corner(0, 0x0800, 30), 8));
+    EXPECT_FALSE(maker::near(plain(0, 15), corner(0, 0x0800, 30), 7));
+    EXPECT_FALSE(maker::near(plain(0, 15), plain(0, 14), 100));
+}
+
+TEST(Merge, Tiles_NearTheKeptOneStay) {
+    const std::vector<Tile> kept{corner(0x8410, 0xFFFF, 5), corner(0x8410, 0xFFFF, 5)};
+    std::vector<Tile> tiles{corner(0x8430, 0xFFFF, 5), corner(0x0000, 0xFFFF, 5)};
+    const Tile far = tiles[1];
+    maker::mergeTiles(tiles, kept, 10);
+    EXPECT_EQ(tiles[0], kept[0]);
+    EXPECT_EQ(tiles[1], far);
+}
+
+TEST(Merge, Tiles_NearTheirMeanBecomeFlat) {
+    std::vector<Tile> tiles{corner(0x8410, 0x8430, 5), corner(0x8410, 0xFFFF, 5)};
+    const Tile lively = tiles[1];
+    maker::mergeTiles(tiles, {}, 10);
+    EXPECT_EQ(tiles[0], plain(0x8410, 15));
+    EXPECT_EQ(tiles[1], lively);
+}
+
+TEST(Merge, NoTolerance_ChangesNothing) {
+    std::vector<Tile> tiles{corner(0x8410, 0x8430, 5)};
+    maker::mergeTiles(tiles, std::vector<Tile>{plain(0x8410, 15)}, 0);
+    EXPECT_EQ(tiles[0], corner(0x8410, 0x8430, 5));
+}
+
+void expectPlan(const FitPlan& plan, const FitPlan& expected) {
+    EXPECT_EQ(plan.cutX, expected.cutX);
+    EXPECT_EQ(plan.cutY, expected.cutY);
+    EXPECT_EQ(plan.width, expected.width);
+    EXPECT_EQ(plan.height, expected.height);
+    EXPECT_EQ(plan.left, expected.left);
+    EXPECT_EQ(plan.top, expected.top);
+}
+
+TEST(Fit, Cover_CutsWhatIsTooMuch) {
+    // 768 x 576 is 4:3: 16:9 leaves 768 x 432, 72 lines off each end.
+    expectPlan(maker::planFit(768, 576, 1, Fit::COVER), {0, 72, 640, 360, 0, 0});
+    // 2:1: 640 of the 720 columns are 16:9 at 360 lines.
+    expectPlan(maker::planFit(720, 360, 1, Fit::COVER), {40, 0, 640, 360, 0, 0});
+    expectPlan(maker::planFit(1920, 1080, 1, Fit::COVER), {0, 0, 640, 360, 0, 0});
+}
+
+TEST(Fit, Cover_HonoursPixelAspect) {
+    // 720 x 576 shown as 16:9 has pixels 64:45 wide: nothing to cut.
+    expectPlan(maker::planFit(720, 576, 64.0 / 45, Fit::COVER), {0, 0, 640, 360, 0, 0});
+}
+
+TEST(Fit, Cover_ExtremeShapesKeepOnePixel) {
+    expectPlan(maker::planFit(1, 5000, 1, Fit::COVER), {0, 2499, 640, 360, 0, 0});
+    expectPlan(maker::planFit(5001, 1, 1, Fit::COVER), {2500, 0, 640, 360, 0, 0});
+}
+
+TEST(Fit, Contain_CentresTheWholePicture) {
+    // 4:3 at 360 lines is 480 wide: bars of 80.
+    expectPlan(maker::planFit(768, 576, 1, Fit::CONTAIN), {0, 0, 480, 360, 80, 0});
+    // 2:1 at 640 columns is 320 high: bars of 20.
+    expectPlan(maker::planFit(200, 100, 1, Fit::CONTAIN), {0, 0, 640, 320, 0, 20});
+    expectPlan(maker::planFit(100000, 1, 1, Fit::CONTAIN), {0, 0, 640, 1, 0, 179});
+}
+
+TEST(Fit, Stretch_FillsTheFrame) {
+    expectPlan(maker::planFit(10, 500, 3, Fit::STRETCH), {0, 0, 640, 360, 0, 0});
+}
+
+TEST(Pacer, SameRate_GivesOneForOne) {
+    maker::Pacer pacer(25, 256);
+    for (int i = 1; i <= 100; ++i) {
+        EXPECT_EQ(pacer.due(i / 25.0), 1) << i;
+    }
+}
+
+TEST(Pacer, HalfTheRate_ShowsEachFrameTwice) {
+    maker::Pacer pacer(25, 256);
+    EXPECT_EQ(pacer.due(0.08), 2);
+    EXPECT_EQ(pacer.due(0.16), 2);
+}
+
+// 30 source frames last a second; 25.6 frames a second begin 26 frames in it, at 0 to 25 / 25.6.
+TEST(Pacer, FasterSource_LosesFramesAndKeepsTheTime) {
+    maker::Pacer pacer(25.6, 256);
+    int frames = 0;
+    for (int i = 1; i <= 30; ++i) {
+        const int due = pacer.due(i / 30.0);
+        EXPECT_LE(due, 1);
+        frames += due;
+    }
+    EXPECT_EQ(frames, 26);
+}
+
+TEST(Pacer, BackwardTime_GivesNothing) {
+    maker::Pacer pacer(25, 256);
+    EXPECT_EQ(pacer.due(0.4), 10);
+    EXPECT_EQ(pacer.due(0.2), 0);
+    EXPECT_EQ(pacer.due(-5), 0);
+    EXPECT_EQ(pacer.due(0.44), 1);
+}
+
+TEST(Pacer, Limit_EndsTheClip) {
+    maker::Pacer pacer(25, 256);
+    EXPECT_FALSE(pacer.finished());
+    EXPECT_EQ(pacer.due(1e9), 256);
+    EXPECT_TRUE(pacer.finished());
+    EXPECT_EQ(pacer.due(2e9), 0);
+}
+
+TEST(Pacer, FramesFor_RoundsUpAndStaysInRange) {
+    EXPECT_EQ(maker::framesFor(1, 25.6, 256), 26);
+    EXPECT_EQ(maker::framesFor(0.04, 25, 256), 1);
+    EXPECT_EQ(maker::framesFor(0, 25, 256), 0);
+    EXPECT_EQ(maker::framesFor(-1, 25, 256), 0);
+    EXPECT_EQ(maker::framesFor(1e300, 25, 256), 256);
+}
+
+}  // namespace

@@ -1,0 +1,50 @@
+#pragma once
+// The drawing functions of the demo loops, by family: each draws one frame of its loop.
+//
+// All share the contract of Loop::render: `frame` counts from 0 and repeats after `frames`; every
+// byte of the 640 x 360 RGBA picture is written; nothing is allocated or kept between calls.
+// Even `frames` are expected, as some loops hold a picture for two frames.
+
+#include <cstdint>
+
+namespace demo {
+
+// demo_cells.cpp: pictures on the grid of the clip's tiles
+void drawPlasma(int frame, int frames, uint8_t* rgba);
+void drawHalftone(int frame, int frames, uint8_t* rgba);
+void drawBars(int frame, int frames, uint8_t* rgba);
+void drawRain(int frame, int frames, uint8_t* rgba);
+void drawTruchet(int frame, int frames, uint8_t* rgba);
+
+// demo_fields.cpp: a rule for each point
+void drawTunnel(int frame, int frames, uint8_t* rgba);
+void drawMoire(int frame, int frames, uint8_t* rgba);
+void drawKaleido(int frame, int frames, uint8_t* rgba);
+void drawChecker(int frame, int frames, uint8_t* rgba);
+void drawLava(int frame, int frames, uint8_t* rgba);
+void drawSwirl(int frame, int frames, uint8_t* rgba);
+
+// demo_solids.cpp: bodies in space
+void drawSolids(int frame, int frames, uint8_t* rgba);
+void drawTesseract(int frame, int frames, uint8_t* rgba);
+void drawCubes(int frame, int frames, uint8_t* rgba);
+
+// demo_space.cpp: points and lines in space
+void drawStarfield(int frame, int frames, uint8_t* rgba);
+void drawGrid(int frame, int frames, uint8_t* rgba);
+
+// demo_flow.cpp: things that drift and wave
+void drawWaves(int frame, int frames, uint8_t* rgba);
+void drawRibbons(int frame, int frames, uint8_t* rgba);
+void drawConfetti(int frame, int frames, uint8_t* rgba);
+
+// demo_stage.cpp: lights
+void drawRings(int frame, int frames, uint8_t* rgba);
+void drawLasers(int frame, int frames, uint8_t* rgba);
+
+// demo_words.cpp: letters
+void drawMarquee(int frame, int frames, uint8_t* rgba);
+void drawWords(int frame, int frames, uint8_t* rgba);
+void drawVelmora(int frame, int frames, uint8_t* rgba);
+
+}  // namespace demo

@@ -1,0 +1,155 @@
+#include "tools/clip/describe.h"
+
+#include <array>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+namespace maker {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::array<const char*, clip::kMaxTypeSlots> kTypeNames{
+    "raw",
+    "palette",
+    "four runs, rows",
+    "four runs, columns",
+    "short runs, rows",
+    "short runs, columns",
+    "palette runs, rows",
+    "palette runs, columns",
+    "two colours, rows",
+    "two colours, columns",
+    "raw + alpha",
+    "palette + alpha",
+    "four runs, rows + alpha",
+    "four runs, columns + alpha",
+    "short runs, rows + alpha",
+    "short runs, columns + alpha",
+    "palette runs, rows + alpha",
+    "palette runs, columns + alpha",
+    "two colours, rows + alpha",
+    "two colours, columns + alpha",
+};
+
+struct Totals {
+    size_t records = 0;
+    std::array<size_t, clip::kMaxTypeSlots> byType{};
+    size_t headerBytes = clip::kHeaderBytes;
+    size_t runBytes = 0;
+    size_t mapBytes = 0;
+    size_t codeBytes = 0;
+    size_t recordBytes = 0;
+};
+
+Totals totalsOf(const Description& description) {
+    Totals totals;
+    for (const clip::BlockLayout& block : description.blocks) {
+        totals.records += block.header.recordCount;
+        for (size_t type = 0; type < totals.byType.size(); ++type) {
+            totals.byType[type] += block.header.typeCounts[type];
+        }
+        totals.headerBytes += block.headerBytes;
+        totals.runBytes += block.runBytes;
+        totals.mapBytes += block.mapBytes;
+        totals.codeBytes += block.codeBytes;
+        totals.recordBytes += block.recordBytes;
+    }
+    return totals;
+}
+
+double rawShare(const Description& description) {
+    const double raw =
+        2.0 * kFrameWidth * description.header.height * description.header.frameCount;
+    return raw > 0 ? static_cast<double>(description.fileBytes) / raw : 0;
+}
+
+std::string line(const char* name, size_t value) {
+    char text[64];
+    std::snprintf(text, sizeof(text), "  %-32s %10zu\n", name, value);
+    return text;
+}
+
+Json jsonOf(const clip::BlockLayout& block, int alpha) {
+    Json types = Json::array();
+    for (int type = 0; type < clip::typeSlots(alpha); ++type) {
+        types.push_back(block.header.typeCounts[type]);
+    }
+    return {{"offset", block.offset},
+            {"frames", block.frames},
+            {"records", block.header.recordCount},
+            {"recordsByType", types},
+            {"bytes",
+             {{"header", block.headerBytes},
+              {"runs", block.runBytes},
+              {"map", block.mapBytes},
+              {"codes", block.codeBytes},
+              {"records", block.recordBytes}}}};
+}
+
+}  // namespace
+
+bool describe(std::span<const uint8_t> bytes, Description& description) {
+    description = {};
+    description.fileBytes = bytes.size();
+    description.verdict = clip::validate(bytes, &description.blocks);
+    return clip::readHeader(bytes, description.header) &&
+           description.header.version == clip::kVersion;
+}
+
+std::string asText(const std::string& path, const Description& description) {
+    const clip::FileHeader& header = description.header;
+    const Totals totals = totalsOf(description);
+    char text[256];
+    std::snprintf(text, sizeof(text),
+                  "  %d x %d, %s, quality %d, %d frames in %d blocks\n"
+                  "  %zu bytes, %.1f %% of raw\n",
+                  kFrameWidth, header.height, header.alpha != 0 ? "colour and alpha" : "colour",
+                  header.quality, header.frameCount, header.blockCount, description.fileBytes,
+                  100 * rawShare(description));
+    std::string all = path + ":\n" + text + "records\n";
+    for (size_t type = 0; type < totals.byType.size(); ++type) {
+        if (totals.byType[type] > 0) {
+            all += line(kTypeNames[type], totals.byType[type]);
+        }
+    }
+    all += line("all", totals.records) + "bytes\n" + line("headers", totals.headerBytes) +
+           line("change runs", totals.runBytes) + line("map entries", totals.mapBytes) +
+           line("tile codes", totals.codeBytes) + line("tile records", totals.recordBytes);
+    if (!description.verdict.ok) {
+        all += "fault\n  " + description.verdict.message + " (offset " +
+               std::to_string(description.verdict.offset) + ")\n";
+    }
+    return all;
+}
+
+std::string asJson(const std::string& path, const Description& description) {
+    const clip::FileHeader& header = description.header;
+    Json blocks = Json::array();
+    for (const clip::BlockLayout& block : description.blocks) {
+        blocks.push_back(jsonOf(block, header.alpha));
+    }
+    Json json{{"file", path},
+              {"bytes", description.fileBytes},
+              {"version", header.version},
+              {"quality", header.quality},
+              {"storedWidth", header.storedWidth},
+              {"height", header.height},
+              {"alpha", header.alpha},
+              {"frames", header.frameCount},
+              {"blockCount", header.blockCount},
+              {"rawShare", rawShare(description)},
+              {"ok", description.verdict.ok},
+              {"blocks", blocks}};
+    if (!description.verdict.ok) {
+        json["fault"] = {{"message", description.verdict.message},
+                         {"block", description.verdict.block},
+                         {"offset", description.verdict.offset},
+                         {"plays", description.verdict.kind == clip::FAULT_TRAILING}};
+    }
+    // A file name need not be UTF-8.
+    return json.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace maker

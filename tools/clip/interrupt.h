@@ -1,0 +1,13 @@
+#pragma once
+// Stopping cleanly: SIGINT, SIGTERM and SIGHUP set a flag that long work looks at, so that what is
+// half done is undone by the ordinary way out.
+
+namespace maker {
+
+void catchInterrupts();
+bool interrupted();
+
+// Throws Interrupted when the flag is set.
+void stopIfInterrupted();
+
+}  // namespace maker

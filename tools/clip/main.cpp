@@ -1,0 +1,42 @@
+// velmora-clip: makes and examines clips.
+
+#include <cstdio>
+#include <exception>
+
+#include "tools/clip/commands.h"
+#include "tools/clip/errors.h"
+#include "tools/clip/interrupt.h"
+
+namespace {
+
+int run(int argc, char** argv) {
+    int status = maker::kExitOk;
+    CLI::App app("Makes and examines clips for Velmora.", "velmora-clip");
+    app.require_subcommand(1);
+    maker::addEncode(app, status);
+    maker::addInfo(app, status);
+    maker::addVerify(app, status);
+#ifdef VELMORA_HAS_DEMO_LOOPS
+    maker::addDemo(app, status);
+#endif
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? maker::kExitOk : maker::kExitUsage;
+    }
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    maker::catchInterrupts();
+    try {
+        return run(argc, argv);
+    } catch (const maker::Interrupted&) {
+        return maker::kExitInterrupted;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "velmora-clip: %s\n", error.what());
+        return maker::kExitFailed;
+    }
+}
