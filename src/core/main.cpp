@@ -11,6 +11,7 @@
 #include "common/limits.h"
 #include "common/messages.h"
 #include "core/all.h"
+#include "core/display.h"
 #include "core/globals.h"
 #include "core/mainloop.h"
 #include "input/keys.h"
@@ -102,6 +103,14 @@ const char* openSurfaces() {
     return screen[1] == nullptr ? msg::kNoWindowC : nullptr;
 }
 
+// The preferences are read with the video mode open already.
+void applySavedResolution() {
+    if (all->appW != screen[1]->w || all->appH != screen[1]->h) {
+        all->applyResolution(all->appW, all->appH);
+        updateResolution();
+    }
+}
+
 // These read the application resolution or the work surface.
 void createScreens() {
     TTF_Init();
@@ -111,6 +120,7 @@ void createScreens() {
     _lib->initLib();
     _options = new c_options{};
     _options->initOptions();
+    applySavedResolution();
     mix = new c_mix{};
     mix->initMix();
     overMenu = new c_overMenu{};

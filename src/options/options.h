@@ -1,5 +1,11 @@
 #pragma once
-// c_options: the performer's preferences and the options screen. One object, the global `_options`.
+// c_options: the performer's preferences, their files, and the options screen. One object, the
+// global
+// `_options`.
+//
+// Two files below userdata/: prefs.xml (flags, application size, the filter of each slot) and
+// gamecontroller.xml (the controller map). A missing file is reported in one line and leaves the
+// values as they are. Saving replaces a file whole or leaves the old one and says so.
 
 #include <SDL.h>
 
@@ -9,9 +15,18 @@
 
 class c_options {
 public:
-    void initOptions();  // once the application resolution is known
+    // Once the application resolution is known: reads both files, then looks for a composite output
+    // again. The saved application size takes effect with updateResolution().
+    void initOptions();
+    void lireXML();
+    void saveXML();
+    void lireXMLController();
+    void saveXMLController();
+    std::string lireMot(const std::string& target);
+    std::string lireNoeud(const std::string& name);
+    int finLigne();
     void draw(SDL_Surface* surface, SDL_Surface* texture);
-    // Leaves the screen for home; a changed resolution takes effect.
+    // Leaves the screen for home: the preferences are saved, a changed resolution takes effect.
     void quitOptions();
 
     int32_t offsetX;  // of the 640 x 360 picture in the application resolution

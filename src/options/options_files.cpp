@@ -66,11 +66,17 @@ void replaceOrReport(const std::string& path, const std::string& text) {
 
 }  // namespace
 
-std::string c_options::lireMot(const std::string& target) { return xml::skipTo(file, target); }
+std::string c_options::lireMot(const std::string& target) {
+    return xml::skipTo(file, target);
+}
 
-std::string c_options::lireNoeud(const std::string& name) { return xml::readNode(file, name); }
+std::string c_options::lireNoeud(const std::string& name) {
+    return xml::readNode(file, name);
+}
 
-int c_options::finLigne() { return xml::skipChar(file); }
+int c_options::finLigne() {
+    return xml::skipChar(file);
+}
 
 void c_options::lireXML() {
     file = fopen(kPrefsReadPath, "r");

@@ -34,6 +34,8 @@ void c_options::initOptions() {
     topbar = 0;
     fps = 0;
     anchorEntry = 0;
+    lireXML();
+    lireXMLController();
     all->checkComposite();
 }
 
@@ -49,6 +51,7 @@ void c_options::draw(SDL_Surface* surface, SDL_Surface*) {
 }
 
 void c_options::quitOptions() {
+    saveXML();
     updateResolution();
     all->state = STATE_HOME;
     page = 0;

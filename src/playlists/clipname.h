@@ -15,6 +15,8 @@ inline bool isClipName(const std::string& name) {
     return endsWith(name, ".m17") || endsWith(name, ".m18") || endsWith(name, ".m19");
 }
 
-inline bool isPlayableName(const std::string& name) { return endsWith(name, ".m19"); }
+inline bool isPlayableName(const std::string& name) {
+    return endsWith(name, ".m19");
+}
 
 }  // namespace clip

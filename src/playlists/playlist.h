@@ -18,6 +18,7 @@
 class c_moxel;
 
 inline constexpr int kExplorerRows = 100;
+inline constexpr int kEditorKeys = 42;  // of the on-screen keyboard
 
 struct Track {
     std::string path;     // relative to ./videos/
@@ -57,7 +58,15 @@ public:
     void draw(SDL_Surface* surface, SDL_Surface* atlas);
     void initScroll(int bar, int count);
     void updateScroll(int bar, int count);
+
+    // The editor's operations (playlist_edit). `pos` and `to` are rows; past the end they append.
+    void addTrack(const std::string& fileName, int famille, int pos);  // of the browsed folder
+    void removeTrack(int famille, int pos);
+    void moveTrack(int from, int to);  // in `editFamille`
+    bool isFileMoxel(const std::string& fileName);
+    void readDir(const std::string& entry);  // into a folder of the listing, or ".. back"
     void exitEditPlaylists();
+    const char* edit_char(int index);  // text of a key of the on-screen keyboard; "" for no key
 
     int32_t currentFamille;  // loaded last, or being loaded
     int32_t nbFamilles;
@@ -93,5 +102,9 @@ public:
 
 private:
     bool readFamille(Famille& famille);
+    void openGap(Famille& famille, int at);
+    std::string browsedFolder() const;
+    void listDirectory();
+    void closeDirectory();
     void endLoad();
 };

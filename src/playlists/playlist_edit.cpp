@@ -19,10 +19,14 @@ std::string subFolderOf(const std::string& browseDir, const std::string& baseDir
 
 }  // namespace
 
-bool c_playlist::isFileMoxel(const std::string& name) { return clip::isClipName(name); }
+bool c_playlist::isFileMoxel(const std::string& name) {
+    return clip::isClipName(name);
+}
 
 // The folder being browsed, relative to ./videos/, with a "/" behind it; empty for ./videos itself.
-std::string c_playlist::browsedFolder() const { return subFolderOf(browseDir, baseDir); }
+std::string c_playlist::browsedFolder() const {
+    return subFolderOf(browseDir, baseDir);
+}
 
 void c_playlist::openGap(Famille& famille, int at) {
     for (int t = famille.nbTracks - 1; t >= at; --t) {
@@ -60,7 +64,8 @@ void c_playlist::removeTrack(int famille, int pos) {
 // Towards the top a track ends at `to`, towards the bottom at `to` - 1.
 void c_playlist::moveTrack(int from, int to) {
     Famille& edited = familles[editFamille];
-    // Deliberate: a full playlist cannot be put in another order. [quirk_full_playlist_keeps_its_order]
+    // Deliberate: a full playlist cannot be put in another order.
+    // [quirk_full_playlist_keeps_its_order]
     if (edited.nbTracks == kEditorTracks || edited.nbTracks >= kTrackSlots || from < 0 ||
         from >= edited.nbTracks) {
         return;
@@ -75,8 +80,8 @@ void c_playlist::moveTrack(int from, int to) {
 
 const char* c_playlist::edit_char(int index) {
     static constexpr const char* kKeys[kEditorKeys] = {
-        "a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n",
-        "o", "p", "q", "r", "s", "t", "u", "v", "w", "x", "y", "z", "_", "-",
+        "a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m",   "n",
+        "o", "p", "q", "r", "s", "t", "u", "v", "w", "x", "y", "z", "_",   "-",
         "+", "*", "0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "Del", "OK",
     };
     return index >= 0 && index < kEditorKeys ? kKeys[index] : "";

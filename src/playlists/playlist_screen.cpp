@@ -44,10 +44,3 @@ void c_playlist::draw(SDL_Surface* surface, SDL_Surface*) {
     }
     text("Z : BACK", kTitleX, 340, white);
 }
-
-void c_playlist::exitEditPlaylists() {
-    if (dirHandle != nullptr) {
-        closedir(dirHandle);
-    }
-    dirHandle = opendir(baseDir.c_str());
-}
