@@ -58,6 +58,10 @@ void RunFolder::writePlaylists() {
          << playlists_ << "</all>\n";
 }
 
+void RunFolder::addUserFile(const std::string& name, const std::string& text) {
+    std::ofstream(path_ + "/userdata/" + name, std::ios::binary) << text;
+}
+
 void RunFolder::removeData(const std::string& name) {
     if (!name.empty()) {
         fs::remove(path_ + "/data/" + name);

@@ -21,6 +21,8 @@ public:
     void addPlaylist(const std::string& name, const std::vector<std::string>& tracks);
     // Writes userdata/playlists.xml from what was added, also when that is nothing.
     void writePlaylists();
+    // A file of userdata/ with this text.
+    void addUserFile(const std::string& name, const std::string& text);
     void removeData(const std::string& name);  // one file of data/, "" for all of them
 
     int playlists() const { return count_; }
