@@ -49,9 +49,6 @@ constexpr KeyBinding kKeyboard[] = {
     {KEY_F, SDLK_f},
 };
 
-// Controller slot of each entry of the controller map.
-constexpr int kPadSlots[kPadEntries] = {31, 32, 33, 34, 35, 36, 37, 38, 41, 42, 43, 44, 45, 46};
-
 // Slots whose sum is anyKeyCount.
 constexpr int kWatched[] = {KEY_UP, KEY_RIGHT, KEY_DOWN, KEY_LEFT, KEY_A, KEY_Z,      KEY_X,
                             KEY_S,  KEY_Q,     KEY_W,    KEY_1,    KEY_2, KEY_RETURN, KEY_TAB};
@@ -79,7 +76,7 @@ void sampleController(c_keys& input) {
     }
     for (int entry = 0; entry < kPadEntries; ++entry) {
         const int button = input.padButton[entry];
-        sample(input.gKeys[kPadSlots[entry]],
+        sample(input.gKeys[kSlotOfPadEntry[entry]],
                button >= 0 && SDL_JoystickGetButton(joy, button) != 0);
     }
 }

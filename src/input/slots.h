@@ -1,6 +1,8 @@
 #pragma once
-// The entries of c_keys::gKeys: keyboard slots 0 to 30, controller slots 31 to 46. The slots that
-// are not named here stay 0.
+// The entries of c_keys::gKeys: keyboard slots 0 to 30, controller slots 31 to 46. Slots that are
+// neither named here nor given to a controller function stay 0.
+
+#include "common/limits.h"
 
 enum InputSlot : int {
     KEY_A = 0,
@@ -39,3 +41,7 @@ enum InputSlot : int {
 
 // What a slot holds.
 enum KeyState : int { KEY_UP_STATE = 0, KEY_PRESSED = 1, KEY_HELD = 2 };
+
+// The slot of each controller function, by its entry in the controller map.
+inline constexpr int kSlotOfPadEntry[kPadEntries] = {31, 32, 33, 34, 35, 36, 37,
+                                                     38, 41, 42, 43, 44, 45, 46};

@@ -1,6 +1,6 @@
 #pragma once
-// c_options: the performer's preferences, their files, and the options screen. One object, the
-// global
+// c_options: the performer's preferences, their files, and the options screen's two pages: 0 with
+// filters, display and controller status, 1 with the controller's buttons. One object, the global
 // `_options`.
 //
 // Two files below userdata/: prefs.xml (flags, application size, the filter of each slot) and
@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+
+#include "common/geometry.h"
 
 class c_options {
 public:
@@ -25,7 +27,19 @@ public:
     std::string lireMot(const std::string& target);
     std::string lireNoeud(const std::string& name);
     int finLigne();
+
+    // The current page on the video surface, `surface`; `texture` is the interface atlas or null.
+    // Positions are those of options_layout.h, relative to the picture.
     void draw(SDL_Surface* surface, SDL_Surface* texture);
+    void drawScreen0(SDL_Surface* surface, SDL_Surface* texture);
+    void drawScreen1(SDL_Surface* surface, SDL_Surface* texture);
+    void drawFilters(SDL_Surface* surface);
+    void drawDisplayOptions(SDL_Surface* surface, SDL_Surface* texture);
+    void drawDrag(SDL_Surface* surface);  // the dragged filter at the mouse
+    // One square of the controller page, at (x, y): blue while its button is pressed, else red
+    // without a button or for an entry that there is not, else green.
+    void drawButtonAnchor(int entry, int pressed, int x, int y);
+
     // Leaves the screen for home: the preferences are saved, a changed resolution takes effect.
     void quitOptions();
 
@@ -33,12 +47,22 @@ public:
     int32_t offsetY;
     int32_t page;
     SDL_Surface* controllerPicture;  // null when its file is missing
-    int32_t dragging;
-    int32_t draggedFilter;
-    int32_t waitingButton;
-    std::string homeDir;  // working directory at start-up
-    FILE* file;           // open while read or written
-    int32_t topbar;       // 1: draw the white lines at the top of the mix
-    int32_t fps;          // 1: draw the frame rate on the mix screen
-    int32_t anchorEntry;
+    int32_t dragging;                // 1: a filter hangs at the mouse
+    int32_t draggedFilter;           // its id
+    int32_t waitingButton;           // 1: page 1 waits for a controller button
+    std::string homeDir;             // working directory at start-up
+    FILE* file;                      // open while read or written
+    int32_t topbar;                  // 1: draw the white lines at the top of the mix
+    int32_t fps;                     // 1: draw the frame rate on the mix screen
+    int32_t anchorEntry;             // square that waits for its button, 0 to 13
+
+private:
+    void drawCheckBox(SDL_Surface* surface, SDL_Surface* texture, int on, Point at,
+                      const char* label);
+    void drawController(SDL_Surface* surface);
+    void drawAnchors();
+    void write(SDL_Surface* surface, const char* words, Point at, uint32_t colour, int font = 0);
+    // The piece (x, y, w, h) of `from`, when there is such a picture.
+    void drawPiece(SDL_Surface* surface, SDL_Surface* from, SDL_Rect piece, Point at);
+    void drawBack(SDL_Surface* surface, SDL_Surface* texture);
 };

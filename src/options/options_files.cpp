@@ -9,6 +9,7 @@
 #include "input/keys.h"
 #include "mixer/filters.h"
 #include "options/options.h"
+#include "options/options_layout.h"
 #include "playlists/userfile.h"
 #include "playlists/xmlscan.h"
 
@@ -25,10 +26,6 @@ constexpr const char* kFileEnd = "</all>\n";
 
 constexpr int kSmallestWidth = 800;
 constexpr int kSmallestHeight = 600;
-
-// Deliberate: entries 8 and 9, and 10 and 11, change places in the file; reading and writing agree.
-// [quirk_controller_file_swaps_shoulders]
-constexpr int kFileOrder[kPadEntries] = {0, 1, 2, 3, 4, 5, 6, 7, 9, 8, 11, 10, 12, 13};
 
 // Text that is not a number counts as 0.
 int numberOf(const std::string& text) {
@@ -116,7 +113,7 @@ void c_options::lireXMLController() {
         return;
     }
     xml::readPrologue(file);
-    for (const int entry : kFileOrder) {
+    for (const int entry : layout::kMapEntries) {
         keys->padButton[entry] = numberOf(lireNoeud("button"));
     }
     fclose(file);
@@ -125,7 +122,7 @@ void c_options::lireXMLController() {
 
 void c_options::saveXMLController() {
     std::string text = kFileStart;
-    for (const int entry : kFileOrder) {
+    for (const int entry : layout::kMapEntries) {
         text += element("button", keys->padButton[entry]);
     }
     replaceOrReport(homeDir + kControllerWritePath, text + kFileEnd);

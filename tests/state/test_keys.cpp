@@ -107,17 +107,24 @@ TEST_F(Keys, Actions_PlaylistsLeaveForHome) {
     EXPECT_EQ(all->state, STATE_HOME);
 }
 
-TEST_F(Keys, Actions_OptionsPagesLeaveForHomeOtherPagesDoNot) {
-    for (const int page : {0, 1}) {
+TEST_F(Keys, Actions_OptionsPage0LeavesForHomeOtherPagesDoNot) {
+    setKeys({KEY_Z});
+    for (const int page : {2, 1, 0}) {
         all->state = STATE_OPTIONS;
         _options->page = page;
-        setKeys({KEY_Z});
         keys->actions();
-        EXPECT_EQ(all->state, STATE_HOME) << page;
+        EXPECT_EQ(all->state, page == 0 ? STATE_HOME : STATE_OPTIONS) << page;
     }
+}
+
+TEST_F(Keys, Actions_OptionsPage1LeavesForPage0ByItsBackButton) {
     all->state = STATE_OPTIONS;
-    _options->page = 2;
+    _options->page = 1;
+    keys->mouseX = 600;
+    keys->mouseY = 380;
+    keys->mouseClick = 1;
     keys->actions();
+    EXPECT_EQ(_options->page, 0);
     EXPECT_EQ(all->state, STATE_OPTIONS);
 }
 
