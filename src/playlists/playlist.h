@@ -15,10 +15,14 @@
 #include "common/limits.h"
 #include "playlists/scroll.h"
 
+class PagePainter;
 class c_moxel;
 
 inline constexpr int kExplorerRows = 100;
 inline constexpr int kEditorKeys = 42;  // of the on-screen keyboard
+
+enum Question : int32_t { ASK_NOTHING = 0, ASK_DELETE, ASK_SAVE };
+enum Press : int32_t { PRESS_NOTHING = 0, PRESS_ROW, PRESS_SCROLL };
 
 struct Track {
     std::string path;     // relative to ./videos/
@@ -54,16 +58,38 @@ public:
     void initLoad(int index);  // starts loading a famille
     void loopLoadPlaylist();   // one step; nothing when no load is under way
 
-    // The playlist screen (playlist_screen).
+    // The playlist screen (playlist_screen, playlist_pages) and its preview (playlist_preview).
     void draw(SDL_Surface* surface, SDL_Surface* atlas);
     void initScroll(int bar, int count);
     void updateScroll(int bar, int count);
+    void drawScroll(SDL_Surface* surface, int bar);
+    void drawDrag(SDL_Surface* surface, int x, int y);
+    void startPreview();  // of the selected item; blocks until the clip is loaded
+    void finRenderPreview();
+    void endPreview();  // and black where it has been
+
+    // What buttons, keys and drops do on the pages (playlist_steps). Lists are 0 left, 1 right. A
+    // step that makes no sense now does nothing.
+    void holdSelection();  // rows that no longer exist are let go
+    int rowsIn(int list) const;
+    int selectedRow(int list) const;
+    void select(int list, int row);    // and the list becomes the one in use
+    bool canUse(int button) const;     // page::Button
+    bool takesDrop(int button) const;  // the button can be used with what is dragged
+    void useButton(int button);
+    void openSelection();      // edit a playlist, enter a folder, preview a clip
+    void typeKey(int key);     // of the on-screen keyboard
+    void dropOnList(int row);  // the dragged item, before a row of the left list
+    void goBack();             // one page, or home
+    void answer(bool yes);     // to the question that stands
+    void insertEntry();        // the selected explorer entry, behind the selected track
+    void letGo();              // of everything that the mouse holds
 
     // The editor's operations (playlist_edit). `pos` and `to` are rows; past the end they append.
     void addTrack(const std::string& fileName, int famille, int pos);  // of the browsed folder
     void removeTrack(int famille, int pos);
     void moveTrack(int from, int to);  // in `editFamille`
-    bool isFileMoxel(const std::string& fileName);
+    bool isFileMoxel(const std::string& fileName) const;
     void readDir(const std::string& entry);  // into a folder of the listing, or ".. back"
     void exitEditPlaylists();
     const char* edit_char(int index);  // text of a key of the on-screen keyboard; "" for no key
@@ -100,7 +126,49 @@ public:
     int32_t previewActive;
     int32_t previewFrame;
 
+    // The list in use is dragSource, also when nothing is dragged.
+    int32_t question;  // Question: stands on the page until it is answered
+    int32_t press;     // Press: what the mouse button went down on
+    int32_t pressX;    // where it went down, picture coordinates
+    int32_t pressY;
+    int32_t pressList;     // list of the row or scroll bar it went down on
+    int32_t lastPressMs;   // time of the last press on a playlist
+    int32_t lastPressRow;  // its row, -1 none: two presses make a double click
+    int32_t holdFrames;    // frames for which an arrow or an edge of a list is held
+    int32_t pointerX;      // the pointer in the last frame
+    int32_t pointerY;
+    std::string notice;      // one line under the buttons; empty none
+    Famille enteredFamille;  // the playlist as it was when page 2 was entered
+
 private:
+    void drawBrowsePage(PagePainter& painter);
+    void drawNamePage(PagePainter& painter);
+    void drawTracksPage(PagePainter& painter);
+    void drawFamilleRows(PagePainter& painter);
+    void drawTrackRows(PagePainter& painter, int list);
+    void drawEntryRows(PagePainter& painter);
+    void drawButtons(PagePainter& painter);
+    void drawQuestion(PagePainter& painter);
+    void drawPreview(SDL_Surface* surface);
+    void drawPage(SDL_Surface* surface, SDL_Surface* atlas);
+    std::string draggedText() const;
+    std::string previewPath() const;
+    std::string fullText() const;
+    int rowLook(int list, int row) const;
+    bool tracksChanged() const;
+    bool isClipEntry(int row) const;
+    void showBrowse();
+    void showTracks();
+    void showFolder(const std::string& entry);
+    void createNamed();
+    void confirmTracks();
+    void discardTracks();
+    void leave();
+    void deleteSelected();
+    void deleteFamille();
+    void moveFamilleTo(int row);
+    void moveTrackTo(int row);
+    void addEntryAt(int row);
     bool readFamille(Famille& famille);
     void openGap(Famille& famille, int at);
     std::string browsedFolder() const;

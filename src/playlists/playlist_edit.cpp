@@ -19,7 +19,7 @@ std::string subFolderOf(const std::string& browseDir, const std::string& baseDir
 
 }  // namespace
 
-bool c_playlist::isFileMoxel(const std::string& name) {
+bool c_playlist::isFileMoxel(const std::string& name) const {
     return clip::isClipName(name);
 }
 
@@ -36,6 +36,9 @@ void c_playlist::openGap(Famille& famille, int at) {
 }
 
 void c_playlist::addTrack(const std::string& fileName, int famille, int pos) {
+    if (famille < 0 || famille >= kPlaylists) {
+        return;
+    }
     Famille& edited = familles[famille];
     // Guard: a playlist that came from a file may be past the editor's limit, up to its last slot.
     if (edited.nbTracks == kEditorTracks || edited.nbTracks >= kTrackSlots) {
@@ -50,11 +53,14 @@ void c_playlist::addTrack(const std::string& fileName, int famille, int pos) {
 }
 
 void c_playlist::removeTrack(int famille, int pos) {
-    Famille& edited = familles[famille];
-    if (edited.nbTracks == 0) {
+    if (famille < 0 || famille >= kPlaylists) {
         return;
     }
-    for (int t = std::max(pos, 0); t < edited.nbTracks - 1; ++t) {
+    Famille& edited = familles[famille];
+    if (pos < 0 || pos >= edited.nbTracks) {
+        return;
+    }
+    for (int t = pos; t < edited.nbTracks - 1; ++t) {
         edited.tracks[t] = edited.tracks[t + 1];
     }
     --edited.nbTracks;
@@ -63,6 +69,9 @@ void c_playlist::removeTrack(int famille, int pos) {
 
 // Towards the top a track ends at `to`, towards the bottom at `to` - 1.
 void c_playlist::moveTrack(int from, int to) {
+    if (editFamille < 0 || editFamille >= kPlaylists) {
+        return;
+    }
     Famille& edited = familles[editFamille];
     // Deliberate: a full playlist cannot be put in another order.
     // [quirk_full_playlist_keeps_its_order]
@@ -109,10 +118,8 @@ void c_playlist::readDir(const std::string& entry) {
     closeDirectory();
     dirHandle = opendir(browseDir.c_str());
 
-    // Deliberate: the last row is neither reset nor marked as unused.
-    // [quirk_explorer_leaves_its_last_row]
-    std::fill_n(entryIsDir, kExplorerRows - 1, 1);
-    std::fill_n(entryIsClip, kExplorerRows - 1, 0);
+    std::fill_n(entryIsDir, kExplorerRows, 1);
+    std::fill_n(entryIsClip, kExplorerRows, 0);
     nbEntries = 0;
     if (browseDir != baseDir + kVideosFolder) {
         entries[0] = kBack;
@@ -124,6 +131,8 @@ void c_playlist::readDir(const std::string& entry) {
         listDirectory();
         closeDirectory();
     }
+    // Deliberate: the last row keeps the text of an earlier listing; it is shown only when a folder
+    // fills it. [quirk_explorer_keeps_its_last_text]
     for (int row = nbEntries; row < kExplorerRows - 1; ++row) {
         entries[row] = kUnusedRow;
     }

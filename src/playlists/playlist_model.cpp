@@ -57,6 +57,11 @@ void c_playlist::initPlaylist() {
     previewClip = new c_moxel;
     previewActive = 0;
     previewFrame = 0;
+    question = ASK_NOTHING;
+    press = PRESS_NOTHING;
+    lastPressRow = -1;
+    holdFrames = 0;
+    notice.clear();
 }
 
 void c_playlist::scanFamilles() {
@@ -83,8 +88,15 @@ void c_playlist::createNewFamille() {
     if (nbFamilles >= kPlaylists) {
         return;
     }
-    familles[nbFamilles].name = newName;
-    familles[nbFamilles].nbTracks = 0;
+    Famille& created = familles[nbFamilles];
+    created.name = newName;
+    created.nbTracks = 0;
+    // Nothing of a playlist that had this record before.
+    created.weight = 0;
+    created.nbMissing = 0;
+    for (Track& track : created.tracks) {
+        track.missing = 0;
+    }
     ++nbFamilles;
     saveXML();
 }

@@ -76,4 +76,68 @@ TEST(Scroll, SameCount_ResetAndResizeGiveTheSameThumb) {
     }
 }
 
+// The thumb of 16 rows is 97 high and travels 97 pixels: (16 - 15) x (y - 20) / 97.
+TEST(Scroll, ThumbDragged_FollowsTheFormulaAndStaysInRange) {
+    ScrollBar bar = {};
+    resetScroll(bar, 16);
+    scrollTo(bar, 116);
+    EXPECT_EQ(bar.pos, 0);
+    scrollTo(bar, 117);
+    EXPECT_EQ(bar.pos, 1);
+    for (const int y : {-5000, 0, 20}) {
+        scrollTo(bar, y);
+        EXPECT_EQ(bar.pos, 0) << y;
+    }
+    scrollTo(bar, 5000);
+    EXPECT_EQ(bar.pos, 1);
+    // 100 rows: thumb 20, 85 x 87 / 174 = 42.
+    resetScroll(bar, 100);
+    scrollTo(bar, 107);
+    EXPECT_EQ(bar.pos, 42);
+    resetScroll(bar, 15);
+    scrollTo(bar, 200);
+    EXPECT_EQ(bar.pos, 0);
+}
+
+TEST(Scroll, RowOutOfView_ComesIntoViewAtTheNearEdge) {
+    ScrollBar bar = {};
+    resetScroll(bar, 50);
+    scrollIntoView(bar, 14);
+    EXPECT_EQ(bar.pos, 0);
+    scrollIntoView(bar, 15);
+    EXPECT_EQ(bar.pos, 1);
+    scrollIntoView(bar, 49);
+    EXPECT_EQ(bar.pos, 35);
+    scrollIntoView(bar, 34);
+    EXPECT_EQ(bar.pos, 34);
+    scrollIntoView(bar, -1);
+    EXPECT_EQ(bar.pos, 0);
+    scrollIntoView(bar, 500);
+    EXPECT_EQ(bar.pos, 35);
+}
+
+TEST(Scroll, ByRows_StopsAtTheEnds) {
+    ScrollBar bar = {};
+    resetScroll(bar, 17);
+    scrollBy(bar, -1);
+    EXPECT_EQ(bar.pos, 0);
+    scrollBy(bar, 1);
+    EXPECT_EQ(bar.pos, 1);
+    scrollBy(bar, 5);
+    EXPECT_EQ(bar.pos, 2);
+}
+
+// 17 rows: thumb 64, maxPos 2; pos 1 is 1 x 130 / 2 = 65 pixels down.
+TEST(Scroll, Thumb_StandsAtItsPartOfTheTrack) {
+    ScrollBar bar = {};
+    resetScroll(bar, 17);
+    EXPECT_EQ(thumbTop(bar), 20);
+    bar.pos = 1;
+    EXPECT_EQ(thumbTop(bar), 85);
+    bar.pos = 2;
+    EXPECT_EQ(thumbTop(bar), 150);
+    resetScroll(bar, 3);
+    EXPECT_EQ(thumbTop(bar), 20);
+}
+
 }  // namespace

@@ -94,6 +94,32 @@ TEST_F(Tracks, MoveDownAndUp_EndBeforeTheRowAndAtIt) {
     EXPECT_EQ(paths(), (std::vector<std::string>{"C", "B", "A"}));
 }
 
+TEST_F(Tracks, MoveRow2ToRow0_PutsItFirst) {
+    addFamille("set", {"A", "B", "C"});
+    playlist->editFamille = 0;
+    playlist->moveTrack(2, 0);
+    EXPECT_EQ(paths(), (std::vector<std::string>{"C", "A", "B"}));
+}
+
+TEST_F(Tracks, OfPlaylistsThatDoNotExist_DoNothing) {
+    addFamille("set", {"A", "B"});
+    for (const int famille : {-1, 50, 51, 4000}) {
+        playlist->addTrack("x.m19", famille, 0);
+        playlist->removeTrack(famille, 0);
+        playlist->editFamille = famille;
+        playlist->moveTrack(0, 2);
+    }
+    EXPECT_EQ(paths(), (std::vector<std::string>{"A", "B"}));
+}
+
+TEST_F(Tracks, RemovingARowThatDoesNotExist_DoesNothing) {
+    addFamille("set", {"A", "B"});
+    for (const int row : {-1, 2, 3, 50, 1000}) {
+        playlist->removeTrack(0, row);
+        EXPECT_EQ(paths(), (std::vector<std::string>{"A", "B"})) << row;
+    }
+}
+
 TEST_F(Tracks, The50thTrack_IsRefused) {
     addFamille("set", std::vector<std::string>(49, "x"));
     browse("");
@@ -223,16 +249,20 @@ TEST_F(Explorer, UnreadableFolder_SaysSoAndKeepsTheWayBack) {
     EXPECT_EQ(playlist->entries[98], "error");
 }
 
-TEST_F(Explorer, quirk_explorer_leaves_its_last_row) {
+TEST_F(Explorer, quirk_explorer_keeps_its_last_text) {
     for (int clip = 0; clip < 100; ++clip) {
         writeFile(numbered("videos/c", clip) + ".m19", "");
     }
-    std::filesystem::create_directories("videos/empty");
+    std::filesystem::create_directories("empty");
     playlist->readDir("videos");
     const std::string last = playlist->entries[99];
+    EXPECT_EQ(playlist->entryIsClip[99], 1);
+    playlist->readDir(".. back");
     playlist->readDir("empty");
     EXPECT_EQ(playlist->entries[98], "error");
     EXPECT_EQ(playlist->entries[99], last);
+    EXPECT_EQ(playlist->entryIsDir[99], 1) << "the flags are those of an unused row";
+    EXPECT_EQ(playlist->entryIsClip[99], 0);
 }
 
 TEST_F(Explorer, Leaving_KeepsOneFolderOpen) {

@@ -1,0 +1,273 @@
+// What stands on the three pages of the playlist screen.
+#include "core/globals.h"
+#include "input/keys.h"
+#include "playlists/page_painter.h"
+#include "playlists/playlist.h"
+
+namespace {
+
+constexpr int kTextDown = 2;  // from a row's top
+constexpr int kIndent = 5;    // from a list's left edge
+constexpr int kRowEnd = 4;    // from a list's right edge
+constexpr int kNumberColumn = 20;
+constexpr int kCountColumn = 24;
+constexpr int kGap = 8;  // between two texts in a line
+
+constexpr int kHelpY = 262;
+constexpr int kKeysY = 276;
+constexpr int kLineX = 4;
+constexpr int kLineRoom = 632;
+constexpr int kNoticeY = 296;
+constexpr int kFullTextY = 345;
+
+constexpr int kQuestionY = 292;
+constexpr int kQuestionHeight = 48;
+constexpr int kQuestionTextY = 297;
+constexpr int kQuestionKeysX = 144;
+constexpr int kQuestionKeysY = 318;
+
+constexpr int kNameX = 11;
+constexpr int kNameY = 24;
+constexpr int kCaretHeight = 18;
+constexpr int kCaretPeriodMs = 1000;
+constexpr int kNameLengthX = 307;  // right end
+constexpr int kKeyRgb = 0x333333;
+constexpr int kDimKeyRgb = 0x222222;
+constexpr int kWhiteRgb = 0xFFFFFF;
+constexpr int kSmallTextHeight = 10;
+constexpr int kLargeTextHeight = 20;
+
+constexpr int kFolderWidth = 11;
+
+int rowY(int visibleRow) {
+    return page::kFirstRowY + page::kRowHeight * visibleRow + kTextDown;
+}
+
+int leftOf(int list) {
+    return page::kListX[list] + kIndent;
+}
+
+int rightOf(int list) {
+    return page::kListX[list] + page::kListWidth[list] - kRowEnd;
+}
+
+std::string missingNote(int missing) {
+    return std::to_string(missing) + (missing == 1 ? " file missing" : " files missing");
+}
+
+// A heading and what it is about, cut to the column.
+void drawTitle(PagePainter& painter, int list, const std::string& heading,
+               const std::string& subject) {
+    const int x = leftOf(list);
+    const int room = rightOf(list) - x;
+    const int used = painter.text(heading, x, page::kTitleY, room, static_cast<int>(_colorO));
+    painter.text(subject, x + used + kGap, page::kTitleY, room - used - kGap, page::kGreyRgb);
+}
+
+void drawHint(PagePainter& painter, int list, const char* words) {
+    painter.text(words, leftOf(list), rowY(0), rightOf(list) - leftOf(list), page::kGreyRgb);
+}
+
+void drawHelp(PagePainter& painter, const char* help, const char* keysHelp) {
+    painter.text(help, kLineX, kHelpY, kLineRoom, kWhiteRgb);
+    painter.text(keysHelp, kLineX, kKeysY, kLineRoom, page::kGreyRgb);
+}
+
+void drawFolderSign(PagePainter& painter, int x, int y, int rgb) {
+    painter.fill(x, y + 1, 4, 2, rgb);
+    painter.fill(x, y + 2, 9, 6, rgb);
+}
+
+}  // namespace
+
+int c_playlist::rowLook(int list, int row) const {
+    // On the browse page the selected playlist is what the right list shows, whichever list is in
+    // use; every other selection counts in its own list.
+    const bool always = editPage == page::BROWSE && list == page::LEFT;
+    if (row == selectedRow(list) && (always || dragSource == list)) {
+        return page::ROW_SELECTED;
+    }
+    const int pointed = page::rowAt(list, keys->mouseX, keys->mouseY);
+    const bool quiet = dragging != 0 || question != ASK_NOTHING;
+    if (pointed >= 0 && pointed + scroll[list].pos == row && !quiet) {
+        return page::ROW_LIT;
+    }
+    const bool elsewhere = editPage == page::TRACKS && row == selectedRow(list);
+    return elsewhere ? page::ROW_SELECTED_ELSEWHERE : page::ROW_PLAIN;
+}
+
+// A dragged item lights the buttons that take it; otherwise the one under the pointer is lit.
+void c_playlist::drawButtons(PagePainter& painter) {
+    for (const page::ButtonPlace& place : page::buttonsOf(editPage)) {
+        const bool under = page::inside(keys->mouseX, keys->mouseY, place.x, place.y, place.width,
+                                        page::kButtonHeight);
+        const bool answers = dragging != 0 ? takesDrop(place.button) : canUse(place.button);
+        painter.button(place, answers && question == ASK_NOTHING, under);
+    }
+}
+
+void c_playlist::drawQuestion(PagePainter& painter) {
+    if (question == ASK_NOTHING) {
+        painter.text(notice, kLineX, kNoticeY, kLineRoom, static_cast<int>(_colorO));
+        painter.text(fullText(), kLineX, kFullTextY, kLineRoom, page::kGreyRgb);
+        return;
+    }
+    const Famille& famille = familles[editFamille];
+    const std::string tracks =
+        std::to_string(famille.nbTracks) + (famille.nbTracks == 1 ? " track" : " tracks");
+    painter.fill(2, kQuestionY, 636, kQuestionHeight, page::kLitRgb);
+    painter.fill(2, kQuestionY, 636, 1, static_cast<int>(_colorO));
+    const bool deleting = question == ASK_DELETE;
+    const int used = painter.text(deleting ? "delete this playlist ?" : "save changes ?", 10,
+                                  kQuestionTextY, kLineRoom, kWhiteRgb);
+    painter.text(tracks + " in '" + famille.name + "'", 10 + used + kGap, kQuestionTextY,
+                 620 - used - kGap, static_cast<int>(_colorO));
+    for (const page::ButtonPlace& place : page::kQuestionButtons) {
+        painter.button(place, true,
+                       page::inside(keys->mouseX, keys->mouseY, place.x, place.y, place.width,
+                                    page::kButtonHeight));
+    }
+    painter.text(deleting ? "X : yes        Z : no" : "X : yes        Z : go on editing",
+                 kQuestionKeysX, kQuestionKeysY, 400, page::kGreyRgb);
+}
+
+// The selected item in full: rows show what fits.
+std::string c_playlist::fullText() const {
+    return selectedRow(dragSource) < rowsIn(dragSource) ? draggedText() : "";
+}
+
+void c_playlist::drawFamilleRows(PagePainter& painter) {
+    const ScrollBar& bar = scroll[page::LEFT];
+    for (int i = 0; i < kVisibleRows && bar.pos + i < nbFamilles; ++i) {
+        const Famille& famille = familles[bar.pos + i];
+        const int look = rowLook(page::LEFT, bar.pos + i);
+        const int ink = painter.row(page::LEFT, i, look);
+        const int x = leftOf(page::LEFT);
+        int end = rightOf(page::LEFT);
+        painter.textRight(std::to_string(famille.nbTracks), end, rowY(i), kCountColumn, ink);
+        end -= kCountColumn;
+        if (famille.nbMissing > 0) {
+            end = painter.textRight(missingNote(famille.nbMissing), end, rowY(i), end - x,
+                                    static_cast<int>(_colorR)) -
+                  kGap;
+        }
+        painter.text(famille.name, x, rowY(i), end - x, ink);
+    }
+    if (nbFamilles == 0) {
+        drawHint(painter, page::LEFT, "no playlists: press create");
+    }
+}
+
+// On the left of page 2 and on the right of the browse page.
+void c_playlist::drawTrackRows(PagePainter& painter, int list) {
+    const ScrollBar& bar = scroll[list];
+    const int tracks = rowsIn(list);
+    const Famille& famille = familles[editFamille];
+    for (int i = 0; i < kVisibleRows && bar.pos + i < tracks; ++i) {
+        const Track& track = famille.tracks[bar.pos + i];
+        const int ink = painter.row(list, i, rowLook(list, bar.pos + i));
+        const int numberEnd = page::kListX[list] + kNumberColumn;
+        const int x = numberEnd + kGap;
+        int end = rightOf(list);
+        painter.textRight(std::to_string(bar.pos + i + 1), numberEnd, rowY(i), kNumberColumn,
+                          ink == 0 ? ink : page::kGreyRgb);
+        if (track.missing != 0) {
+            end = painter.textRight("missing", end, rowY(i), end - x, static_cast<int>(_colorR)) -
+                  kGap;
+        }
+        painter.text(track.path, x, rowY(i), end - x, ink);
+    }
+}
+
+void c_playlist::drawEntryRows(PagePainter& painter) {
+    const ScrollBar& bar = scroll[page::RIGHT];
+    for (int i = 0; i < kVisibleRows && bar.pos + i < nbEntries; ++i) {
+        const int entry = bar.pos + i;
+        const int ink = painter.row(page::RIGHT, i, rowLook(page::RIGHT, entry));
+        const int x = leftOf(page::RIGHT) + kFolderWidth + 2;
+        if (entryIsDir[entry] != 0) {
+            drawFolderSign(painter, leftOf(page::RIGHT), rowY(i),
+                           ink == 0 ? ink : static_cast<int>(_colorO));
+        }
+        painter.text(entries[entry], x, rowY(i), rightOf(page::RIGHT) - x, ink);
+    }
+    if (nbEntries == 0) {
+        drawHint(painter, page::RIGHT, "no clips in the videos folder");
+    }
+}
+
+void c_playlist::drawBrowsePage(PagePainter& painter) {
+    drawTitle(painter, page::LEFT, "playlists",
+              std::to_string(nbFamilles) + " of " + std::to_string(kPlaylists));
+    drawFamilleRows(painter);
+    drawScroll(painter.surface(), page::LEFT);
+    if (nbFamilles > 0) {
+        drawTitle(painter, page::RIGHT, "'" + familles[editFamille].name + "' playlist tracks", "");
+        drawTrackRows(painter, page::RIGHT);
+        if (familles[editFamille].nbTracks == 0) {
+            drawHint(painter, page::RIGHT, "no tracks: press edit");
+        }
+    }
+    drawScroll(painter.surface(), page::RIGHT);
+    drawButtons(painter);
+    drawHelp(
+        painter, "Drag & drop elements on top of buttons",
+        "arrows : choose        X : edit or preview        Backspace : delete        Z : home");
+    drawQuestion(painter);
+}
+
+void c_playlist::drawTracksPage(PagePainter& painter) {
+    const Famille& famille = familles[editFamille];
+    drawTitle(painter, page::LEFT, "tracks",
+              std::to_string(famille.nbTracks) + " of " + std::to_string(kEditorTracks) + " in '" +
+                  famille.name + "'");
+    drawTrackRows(painter, page::LEFT);
+    if (famille.nbTracks == 0) {
+        drawHint(painter, page::LEFT, "drag clips from the right to here");
+    }
+    drawScroll(painter.surface(), page::LEFT);
+    drawTitle(painter, page::RIGHT, "files explorer", "videos/" + browsedFolder());
+    drawEntryRows(painter);
+    drawScroll(painter.surface(), page::RIGHT);
+    drawButtons(painter);
+    drawHelp(painter, "Drag & drop files from the right to the left column",
+             "arrows : choose        X : open or preview        Return : add the file        "
+             "Backspace : remove the track        Z : back");
+    drawQuestion(painter);
+}
+
+void c_playlist::drawNamePage(PagePainter& painter) {
+    painter.text("create a new playlist", kNameX, page::kTitleY, kLineRoom,
+                 static_cast<int>(_colorO));
+    painter.textRight(std::to_string(newName.size()) + " / " + std::to_string(page::kLongestName),
+                      kNameLengthX, page::kTitleY, kLineRoom, page::kGreyRgb);
+    painter.largeText(newName, kNameX, kNameY, kWhiteRgb);
+    if (tempsActuel % kCaretPeriodMs < kCaretPeriodMs / 2) {
+        painter.fill(kNameX + painter.widthOf(newName, 1) + 1, kNameY, 2, kCaretHeight,
+                     static_cast<int>(_colorO));
+    }
+    const bool full = newName.size() >= page::kLongestName;
+    for (int key = 0; key < page::kKeys; ++key) {
+        const int x = page::kKeysX + key % page::kKeyColumns * page::kKeySize;
+        const int y = page::kKeysY + key / page::kKeyColumns * page::kKeySize;
+        const bool usable = key >= page::kKeyDel ? !newName.empty() : !full;
+        const bool lit = usable && key == keyUnderPointer;
+        const int ink = lit ? 0 : usable ? kWhiteRgb : page::kGreyRgb;
+        painter.fill(x + 1, y + 1, page::kKeySize - 2, page::kKeySize - 2,
+                     lit      ? static_cast<int>(_colorO)
+                     : usable ? kKeyRgb
+                              : kDimKeyRgb);
+        const char* words = edit_char(key);
+        if (key >= page::kKeyDel) {
+            painter.text(words, x + (page::kKeySize - painter.widthOf(words, 0)) / 2,
+                         y + (page::kKeySize - kSmallTextHeight) / 2, page::kKeySize, ink);
+        } else {
+            painter.largeText(words, x + (page::kKeySize - painter.widthOf(words, 1)) / 2 + 1,
+                              y + (page::kKeySize - kLargeTextHeight) / 2, ink);
+        }
+    }
+    drawButtons(painter);
+    drawHelp(painter, "Click the letters of its name, then OK",
+             "arrows : choose a key        X : type it        Backspace : delete        "
+             "Return : OK        Z : back");
+}

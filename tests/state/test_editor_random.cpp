@@ -1,0 +1,112 @@
+// Hands without a plan: whatever is pressed and dragged in whatever order, the editor stays inside
+// its lists. The seed is printed; VELMORA_SEED repeats a run.
+#include <cstdlib>
+#include <random>
+
+#include "clip/moxel.h"
+#include "state/editor_hands.h"
+
+namespace {
+
+constexpr int kFrames = 3000;
+constexpr int kFramesFromAPage = 250;
+
+class RandomHands : public EditorTest {
+protected:
+    RandomHands() {
+        const char* wanted = getenv("VELMORA_SEED");
+        seed = wanted != nullptr ? static_cast<unsigned>(atoi(wanted)) : std::random_device{}();
+        random.seed(seed);
+        placeClip("rgb-all-360.m19", "full.m19");
+        for (int clip = 0; clip < 30; ++clip) {
+            writeFile(numbered("videos/live/c", clip) + ".m19", "");
+        }
+        for (int list = 0; list < 20; ++list) {
+            addFamille(std::string(92, 'W'),
+                       std::vector<std::string>(static_cast<size_t>(list * 13 % 52), "full.m19"));
+        }
+    }
+    int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
+    // Mostly on the pages' parts, sometimes anywhere.
+    Spot anySpot() {
+        switch (below(6)) {
+            case 0:
+                return leftRow(below(17));
+            case 1:
+                return rightRow(below(17));
+            case 2:
+                return {below(2) == 0 ? 314 : 632, below(240)};
+            case 3:
+                return {below(640), 240};
+            case 4:
+                return below(2) == 0 ? Spot{20 + below(100), 320} : keyCell(below(42));
+            default:
+                return {below(1400) - 380, below(800) - 220};
+        }
+    }
+    // Each page has its turns, however the hands find their way.
+    static void startOn(int shown) {
+        playlist->editPage = page::BROWSE;
+        playlist->question = ASK_NOTHING;
+        if (playlist->nbFamilles == 0) {
+            addFamille("again", {"full.m19"});
+        }
+        if (shown == page::NEW_PLAYLIST) {
+            playlist->useButton(page::CREATE);
+        } else if (shown == page::TRACKS) {
+            playlist->useButton(page::EDIT);
+        }
+    }
+    void anyFrame() {
+        constexpr int kSlots[] = {KEY_UP,        KEY_DOWN,   KEY_LEFT, KEY_RIGHT,  KEY_X,
+                                  KEY_BACKSPACE, KEY_RETURN, PAD_BACK, PAD_CONFIRM};
+        setKeys({});
+        if (below(3) == 0) {
+            setKeys({kSlots[below(9)]});
+        }
+        keys->mouseClick = below(4) == 0 ? 1 : 0;
+        keys->mouseHeld = keys->mouseClick == 0 && below(5) != 0 ? 1 : 0;
+        if (below(3) == 0) {
+            pointAt(anySpot());
+        }
+        frame();
+    }
+    static void expectInside() {
+        ASSERT_GE(playlist->nbFamilles, 0);
+        ASSERT_LE(playlist->nbFamilles, 50);
+        ASSERT_GE(playlist->editFamille, 0);
+        ASSERT_LT(playlist->editFamille, 50);
+        for (int f = 0; f < playlist->nbFamilles; ++f) {
+            ASSERT_LE(playlist->familles[f].nbTracks, 51);
+            ASSERT_GE(playlist->familles[f].nbTracks, 0);
+        }
+        ASSERT_LE(playlist->newName.size(), 20u);
+        for (const ScrollBar& bar : playlist->scroll) {
+            ASSERT_GE(bar.pos, 0);
+            ASSERT_LE(bar.pos, bar.maxPos);
+        }
+    }
+
+    unsigned seed = 0;
+    std::mt19937 random;
+};
+
+TEST_F(RandomHands, StayInsideTheLists) {
+    SCOPED_TRACE("VELMORA_SEED=" + std::to_string(seed));
+    for (int i = 0; i < kFrames; ++i) {
+        if (i % kFramesFromAPage == 0) {
+            startOn(i / kFramesFromAPage % 3);
+        }
+        all->state = STATE_PLAYLISTS;
+        anyFrame();
+        expectInside();
+        if (HasFatalFailure()) {
+            return;
+        }
+        if (i % 3 == 0) {
+            draw();
+        }
+    }
+}
+
+}  // namespace
