@@ -1,4 +1,8 @@
 // The staged loading of a clip: what is read in which step, and what is refused.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -8,6 +12,20 @@
 #include "common/messages.h"
 
 namespace {
+
+// Null for what is not a regular file: a pipe would hold the program up for good.
+FILE* openClip(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    struct stat facts;
+    if (fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        close(descriptor);
+        return nullptr;
+    }
+    return fdopen(descriptor, "rb");
+}
 
 // Room for a block's buffers, in elements. The file announces room; a block never gets more than
 // its records, tiles and frames can need, however much that is.
@@ -50,7 +68,7 @@ int32_t c_moxel::readHeader(FILE* from) {
 }
 
 int32_t c_moxel::miniLoad(std::string clipPath) {
-    FILE* sized = fopen(clipPath.c_str(), "rb");
+    FILE* sized = openClip(clipPath);
     if (sized == nullptr) {
         return 0;
     }
@@ -58,7 +76,7 @@ int32_t c_moxel::miniLoad(std::string clipPath) {
     fileSize = static_cast<int32_t>(ftell(sized));
     fclose(sized);
 
-    FILE* opened = fopen(clipPath.c_str(), "rb");
+    FILE* opened = openClip(clipPath);
     if (opened == nullptr) {
         return 0;
     }
@@ -140,7 +158,7 @@ void c_moxel::expandMaps() {
 
 int32_t c_moxel::load19A() {
     puts(path.c_str());
-    file = fopen(path.c_str(), "rb");
+    file = openClip(path);
     if (file == nullptr) {
         puts(msg::kClipVanished);
         return 0;

@@ -1,5 +1,6 @@
 // The clip object step by step: what each call reads, keeps, prints and redraws.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <fstream>
@@ -184,6 +185,16 @@ TEST(Loading, MissingFile_IsRefusedSilently) {
     testing::internal::CaptureStdout();
     EXPECT_EQ(stage.load("no-such.m19", 2000), 0);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(Loading, PipeOrFolder_IsRefusedWithoutWaiting) {
+    ClipStage stage(TEST_DATA "/clips");
+    std::filesystem::remove("videos");
+    std::filesystem::create_directories("videos/folder.m19");
+    ASSERT_EQ(mkfifo("videos/pipe.m19", 0600), 0);
+    EXPECT_EQ(stage.load("pipe.m19", 2000), 0);
+    EXPECT_EQ(stage.load("folder.m19", 2000), 0);
+    EXPECT_EQ(stage.clip->miniLoad("./videos/pipe.m19"), 0);
 }
 
 TEST(Loading, FileThatVanishedAfterTheCheck_SaysSo) {
