@@ -313,6 +313,21 @@ TEST(KillRAM, quirk_drawn_map_outlives_the_clip) {
     EXPECT_EQ(stage.clip->prevCodes.data(), codes);
 }
 
+// A slot whose header was read anew from another version's file: that version's buffers go, the
+// drawn map with them; the blocks are not of that version and stay.
+TEST(KillRAM, OfAnotherVersion_FreesTheDrawnMapAndLeavesTheBlocks) {
+    ClipStage stage(TEST_DATA "/clips");
+    load(stage, "one-frame-8.m19");
+    stage.clip->version = 18;
+    stage.clip->killRAM();
+    EXPECT_EQ(stage.clip->hasRAM, 0);
+    EXPECT_TRUE(stage.clip->prevMap.empty());
+    EXPECT_TRUE(stage.clip->prevCodes.empty());
+    EXPECT_NE(stage.clip->blockMaps[0], nullptr);
+    EXPECT_EQ(stage.load("seventeen-200.m19", 2000), 2)
+        << "the slot takes the next clip all the same";
+}
+
 TEST(Destroy, quirk_destroy_logs_block_count_as_character) {
     ClipStage stage(TEST_DATA "/clips");
     load(stage, "one-frame-8.m19");
