@@ -15,6 +15,17 @@ constexpr int blueOf(uint16_t pixel) {
     return pixel & 31;
 }
 
+// The channels on the scale 0 to 255 as a display shows them: the top bits repeated below.
+constexpr int red8Of(uint16_t pixel) {
+    return redOf(pixel) << 3 | redOf(pixel) >> 2;
+}
+constexpr int green8Of(uint16_t pixel) {
+    return greenOf(pixel) << 2 | greenOf(pixel) >> 4;
+}
+constexpr int blue8Of(uint16_t pixel) {
+    return blueOf(pixel) << 3 | blueOf(pixel) >> 2;
+}
+
 // Fields are combined by addition: the caller keeps each of them in its range.
 constexpr uint16_t pack(int red, int green, int blue) {
     return static_cast<uint16_t>((red << 11) + (green << 5) + blue);

@@ -150,7 +150,8 @@ std::vector<maker::Frame> film(uint32_t seed, int height, int frames, bool alpha
 
 std::vector<uint8_t> encode(const std::vector<maker::Frame>& frames, int quality,
                             maker::ClipStats* stats) {
-    maker::ClipEncoder encoder({frames[0].height, !frames[0].alpha.empty(), quality});
+    maker::ClipEncoder encoder(
+        {.height = frames[0].height, .alpha = !frames[0].alpha.empty(), .quality = quality});
     for (const maker::Frame& frame : frames) {
         encoder.add(frame);
     }

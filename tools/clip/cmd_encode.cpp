@@ -11,7 +11,6 @@
 #include "tools/clip/commands.h"
 #include "tools/clip/encoder.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/quantise.h"
 #include "tools/clip/source.h"
 
 namespace maker {
@@ -82,14 +81,13 @@ void report(const EncodeOptions& options, const ClipStats& stats, size_t bytes) 
 void encode(const EncodeOptions& options) {
     checkPaths(options);
     VideoSource source(options.source);
-    ClipEncoder encoder({kFrameHeight, source.alpha(), options.quality});
+    ClipEncoder encoder(
+        {.alpha = source.alpha(), .quality = options.quality, .dither = options.dither});
     std::vector<uint8_t> rgba;
-    Frame frame;
     {
         const Progress progress(source.expectedFrames());
         while (source.next(rgba)) {
-            quantise(rgba.data(), kFrameHeight, {source.alpha(), options.dither}, frame);
-            encoder.add(frame);
+            encoder.add(rgba.data());
             progress.show(encoder.stats().frames);
         }
     }

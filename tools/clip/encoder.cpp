@@ -2,15 +2,18 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "clip/validate.h"
+#include "common/rgb565.h"
 #include "tools/clip/dictionary.h"
 #include "tools/clip/maps.h"
 #include "tools/clip/palette.h"
+#include "tools/clip/quantise.h"
 #include "tools/clip/records.h"
 #include "tools/clip/tiles.h"
 #include "tools/clip/writer.h"
@@ -153,6 +156,24 @@ void ClipEncoder::add(const Frame& frame) {
                from == 0 ? all.first(0) : all.subspan(from - tileCount, tileCount),
                toleranceOf(settings_.quality));
     ++stats_.frames;
+}
+
+void ClipEncoder::add(const uint8_t* rgba) {
+    quantise(rgba, settings_.height, {settings_.alpha, settings_.dither}, quantised_);
+    for (size_t i = 0; i < quantised_.pixels.size(); ++i) {
+        const uint16_t colour = quantised_.pixels[i];
+        const int shown[3] = {px::red8Of(colour), px::green8Of(colour), px::blue8Of(colour)};
+        for (size_t c = 0; c < 3; ++c) {
+            const int error = shown[c] - rgba[4 * i + c];
+            stats_.squaredError += error * error;
+        }
+    }
+    stats_.samples += 3.0 * static_cast<double>(quantised_.pixels.size());
+    add(quantised_);
+}
+
+double ClipStats::psnr() const {
+    return 10 * std::log10(255.0 * 255.0 * samples / squaredError);
 }
 
 void ClipEncoder::flush(bool last) {

@@ -18,7 +18,7 @@ constexpr const char* kXmlDeclaration = "<?xml version=\"1.0\" encoding=\"iso-88
 constexpr size_t kFrameRgbaBytes = size_t{kFramePixels} * 4;
 
 std::vector<uint8_t> encodeLoop(const demo::Loop& loop) {
-    ClipEncoder encoder({kFrameHeight, loop.alpha, kBestQuality});
+    ClipEncoder encoder({.alpha = loop.alpha, .frames = loop.frames});
     std::vector<uint8_t> rgba(kFrameRgbaBytes);
     Frame frame;
     for (int i = 0; i < loop.frames; ++i) {

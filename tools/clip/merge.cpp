@@ -10,18 +10,10 @@ namespace {
 
 constexpr int kQualitySteps = 3;  // of quality for one step of tolerance
 
-// Channels on the scale 0 to 255, the top bits repeated below.
-constexpr int wide5(int channel) {
-    return channel << 3 | channel >> 2;
-}
-constexpr int wide6(int channel) {
-    return channel << 2 | channel >> 4;
-}
-
 bool nearColours(uint16_t a, uint16_t b, int tolerance) {
-    return std::abs(wide5(px::redOf(a)) - wide5(px::redOf(b))) <= tolerance &&
-           std::abs(wide6(px::greenOf(a)) - wide6(px::greenOf(b))) <= tolerance &&
-           std::abs(wide5(px::blueOf(a)) - wide5(px::blueOf(b))) <= tolerance;
+    return std::abs(px::red8Of(a) - px::red8Of(b)) <= tolerance &&
+           std::abs(px::green8Of(a) - px::green8Of(b)) <= tolerance &&
+           std::abs(px::blue8Of(a) - px::blue8Of(b)) <= tolerance;
 }
 
 uint16_t meanColour(const Sequence& colours) {
