@@ -276,51 +276,106 @@ TEST(Records, EmptyTileRecord_IsAddedWhereNoneIs) {
     EXPECT_EQ(set.bytes, (Bytes{0xC0, 0, 0}));
 }
 
+using Uses = std::vector<maker::TileUse>;
+using Numbers = std::vector<uint16_t>;
+
 TEST(Numbering, Records_AreSortedByTypeInOrder) {
+    maker::NumberHistory history;
     const std::vector<uint8_t> types{8, 0, 4, 0, 8};
-    const maker::Numbering numbering = maker::numberRecords(types, {});
-    EXPECT_EQ(numbering.numberOf, (std::vector<uint16_t>{3, 0, 2, 1, 4}));
+    const maker::Numbering numbering = maker::numberRecords(types, {}, history);
+    EXPECT_EQ(numbering.numberOf, (Numbers{3, 0, 2, 1, 4}));
     EXPECT_EQ(numbering.recordAt, (std::vector<uint32_t>{1, 3, 2, 0, 4}));
     EXPECT_EQ(numbering.typeCounts[0], 2);
     EXPECT_EQ(numbering.typeCounts[4], 1);
     EXPECT_EQ(numbering.typeCounts[8], 2);
 }
 
-TEST(Numbering, BannedNumber_IsLeftToAnotherRecord) {
+// Numbers 0 and 1 show look 10 at position 5 with code 1.
+maker::NumberHistory twoNumbersTaken() {
+    maker::NumberHistory history;
+    history.add({0, 5, 1, 10}, 0);
+    history.add({0, 5, 1, 10}, 1);
+    return history;
+}
+
+TEST(Numbering, NumberWithAnotherLookHere_IsLeftToAnotherRecord) {
+    maker::NumberHistory history = twoNumbersTaken();
     const std::vector<uint8_t> types{2, 2, 2};
-    const maker::Numbering numbering = maker::numberRecords(types, {{0, 0}, {0, 1}, {0, 0}});
-    EXPECT_EQ(numbering.numberOf, (std::vector<uint16_t>{2, 0, 1}));
+    const maker::Numbering numbering = maker::numberRecords(types, Uses{{0, 5, 1, 11}}, history);
+    EXPECT_EQ(numbering.numberOf, (Numbers{2, 0, 1}));
     EXPECT_EQ(numbering.recordAt.size(), 3u);
 }
 
+TEST(Numbering, SameLookOtherCodeOrPosition_KeepsTheNumber) {
+    for (const maker::TileUse& use :
+         Uses{{0, 5, 1, 10}, {0, 5, 2, 11}, {0, 6, 1, 11}, {0, 4, 1, 11}}) {
+        maker::NumberHistory history = twoNumbersTaken();
+        const std::vector<uint8_t> types{2};
+        EXPECT_EQ(maker::numberRecords(types, Uses{use}, history).numberOf, Numbers{0});
+    }
+}
+
+TEST(Numbering, AllUsesOfARecord_MustAgree) {
+    maker::NumberHistory history = twoNumbersTaken();
+    history.add({0, 9, 3, 20}, 2);
+    const std::vector<uint8_t> types{2, 2, 2, 2};
+    const Uses uses{{3, 5, 1, 11}, {3, 9, 3, 21}};
+    EXPECT_EQ(maker::numberRecords(types, uses, history).numberOf, (Numbers{0, 1, 2, 3}));
+}
+
+TEST(Numbering, Block_IsAddedToTheHistory) {
+    maker::NumberHistory history;
+    const std::vector<uint8_t> types{2};
+    maker::numberRecords(types, Uses{{0, 7, 1, 1}}, history);
+    EXPECT_TRUE(history.clashes({0, 7, 1, 2}, 0));
+    EXPECT_FALSE(history.clashes({0, 7, 1, 1}, 0));
+}
+
+TEST(Numbering, History_KeepsApartWhatItHoldsByTheThousand) {
+    maker::NumberHistory history;
+    for (uint16_t position = 0; position < 3600; ++position) {
+        for (size_t number = 0; number < 40; ++number) {
+            history.add({0, position, 6, position * 100 + number}, number * 1000 + 65000 % 1000);
+        }
+    }
+    EXPECT_FALSE(history.clashes({0, 3599, 6, 359939}, 39000));
+    EXPECT_TRUE(history.clashes({0, 3599, 6, 359938}, 39000));
+    EXPECT_FALSE(history.clashes({0, 3599, 5, 359938}, 39000));
+}
+
 TEST(Numbering, NoFreeNumber_PutsFillersIn) {
+    maker::NumberHistory history;
+    history.add({0, 5, 1, 10}, 1);
+    history.add({0, 5, 1, 10}, 2);
     const std::vector<uint8_t> types{0, 2, 9};
     // Record 1 is the only one of its type and would be number 1.
-    const maker::Numbering numbering = maker::numberRecords(types, {{1, 1}, {1, 2}});
-    EXPECT_EQ(numbering.numberOf, (std::vector<uint16_t>{0, 3, 4}));
+    const maker::Numbering numbering = maker::numberRecords(types, Uses{{1, 5, 1, 11}}, history);
+    EXPECT_EQ(numbering.numberOf, (Numbers{0, 3, 4}));
     EXPECT_EQ(numbering.recordAt, (std::vector<uint32_t>{0, maker::kFiller, maker::kFiller, 1, 2}));
     EXPECT_EQ(numbering.typeCounts[2], 3);
 }
 
-TEST(Numbering, MoreFillersThanNumbers_DropTheBan) {
-    const std::vector<uint8_t> types(65535, 2);
-    std::vector<maker::Ban> bans;
-    for (int number = 0; number < 65535; ++number) {
-        bans.push_back({7, static_cast<uint16_t>(number)});
+TEST(Numbering, TooManyFillers_LetTheClashBe) {
+    // One record may have 64 fillers: numbers 0 to 64. All of them show something else.
+    maker::NumberHistory history;
+    for (size_t number = 0; number <= 64; ++number) {
+        history.add({0, 5, 1, 10}, number);
     }
-    const maker::Numbering numbering = maker::numberRecords(types, bans);
-    EXPECT_EQ(numbering.recordAt.size(), 65535u);
-    EXPECT_EQ(numbering.typeCounts[2], 65535);
+    const std::vector<uint8_t> types{2};
+    const maker::Numbering numbering = maker::numberRecords(types, Uses{{0, 5, 1, 11}}, history);
+    EXPECT_EQ(numbering.numberOf, Numbers{0});
+    EXPECT_EQ(numbering.recordAt.size(), 1u);
 }
 
-TEST(Numbering, SeamBans_NameWhatWouldPassForTheTileBeside) {
-    const maker::SeamFrame beside{{5, 5, 5, 5}, {1, 1, 1, 1}, {10, 10, 10, 10}};
-    std::vector<maker::Ban> bans;
-    // Another picture, the same picture, another code, no record.
-    maker::addSeamBans(beside, std::vector<uint32_t>{3, 4, 6, maker::kFiller},
-                       std::vector<uint8_t>{1, 1, 2, 1}, std::vector<uint64_t>{11, 10, 11, 11},
-                       bans);
-    EXPECT_EQ(bans, (std::vector<maker::Ban>{{3, 5}}));
+TEST(Numbering, FullBlock_GetsNoFiller) {
+    maker::NumberHistory history;
+    Uses uses;
+    for (uint32_t record = 0; record < 65535; ++record) {
+        uses.push_back({record, 5, 1, record});
+        history.add({record, 5, 1, record + 1}, record);
+    }
+    const std::vector<uint8_t> types(65535, 2);
+    EXPECT_EQ(maker::numberRecords(types, uses, history).recordAt.size(), 65535u);
 }
 
 TEST(Maps, Changes_CoverTheFrameInRuns) {

@@ -7,10 +7,10 @@
 #include "clip_tool/pictures.h"
 #include "tools/clip/dictionary.h"
 #include "tools/clip/fit.h"
-#include "tools/clip/merge.h"
 #include "tools/clip/pacer.h"
 #include "tools/clip/palette.h"
 #include "tools/clip/quantise.h"
+#include "tools/clip/source_block.h"
 #include "tools/clip/walks.h"
 
 namespace {
@@ -20,7 +20,7 @@ using maker::FitPlan;
 using maker::Frame;
 using maker::Tile;
 
-// A frame of 8 lines of one RGBA colour.
+// A picture of 8 lines of one RGBA colour.
 std::vector<uint8_t> rgba(uint8_t red, uint8_t green, uint8_t blue, uint8_t alpha) {
     std::vector<uint8_t> bytes;
     for (int i = 0; i < 640 * 8; ++i) {
@@ -29,50 +29,98 @@ std::vector<uint8_t> rgba(uint8_t red, uint8_t green, uint8_t blue, uint8_t alph
     return bytes;
 }
 
-Frame quantised(const std::vector<uint8_t>& bytes, const maker::QuantiseOptions& options) {
-    Frame frame;
-    maker::quantise(bytes.data(), 8, options, frame);
-    return frame;
-}
-
 TEST(Quantise, Channels_GoToTheNearestLevel) {
     // 255 and 0 are the ends. Red 4 is 0.49 of a step of 31, 5 is 0.61; green 2 is 0.49 of a step
     // of 63, 3 is 0.74.
-    EXPECT_EQ(quantised(rgba(255, 255, 255, 255), {}).pixels[0], 0xFFFF);
-    EXPECT_EQ(quantised(rgba(0, 0, 0, 255), {}).pixels[0], 0);
-    EXPECT_EQ(quantised(rgba(4, 2, 4, 255), {}).pixels[0], 0);
-    EXPECT_EQ(quantised(rgba(5, 3, 5, 255), {}).pixels[0], 0x0821);
+    EXPECT_EQ(maker::nearestColour(255, 255, 255), 0xFFFF);
+    EXPECT_EQ(maker::nearestColour(0, 0, 0), 0);
+    EXPECT_EQ(maker::nearestColour(4, 2, 4), 0);
+    EXPECT_EQ(maker::nearestColour(5, 3, 5), 0x0821);
 }
 
 TEST(Quantise, Alpha_IsRoundedToSixteenLevels) {
     // A level is 17 steps of 255: 8 is nearer to 0, 9 nearer to 1.
-    EXPECT_EQ(quantised(rgba(255, 0, 0, 255), {true, false}).alpha[0], 15);
-    EXPECT_EQ(quantised(rgba(255, 0, 0, 9), {true, false}).alpha[0], 1);
-    EXPECT_EQ(quantised(rgba(255, 0, 0, 8), {true, false}).alpha[0], 0);
-}
-
-TEST(Quantise, TransparentPixel_IsBlack) {
-    EXPECT_EQ(quantised(rgba(255, 9, 9, 8), {true, false}).pixels[0], 0);
-    EXPECT_EQ(quantised(rgba(255, 0, 0, 9), {true, false}).pixels[0], 0xF800);
-}
-
-TEST(Quantise, WithoutAlpha_TheChannelIsIgnored) {
-    const Frame frame = quantised(rgba(255, 0, 0, 0), {});
-    EXPECT_TRUE(frame.alpha.empty());
-    EXPECT_EQ(frame.pixels[0], 0xF800);
+    EXPECT_EQ(maker::alphaLevel(255), 15);
+    EXPECT_EQ(maker::alphaLevel(9), 1);
+    EXPECT_EQ(maker::alphaLevel(8), 0);
 }
 
 TEST(Quantise, Dither_KeepsTheMeanAndExactLevels) {
     // Red 12 lies 1.46 steps up: an 8 x 8 pattern shows level 2 in 46 % of its pixels, 29 of 64.
-    const Frame frame = quantised(rgba(12, 255, 0, 255), {false, true});
+    // Level 1 of 31 shows as 8, level 2 as 16.
+    std::vector<uint8_t> picture = rgba(12, 255, 0, 77);
+    maker::dither(picture.data(), 8);
     int level2 = 0;
     for (size_t i = 0; i < 64; ++i) {
-        const uint16_t pixel = frame.pixels[i / 8 * 640 + i % 8];
-        EXPECT_EQ(pixel & 0x07FF, 0x07E0);
-        EXPECT_TRUE(pixel >> 11 == 1 || pixel >> 11 == 2);
-        level2 += pixel >> 11 == 2 ? 1 : 0;
+        const uint8_t* pixel = &picture[(i / 8 * 640 + i % 8) * 4];
+        EXPECT_TRUE(pixel[0] == 8 || pixel[0] == 16);
+        EXPECT_EQ(pixel[1], 255);
+        EXPECT_EQ(pixel[2], 0);
+        EXPECT_EQ(pixel[3], 77);
+        level2 += pixel[0] == 16 ? 1 : 0;
     }
     EXPECT_NEAR(level2, 29, 1);
+}
+
+TEST(SourceBlock, TransparentPixel_IsBlack) {
+    maker::SourceBlock block;
+    maker::appendPicture(rgba(255, 9, 9, 8).data(), 8, true, block);
+    maker::appendPicture(rgba(255, 9, 9, 9).data(), 8, true, block);
+    EXPECT_EQ(block.tiles[0].alpha[5], 0);
+    EXPECT_EQ(block.tiles[0].colours[0][5], 0);
+    EXPECT_EQ(block.frame(1)[0].alpha[5], 1);
+    EXPECT_EQ(block.frame(1)[0].colours[0][5], 255);
+}
+
+TEST(SourceBlock, WithoutAlpha_TheChannelIsIgnored) {
+    maker::SourceBlock block;
+    maker::appendPicture(rgba(255, 0, 0, 0).data(), 8, false, block);
+    EXPECT_EQ(block.tiles[0].alpha[0], 15);
+    EXPECT_EQ(maker::roundedTile(block.tiles[0]).colours[0], 0xF800);
+}
+
+TEST(SourceBlock, Picture_IsCutInRasterOrder) {
+    std::vector<uint8_t> picture(640 * 16 * 4, 0);
+    const size_t at = (9 * 640 + 17) * 4;  // tile row 1, column 2, pixel (1, 1)
+    picture[at] = 1;
+    picture[at + 1] = 2;
+    picture[at + 2] = 3;
+    maker::SourceBlock block;
+    maker::appendPicture(picture.data(), 16, false, block);
+    EXPECT_EQ(block.frames, 1);
+    EXPECT_EQ(block.tileCount, 160u);
+    ASSERT_EQ(block.tiles.size(), 160u);
+    EXPECT_EQ(block.tiles[82].colours[0][9], 1);
+    EXPECT_EQ(block.tiles[82].colours[1][9], 2);
+    EXPECT_EQ(block.tiles[82].colours[2][9], 3);
+}
+
+TEST(SourceBlock, Planes_AreWhatADisplayShows) {
+    Tile tile{};
+    tile.colours[0] = 0x8410;  // 16 of 31, 32 of 63, 16 of 31: the top bits repeated below
+    tile.colours[1] = 0xFFFF;
+    const maker::ColourPlanes planes = maker::planesOf(tile);
+    EXPECT_EQ(planes[0][0], 132);
+    EXPECT_EQ(planes[1][0], 130);
+    EXPECT_EQ(planes[2][0], 132);
+    EXPECT_EQ(planes[1][1], 255);
+}
+
+TEST(SourceBlock, SquaredDistance_SumsAllChannels) {
+    maker::ColourPlanes a{};
+    maker::ColourPlanes b{};
+    EXPECT_EQ(maker::squaredDistance(a, b), 0);
+    a[0][0] = 3;
+    b[1][5] = 4;
+    a[2][63] = 255;
+    EXPECT_EQ(maker::squaredDistance(a, b), 9 + 16 + 65025);
+    for (auto& plane : a) {
+        plane.fill(255);
+    }
+    for (auto& plane : b) {
+        plane.fill(0);
+    }
+    EXPECT_EQ(maker::squaredDistance(a, b), 192 * 65025);
 }
 
 TEST(Palette, Choose_KeepsTheHeaviestColours) {
@@ -143,16 +191,6 @@ TEST(Walks, Composed_LeadsToTheMember) {
     }
 }
 
-TEST(Tiles, Frame_IsCutInRasterOrder) {
-    Frame frame = pictures::flat(16, 0);
-    frame.pixels[9 * 640 + 17] = 0xABCD;  // tile row 1, column 2, pixel (1, 1)
-    std::vector<Tile> tiles;
-    maker::appendTiles(frame, tiles);
-    ASSERT_EQ(tiles.size(), 160u);
-    EXPECT_EQ(tiles[82].colours[9], 0xABCD);
-    EXPECT_EQ(tiles[82].alpha[9], 15);
-}
-
 Tile plain(uint16_t colour, uint8_t alpha) {
     Tile tile{};
     tile.colours.fill(colour);
@@ -210,44 +248,6 @@ TEST(Dictionary, Shapes_JoinTheEightImages) {
 TEST(Dictionary, Shapes_OtherAlphaIsAnotherShape) {
     EXPECT_EQ(maker::groupShapes({corner(1, 2, 0), corner(1, 2, 7)}).size(), 1u);
     EXPECT_EQ(maker::groupShapes({corner(1, 2, 0), corner(1, 2, 7, 9)}).size(), 2u);
-}
-
-TEST(Merge, Tolerance_GrowsAsQualityFalls) {
-    EXPECT_EQ(maker::toleranceOf(100), 0);
-    EXPECT_EQ(maker::toleranceOf(70), 10);
-    EXPECT_EQ(maker::toleranceOf(0), 33);
-}
-
-TEST(Merge, Near_BoundsEveryChannel) {
-    // Green 0x20 is one level: 4 of 255. Red 0x0800 is one level: 8 of 255.
-    EXPECT_TRUE(maker::near(plain(0, 15), corner(0, 0x20, 30), 4));
-    EXPECT_FALSE(maker::near(plain(0, 15), corner(0, 0x20, 30), 3));
-    EXPECT_TRUE(maker::near(plain(0, 15), corner(0, 0x0800, 30), 8));
-    EXPECT_FALSE(maker::near(plain(0, 15), corner(0, 0x0800, 30), 7));
-    EXPECT_FALSE(maker::near(plain(0, 15), plain(0, 14), 100));
-}
-
-TEST(Merge, Tiles_NearTheKeptOneStay) {
-    const std::vector<Tile> kept{corner(0x8410, 0xFFFF, 5), corner(0x8410, 0xFFFF, 5)};
-    std::vector<Tile> tiles{corner(0x8430, 0xFFFF, 5), corner(0x0000, 0xFFFF, 5)};
-    const Tile far = tiles[1];
-    maker::mergeTiles(tiles, kept, 10);
-    EXPECT_EQ(tiles[0], kept[0]);
-    EXPECT_EQ(tiles[1], far);
-}
-
-TEST(Merge, Tiles_NearTheirMeanBecomeFlat) {
-    std::vector<Tile> tiles{corner(0x8410, 0x8430, 5), corner(0x8410, 0xFFFF, 5)};
-    const Tile lively = tiles[1];
-    maker::mergeTiles(tiles, {}, 10);
-    EXPECT_EQ(tiles[0], plain(0x8410, 15));
-    EXPECT_EQ(tiles[1], lively);
-}
-
-TEST(Merge, NoTolerance_ChangesNothing) {
-    std::vector<Tile> tiles{corner(0x8410, 0x8430, 5)};
-    maker::mergeTiles(tiles, std::vector<Tile>{plain(0x8410, 15)}, 0);
-    EXPECT_EQ(tiles[0], corner(0x8410, 0x8430, 5));
 }
 
 void expectPlan(const FitPlan& plan, const FitPlan& expected) {

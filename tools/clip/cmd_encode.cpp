@@ -88,10 +88,10 @@ void encode(const EncodeOptions& options) {
         const Progress progress(source.expectedFrames());
         while (source.next(rgba)) {
             encoder.add(rgba.data());
-            progress.show(encoder.stats().frames);
+            progress.show(encoder.added());
         }
     }
-    if (encoder.stats().frames == 0) {
+    if (encoder.added() == 0) {
         throw ToolError("cannot read " + options.source.path + ": it ends before the start asked");
     }
     if (source.damaged() > 0) {

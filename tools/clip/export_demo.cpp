@@ -6,7 +6,6 @@
 #include "tools/clip/encoder.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/interrupt.h"
-#include "tools/clip/quantise.h"
 
 namespace maker {
 
@@ -18,14 +17,12 @@ constexpr const char* kXmlDeclaration = "<?xml version=\"1.0\" encoding=\"iso-88
 constexpr size_t kFrameRgbaBytes = size_t{kFramePixels} * 4;
 
 std::vector<uint8_t> encodeLoop(const demo::Loop& loop) {
-    ClipEncoder encoder({.alpha = loop.alpha, .frames = loop.frames});
+    ClipEncoder encoder({.alpha = loop.alpha});
     std::vector<uint8_t> rgba(kFrameRgbaBytes);
-    Frame frame;
     for (int i = 0; i < loop.frames; ++i) {
         stopIfInterrupted();
         loop.render(i, loop.frames, rgba.data());
-        quantise(rgba.data(), kFrameHeight, {loop.alpha, false}, frame);
-        encoder.add(frame);
+        encoder.add(rgba.data());
     }
     return encoder.finish();
 }

@@ -1,11 +1,12 @@
 #pragma once
-// The numbers of a block's records: sorted by type, and safe at the block's seams.
+// The numbers of a block's records: sorted by type, and safe wherever the performer jumps.
 //
 // A decoder skips a tile whose map entry and code are those of the frame that it drew last, without
-// asking whether both frames are of one block. Playing backwards steps from the first frame of a
-// block to the last of the block before, so a number that one position uses with the same code on
-// both sides of a seam must mean the same picture. Such numbers are banned for the record, and
-// where the order within a type cannot keep clear of them, filler records take up the number.
+// asking whether both frames are of one block. Playing backwards, scrubbing and the loop's end lead
+// from any frame of one block to frames of another, so a number that one position uses with the
+// same code in two blocks must mean the same picture. The history knows what the blocks so far use;
+// a record takes a number that agrees with it, and where the order within a type leaves none,
+// filler records take up numbers. A clash that would cost too many fillers is let be.
 
 #include <array>
 #include <cstdint>
@@ -16,18 +17,36 @@
 
 namespace maker {
 
-// One frame as a decoder sees it. `looks` tells pictures apart: equal looks draw the same pixels.
-struct SeamFrame {
-    std::vector<uint16_t> entries;
-    std::vector<uint8_t> codes;
-    std::vector<uint64_t> looks;
+// One tile of a frame that a record draws. `look` tells pictures apart: equal looks draw the same
+// pixels.
+struct TileUse {
+    uint32_t record;
+    uint16_t position;
+    uint8_t code;
+    uint64_t look;
 };
 
-struct Ban {
-    uint32_t record;
-    uint16_t number;
+// Which look each number has at each position and code.
+class NumberHistory {
+public:
+    NumberHistory();
 
-    auto operator<=>(const Ban&) const = default;
+    // Whether a number that an earlier block uses here would show something else.
+    bool clashes(const TileUse& use, size_t number) const;
+
+    void add(const TileUse& use, size_t number);
+
+private:
+    struct Slot {
+        uint32_t key;  // position, code and number; 0 for a free slot
+        uint64_t look;
+    };
+
+    size_t slotOf(uint32_t key) const;
+    void grow();
+
+    std::vector<Slot> slots_;  // a power of two long
+    size_t used_ = 0;
 };
 
 inline constexpr uint32_t kFiller = 0xFFFFFFFF;
@@ -38,14 +57,9 @@ struct Numbering {
     std::array<uint16_t, clip::kMaxTypeSlots> typeCounts{};
 };
 
-// `types` holds the type of each record. Bans may repeat. A ban is dropped when keeping it would
-// take more numbers than a block has.
-Numbering numberRecords(std::span<const uint8_t> types, std::vector<Ban> bans);
-
-// Bans for the seam between a finished frame and a frame of the block to be numbered: `records` and
-// `codes` are what that frame draws its tiles with, kFiller where it uses no record.
-void addSeamBans(const SeamFrame& beside, std::span<const uint32_t> records,
-                 std::span<const uint8_t> codes, std::span<const uint64_t> looks,
-                 std::vector<Ban>& bans);
+// `types` holds the type of each record, `uses` the tiles of the block, each once or more, sorted
+// by record. The block's own uses are added to the history.
+Numbering numberRecords(std::span<const uint8_t> types, std::span<const TileUse> uses,
+                        NumberHistory& history);
 
 }  // namespace maker

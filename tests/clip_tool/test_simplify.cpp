@@ -1,0 +1,330 @@
+// The lossy stages: what a quality is worth, how long a tile is held, which runs stand for it,
+// which palette, which picture drawn before.
+#include "tools/clip/simplify.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "clip_tool/pictures.h"
+#include "tools/clip/clusters.h"
+#include "tools/clip/holds.h"
+#include "tools/clip/lookalikes.h"
+#include "tools/clip/quantise.h"
+#include "tools/clip/run_fit.h"
+
+namespace {
+
+using maker::ColourPlanes;
+using maker::Rate;
+using maker::SourceBlock;
+using maker::SourceTile;
+using maker::Tile;
+
+SourceTile grey(int level) {
+    SourceTile tile;
+    for (auto& plane : tile.colours) {
+        plane.fill(static_cast<uint8_t>(level));
+    }
+    tile.alpha.fill(15);
+    return tile;
+}
+
+// One position over several frames.
+SourceBlock film(const std::vector<SourceTile>& tiles) {
+    return {static_cast<int>(tiles.size()), 1, tiles};
+}
+
+TEST(Rate, LowerQuality_IsDearerAndSeesLess) {
+    double before = 0;
+    int limit = 0;
+    for (int quality = 99; quality >= 0; --quality) {
+        const Rate rate = maker::rateOf(quality);
+        EXPECT_GT(rate.perByte, before);
+        EXPECT_GE(rate.visibleLimit(), limit);
+        before = rate.perByte;
+        limit = rate.visibleLimit();
+    }
+    EXPECT_EQ(maker::rateOf(100).perByte, 0);
+    EXPECT_LE(maker::rateOf(99).visibleLimit(), 25);
+}
+
+TEST(Holds, StillTile_IsOneHold) {
+    const SourceBlock block = film(std::vector<SourceTile>(16, grey(90)));
+    const std::vector<maker::Hold> holds = maker::findHolds(block, {10, 6});
+    ASSERT_EQ(holds.size(), 1u);
+    EXPECT_EQ(holds[0].from, 0);
+    EXPECT_EQ(holds[0].to, 16);
+    EXPECT_EQ(holds[0].colours, grey(90).colours);
+}
+
+// Stripes, whose picture is not cheap, with noise that moves every pixel up and down by 2. What is
+// held is what stands still below the noise.
+TEST(Holds, Noise_IsAveraged) {
+    SourceTile stripes = grey(60);
+    for (size_t i = 0; i < 64; i += 2) {
+        stripes.colours[1][i] = stripes.colours[1][63 - i] = static_cast<uint8_t>(100 + i);
+    }
+    std::vector<SourceTile> tiles;
+    for (size_t f = 0; f < 8; ++f) {
+        tiles.push_back(stripes);
+        for (size_t i = 0; i < 64; ++i) {
+            const int moved = stripes.colours[1][i] + ((f + i) % 2 == 0 ? -2 : 2);
+            tiles.back().colours[1][i] = static_cast<uint8_t>(moved);
+        }
+    }
+    const std::vector<maker::Hold> holds = maker::findHolds(film(tiles), {50, 6});
+    ASSERT_EQ(holds.size(), 1u);
+    EXPECT_EQ(holds[0].colours, stripes.colours);
+}
+
+TEST(Holds, Jump_IsCutWhereItHappens) {
+    std::vector<SourceTile> tiles(5, grey(20));
+    tiles.insert(tiles.end(), 7, grey(200));
+    const std::vector<maker::Hold> holds = maker::findHolds(film(tiles), {10, 6});
+    ASSERT_EQ(holds.size(), 2u);
+    EXPECT_EQ(holds[0].to, 5);
+    EXPECT_EQ(holds[1].from, 5);
+    EXPECT_EQ(holds[1].to, 12);
+    EXPECT_EQ(holds[1].colours, grey(200).colours);
+}
+
+// A rate that would pay for any error: the limit alone keeps a spark of one pixel.
+TEST(Holds, VisibleSpark_IsNotAveragedAway) {
+    std::vector<SourceTile> tiles(3, grey(20));
+    tiles[1].colours[0][30] = 255;
+    const Rate dear{1000, 6};  // limit 24 + 6 x sqrt(1000) = 213
+    EXPECT_EQ(dear.visibleLimit(), 213);
+    const std::vector<maker::Hold> holds = maker::findHolds(film(tiles), dear);
+    ASSERT_EQ(holds.size(), 3u);
+    EXPECT_EQ(holds[1].colours[0][30], 255);
+    tiles[1].colours[0][30] = 20 + 213;
+    EXPECT_EQ(maker::findHolds(film(tiles), {1e6, 1e-4}).size(), 3u);  // limit 84
+}
+
+TEST(Holds, OtherAlpha_EndsAHold) {
+    std::vector<SourceTile> tiles(4, grey(50));
+    tiles[2].alpha[9] = tiles[3].alpha[9] = 14;
+    const std::vector<maker::Hold> holds = maker::findHolds(film(tiles), {1000, 6});
+    ASSERT_EQ(holds.size(), 2u);
+    EXPECT_EQ(holds[1].from, 2);
+}
+
+TEST(Holds, Order_IsByFrameThenPosition) {
+    SourceBlock block{2, 2, {grey(0), grey(10), grey(250), grey(10)}};
+    const std::vector<maker::Hold> holds = maker::findHolds(block, {1, 6});
+    ASSERT_EQ(holds.size(), 3u);
+    EXPECT_EQ(holds[0].position, 0);
+    EXPECT_EQ(holds[1].position, 1);
+    EXPECT_EQ(holds[1].to, 2);
+    EXPECT_EQ(holds[2].position, 0);
+    EXPECT_EQ(holds[2].from, 1);
+}
+
+// 10 pixels of one grey, 54 of another: two colours, the second in runs of at most 16.
+TEST(RunFit, CleanEdge_IsFoundExactly) {
+    SourceTile tile = grey(40);
+    for (auto& plane : tile.colours) {
+        std::fill(plane.begin() + 10, plane.end(), uint8_t{200});
+    }
+    maker::RunFit fit;
+    maker::fitRuns(tile.colours, 100, fit);
+    ASSERT_EQ(fit.count, 5);  // 10, and 54 = 16 + 16 + 16 + 6 in some order
+    EXPECT_EQ(fit.runs[0].length, 10);
+    EXPECT_EQ(fit.runs[0].colour, (std::array<int, 3>{40, 40, 40}));
+    EXPECT_EQ(fit.runs[4].colour, (std::array<int, 3>{200, 200, 200}));
+    EXPECT_EQ(fit.runs[4].from + fit.runs[4].length, 64);
+}
+
+// Every second pixel differs by 2 from the next in three channels: joining two costs 3 x 2 x 1.
+TEST(RunFit, Price_DecidesWhatIsJoined) {
+    SourceTile tile = grey(100);
+    for (auto& plane : tile.colours) {
+        for (size_t i = 0; i < 64; i += 2) {
+            plane[i] = 102;
+        }
+    }
+    maker::RunFit fit;
+    maker::fitRuns(tile.colours, 2, fit);
+    EXPECT_EQ(fit.count, 64);
+    maker::fitRuns(tile.colours, 60, fit);
+    EXPECT_EQ(fit.count, 4);
+    EXPECT_EQ(fit.runs[1].from, 16);
+    EXPECT_EQ(fit.runs[1].colour, (std::array<int, 3>{101, 101, 101}));
+}
+
+TEST(RunFit, DearestPrice_StillCoversTheTile) {
+    pictures::Random random(5);
+    SourceTile tile = grey(0);
+    for (auto& plane : tile.colours) {
+        for (uint8_t& value : plane) {
+            value = random.below(2) == 0 ? 0 : 255;  // the largest errors there are
+        }
+    }
+    maker::RunFit fit;
+    maker::fitRuns(tile.colours, std::numeric_limits<float>::max(), fit);
+    ASSERT_EQ(fit.count, 4);
+    int next = 0;
+    for (int r = 0; r < fit.count; ++r) {
+        EXPECT_EQ(fit.runs[static_cast<size_t>(r)].from, next);
+        next += fit.runs[static_cast<size_t>(r)].length;
+    }
+    EXPECT_EQ(next, 64);
+}
+
+TEST(Clusters, FewColours_AreAllInThePalette) {
+    maker::ColourCounts counts;
+    SourceTile tile = grey(0);
+    for (size_t i = 0; i < 64; ++i) {
+        tile.colours[0][i] = static_cast<uint8_t>(i % 2 == 0 ? 255 : 0);
+    }
+    counts.add(tile.colours, 3);
+    const maker::PaletteColours palette = maker::clusterColours(counts);
+    EXPECT_TRUE(std::find(palette.begin(), palette.end(), 0xF800) != palette.end());
+    EXPECT_TRUE(std::find(palette.begin(), palette.end(), 0x0000) != palette.end());
+    EXPECT_EQ(std::count(palette.begin(), palette.end(), 0xF800), 1);
+}
+
+// 4096 colours, 16 levels a channel: every one lies near an entry. 256 entries share them out 16
+// each, which is a cube of some 2.5 levels of 17 a side; its farthest corner lies 37 away.
+TEST(Clusters, ManyColours_LieNearAnEntry) {
+    maker::ColourCounts counts;
+    for (int red = 0; red < 16; ++red) {
+        for (int green = 0; green < 16; ++green) {
+            SourceTile tile = grey(0);
+            for (size_t i = 0; i < 64; ++i) {
+                tile.colours[0][i] = static_cast<uint8_t>(red * 17);
+                tile.colours[1][i] = static_cast<uint8_t>(green * 17);
+                tile.colours[2][i] = static_cast<uint8_t>(i % 16 * 17);
+            }
+            counts.add(tile.colours, 1);
+        }
+    }
+    const maker::PaletteColours palette = maker::clusterColours(counts);
+    maker::NearestEntry nearest(palette);
+    double sum = 0;
+    for (int colour = 0; colour < 4096; ++colour) {
+        const int channels[] = {colour / 256 * 17, colour / 16 % 16 * 17, colour % 16 * 17};
+        const uint8_t entry =
+            nearest.of(maker::nearestColour(channels[0], channels[1], channels[2]));
+        for (size_t c = 0; c < 3; ++c) {
+            const int error = nearest.channel(c, entry) - channels[c];
+            sum += error * error;
+        }
+    }
+    // A cube of 42.5 a side spreads by 3 x 42.5^2 / 12 = 452 on the mean.
+    EXPECT_LT(sum / 4096, 600);
+}
+
+TEST(Clusters, NearestEntry_IsTheNearest) {
+    maker::PaletteColours palette{};
+    palette[7] = 0xF800;
+    palette[9] = 0x07E0;
+    maker::NearestEntry nearest(palette);
+    EXPECT_EQ(nearest.of(0xF000), 7);
+    EXPECT_EQ(nearest.of(0x0700), 9);
+    EXPECT_EQ(nearest.of(0x0001), 0);
+    EXPECT_EQ(nearest.of(0xF000), 7);  // asked again
+    EXPECT_EQ(nearest.channel(0, 7), 255);
+}
+
+Tile slope(int from) {
+    Tile tile{};
+    tile.alpha.fill(15);
+    for (size_t i = 0; i < 64; ++i) {
+        tile.colours[i] = maker::nearestColour(from + static_cast<int>(i), static_cast<int>(i), 0);
+    }
+    return tile;
+}
+
+SourceTile sourceOf(const Tile& tile) {
+    return {maker::planesOf(tile), tile.alpha};
+}
+
+TEST(Lookalikes, SamePicture_IsFoundInEveryTurn) {
+    maker::Lookalikes known;
+    known.add(slope(60));
+    for (const int walk : {0, 1, 2, 3, 6, 7}) {
+        Tile turned = slope(60);
+        turned.colours = maker::paintAlong(slope(60).colours, walk);
+        const maker::Lookalikes::Match match = known.nearest(sourceOf(turned));
+        ASSERT_TRUE(match.found) << "walk " << walk;
+        EXPECT_EQ(match.distance, 0);
+        EXPECT_EQ(match.tile, turned);
+    }
+}
+
+TEST(Lookalikes, OtherAlphaOrOtherBrightness_IsNotFound) {
+    maker::Lookalikes known;
+    known.add(slope(60));
+    Tile clear = slope(60);
+    clear.alpha[3] = 4;
+    EXPECT_FALSE(known.nearest(sourceOf(clear)).found);
+    EXPECT_FALSE(known.nearest(sourceOf(slope(190))).found);
+}
+
+TEST(Lookalikes, Shelf_KeepsTheLatest) {
+    maker::Lookalikes known;
+    for (int i = 0; i < 5; ++i) {  // too alike to be filed apart
+        Tile tile = slope(60);
+        tile.colours[static_cast<size_t>(i)] = 0x001F;
+        known.add(tile);
+    }
+    Tile latest = slope(60);
+    latest.colours[4] = 0x001F;
+    EXPECT_EQ(known.nearest(sourceOf(latest)).distance, 0);
+}
+
+TEST(Simplify, FlatTile_TakesNoRecord) {
+    const SourceBlock block = film({grey(90), grey(30)});
+    const maker::Simplifier simplifier(block, {10, 6});
+    const maker::ShownBlock shown = simplifier.show(0);
+    EXPECT_TRUE(shown.savings.empty());
+    // 90 of 255 is 10.9 of 31 and 22.2 of 63.
+    EXPECT_EQ(shown.tiles[0].colours[5], 11 << 11 | 22 << 5 | 11);
+}
+
+TEST(Simplify, EmptyTile_StaysEmpty) {
+    SourceTile empty = grey(0);
+    empty.alpha.fill(0);
+    const SourceBlock block = film({empty});
+    const maker::ShownBlock shown = maker::Simplifier(block, {10, 6}).show(0);
+    EXPECT_EQ(shown.tiles[0], Tile{});
+}
+
+TEST(Simplify, LeastSaving_DoesWithoutTheCheapest) {
+    // A faint edge and a strong one, each in one frame of its own position.
+    SourceTile faint = grey(100);
+    SourceTile strong = grey(100);
+    for (auto& plane : faint.colours) {
+        std::fill(plane.begin() + 32, plane.end(), uint8_t{130});
+    }
+    for (auto& plane : strong.colours) {
+        std::fill(plane.begin() + 32, plane.end(), uint8_t{250});
+    }
+    const SourceBlock block{1, 2, {faint, strong}};
+    const maker::Simplifier simplifier(block, {10, 6});
+    std::vector<double> savings = simplifier.show(0).savings;
+    ASSERT_EQ(savings.size(), 2u);
+    EXPECT_LT(savings[0], savings[1]);
+    const maker::ShownBlock coarser = simplifier.show(savings[0]);
+    EXPECT_EQ(coarser.savings.size(), 1u);
+    EXPECT_EQ(coarser.tiles[0].colours[0], coarser.tiles[0].colours[63]);
+    EXPECT_NE(coarser.tiles[1].colours[0], coarser.tiles[1].colours[63]);
+    EXPECT_TRUE(simplifier.show(savings[1]).savings.empty());
+}
+
+TEST(Simplify, AlphaIsKeptExactlyAtAnyRate) {
+    SourceTile tile = grey(100);
+    pictures::Random random(2);
+    for (uint8_t& level : tile.alpha) {
+        level = static_cast<uint8_t>(1 + random.below(15));
+    }
+    const SourceBlock block = film({tile, grey(100)});
+    const maker::ShownBlock shown = maker::Simplifier(block, {1e6, 6}).show(0);
+    EXPECT_EQ(shown.tiles[0].alpha, tile.alpha);
+    EXPECT_EQ(shown.tiles[1].alpha, grey(100).alpha);
+}
+
+}  // namespace
