@@ -20,19 +20,22 @@ Color pick(std::span<const Color> colors, int index) {
     return colors[static_cast<size_t>(index)];
 }
 
-// The loudness of a frequency band at a time, 0 to 1: a beat of its own over a swell.
-float loudness(int band, float time) {
-    constexpr std::array<int, 4> kBeats{4, 2, 4, 8};  // beats in a loop
-    const int kind = noisePick(band, 1, 4);
-    const float beat =
-        fraction(time * real(kBeats[static_cast<size_t>(kind)]) + noiseUnit(band, 2) * 0.35F);
-    const float decay = (1.0F - beat) * (1.0F - beat) * (0.55F + 0.45F * noiseUnit(band, 4));
-    const float swell = 0.5F + 0.5F * sinTurn(time * real(1 + band % 3) + noiseUnit(band, 3));
-    const float flutter = 0.1F * sinTurn(time * real(7 + band % 4) + noiseUnit(band, 5));
-    // The low bands, towards the middle of the picture, are the loud ones.
-    const float weight = 1.0F - 0.045F * real(band);
-    return std::clamp((0.06F + std::max(decay, 0.7F * swell * swell) + flutter) * weight, 0.0F,
-                      1.0F);
+// A square cell by a rule for each point, which is told how far right of and below the cell's
+// middle it lies.
+template <class IndexAt>
+void drawCell(Canvas& canvas, int left, int top, int size, std::span<const Color> palette,
+              IndexAt indexAt) {
+    const float half = real(size) / 2.0F;
+    for (int y = 0; y < size; y++) {
+        for (int x = 0; x < size; x++) {
+            const float px = real(x) - half;
+            const float py = real(y) - half;
+            const std::array<int, 4> samples{
+                indexAt(px + 0.25F, py + 0.25F), indexAt(px + 0.75F, py + 0.25F),
+                indexAt(px + 0.25F, py + 0.75F), indexAt(px + 0.75F, py + 0.75F)};
+            canvas.set(left + x, top + y, meanOf(samples, palette));
+        }
+    }
 }
 
 constexpr int kCell = 80;  // of the woven arcs; whole tiles
@@ -45,24 +48,15 @@ void drawArcCell(Canvas& canvas, int left, int top, float turn) {
     const float s = sinTurn(turn);
     const auto paint = [c, s](float x, float y) {
         // Half a turn maps the two corners on each other: measure from the nearer one.
-        const float u = (x - kHalf) * c - (y - kHalf) * s;
-        const float v = (x - kHalf) * s + (y - kHalf) * c;
+        const float u = x * c - y * s;
+        const float v = x * s + y * c;
         const float side = u + v < 0.0F ? -1.0F : 1.0F;
         const float rx = kHalf - u * side;
         const float ry = kHalf - v * side;
         const float off = std::fabs(std::sqrt(rx * rx + ry * ry) - kHalf);
         return off < 4.0F ? 3 : off < 13.0F ? 1 : off < 18.0F ? 2 : 0;
     };
-    for (int y = 0; y < kCell; y++) {
-        for (int x = 0; x < kCell; x++) {
-            const float px = real(x);
-            const float py = real(y);
-            const std::array<int, 4> samples{
-                paint(px + 0.25F, py + 0.25F), paint(px + 0.75F, py + 0.25F),
-                paint(px + 0.25F, py + 0.75F), paint(px + 0.75F, py + 0.75F)};
-            canvas.set(left + x, top + y, meanOf(samples, kPaints));
-        }
-    }
+    drawCell(canvas, left, top, kCell, kPaints, paint);
 }
 
 }  // namespace
@@ -116,50 +110,24 @@ void drawHalftone(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawBars(int frame, int frames, uint8_t* rgba) {
-    constexpr int kBar = 32;   // a column with its gap
-    constexpr int kMost = 22;  // lights above the middle row
-    static constexpr auto kTones =
-        ramp<kMost + 1>({kSea, kBlue, kBlue, kPink, kPink, kOrange, kOrange});
+void drawHoles(int frame, int frames, uint8_t* rgba) {
+    constexpr int kPitch = 40;  // pixels: five tiles
+    constexpr float kSmallest = 2.0F;
+    constexpr float kWidest = 21.0F;  // a ring touches the next one
+    static constexpr std::array<Color, 3> kPaints{kClear, kPink, kWhite};
     Canvas canvas(rgba);
-    canvas.clear(kBlack);
     const float t = timeOf(frame, frames);
-    for (int bar = 0; bar < kWidth / 2 / kBar; bar++) {
-        const int level = nearest(loudness(bar, t) * kMost);
-        float held = 0.0F;  // what the falling mark of the loudest moment still shows
-        for (int back = 0; back < 12; back++) {
-            const float then = loudness(bar, t - real(back) / real(frames));
-            held = std::max(held, then - 0.005F * real(back * back));
-        }
-        const int peak = std::min(kMost, nearest(held * kMost) + 1);
-        const int x = (9 - bar) * kBar + 4;
-        for (int light = 0; light <= level; light++) {
-            canvas.rect(x, 177 - light * kTile, kBar - 8, 6, pick(kTones, light));
-        }
-        canvas.rect(x, 177 - peak * kTile, kBar - 8, 6, kWhite);
-    }
-    canvas.mirrorLeftRight();
-    canvas.mirrorTopBottom();
-}
-
-void drawRain(int frame, int frames, uint8_t* rgba) {
-    constexpr int kTail = 14;
-    constexpr int kDrops = 190;
-    static constexpr auto kTones = ramp<kTail>({kBlue, kBlue, kSea, kNavy, kInk});
-    static constexpr auto kWarm = ramp<kTail>({kPink, kPink, kWine, kPlum, kInk});
-    Canvas canvas(rgba);
-    canvas.clear(kBlack);
-    for (int drop = 0; drop < kDrops; drop++) {
-        const int speed = 1 + drop * 3 / kDrops;  // tiles a frame; the fast drops are in front
-        const int round = frames * (speed == 3 ? 3 : 1);
-        const int col = noisePick(drop, 1, kAcross);
-        const int head = wrapped(frame % frames * speed + noisePick(drop, 2, round), round);
-        const int tail = kTail - 4 + 2 * (speed - 1);
-        for (int i = std::min(tail, kTail) - 1; i >= 0; i--) {
-            const int row = wrapped(head - i, round);
-            const auto& tones = noisePick(drop, 3, 7) == 0 ? kWarm : kTones;
-            canvas.rect(col * kTile + 1, row * kTile + 1, kTile - 2, kTile - 2,
-                        i == 0 ? kWhite : pick(tones, i));
+    for (int row = 0; row < kHeight / kPitch; row++) {
+        for (int col = 0; col < kWidth / kPitch; col++) {
+            const float x = real(2 * col + 1 - kWidth / kPitch);
+            const float y = real(2 * row + 1 - kHeight / kPitch);
+            const float swell = 0.5F - 0.5F * cosTurn(std::sqrt(x * x + y * y) / 14.0F - t);
+            const float radius = real(nearest(kSmallest + swell * (kWidest - kSmallest)));
+            const auto paint = [radius](float px, float py) {
+                const float r = std::sqrt(px * px + py * py);
+                return r < radius ? 0 : r < radius + 3.5F ? 1 : 2;
+            };
+            drawCell(canvas, col * kPitch, row * kPitch, kPitch, kPaints, paint);
         }
     }
 }

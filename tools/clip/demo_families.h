@@ -12,8 +12,7 @@ namespace demo {
 // demo_cells.cpp: pictures on the grid of the clip's tiles
 void drawPlasma(int frame, int frames, uint8_t* rgba);
 void drawHalftone(int frame, int frames, uint8_t* rgba);
-void drawBars(int frame, int frames, uint8_t* rgba);
-void drawRain(int frame, int frames, uint8_t* rgba);
+void drawHoles(int frame, int frames, uint8_t* rgba);
 void drawTruchet(int frame, int frames, uint8_t* rgba);
 
 // demo_fields.cpp: a rule for each point
@@ -30,7 +29,7 @@ void drawTesseract(int frame, int frames, uint8_t* rgba);
 void drawCubes(int frame, int frames, uint8_t* rgba);
 
 // demo_space.cpp: points and lines in space
-void drawStarfield(int frame, int frames, uint8_t* rgba);
+void drawStars(int frame, int frames, uint8_t* rgba);
 void drawGrid(int frame, int frames, uint8_t* rgba);
 
 // demo_flow.cpp: things that drift and wave
@@ -41,6 +40,13 @@ void drawConfetti(int frame, int frames, uint8_t* rgba);
 // demo_stage.cpp: lights
 void drawRings(int frame, int frames, uint8_t* rgba);
 void drawLasers(int frame, int frames, uint8_t* rgba);
+
+// demo_help.cpp: the keys and the pad explained
+void drawKeys(int frame, int frames, uint8_t* rgba);
+void drawPad(int frame, int frames, uint8_t* rgba);
+
+// demo_card.cpp: the test card
+void drawTestCard(int frame, int frames, uint8_t* rgba);
 
 // demo_words.cpp: letters
 void drawMarquee(int frame, int frames, uint8_t* rgba);

@@ -13,17 +13,21 @@
 
 namespace demo {
 
+// Colours count by their alpha, so a border with nothing stays in the colour of the other side.
 inline Color meanOf(const std::array<int, 4>& samples, std::span<const Color> palette) {
     std::array<int, 4> sum{};
     for (const int index : samples) {
         const Color c = palette[static_cast<size_t>(index)];
-        sum[0] += c.r;
-        sum[1] += c.g;
-        sum[2] += c.b;
+        sum[0] += c.r * c.a;
+        sum[1] += c.g * c.a;
+        sum[2] += c.b * c.a;
         sum[3] += c.a;
     }
-    const auto mean = [&sum](size_t i) { return static_cast<uint8_t>(sum[i] / 4); };
-    return Color{mean(0), mean(1), mean(2), mean(3)};
+    if (sum[3] == 0) {
+        return kClear;
+    }
+    const auto mean = [&sum](size_t i) { return static_cast<uint8_t>(sum[i] / sum[3]); };
+    return Color{mean(0), mean(1), mean(2), static_cast<uint8_t>(sum[3] / 4)};
 }
 
 template <class IndexAt>

@@ -19,11 +19,6 @@ float lengthOf(float x, float y) {
     return std::sqrt(x * x + y * y);
 }
 
-// The frame that is shown: each picture stays for two frames.
-constexpr int onTwos(int frame) {
-    return frame - frame % 2;
-}
-
 }  // namespace
 
 void drawTunnel(int frame, int frames, uint8_t* rgba) {
@@ -31,7 +26,7 @@ void drawTunnel(int frame, int frames, uint8_t* rgba) {
     static constexpr std::array<Color, 13> kPaints{kBlack,  kPlum,  kWine, kPink, kPlum,
                                                    kViolet, kBlush, kNavy, kSea,  kBlue,
                                                    kInk,    kPlum,  kWhite};
-    constexpr float kRings = 5.0F;  // rings to a doubling of the size
+    constexpr float kRings = 4.0F;  // rings to a doubling of the size
     Canvas canvas(rgba);
     const float t = timeOf(frame, frames) * 4.0F;
     sampleField(canvas, kHalfWidth, kHalfHeight, kPaints, [t](float px, float py) {
@@ -55,7 +50,7 @@ void drawTunnel(int frame, int frames, uint8_t* rgba) {
 
 void drawMoire(int frame, int frames, uint8_t* rgba) {
     static constexpr std::array<Color, 4> kPaints{kBlack, kPink, kBlue, kWhite};
-    constexpr float kPitch = 40.0F;
+    constexpr float kPitch = 48.0F;
     Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
     const float apart = 150.0F + 110.0F * cosTurn(t);
@@ -75,10 +70,10 @@ void drawKaleido(int frame, int frames, uint8_t* rgba) {
     static constexpr std::array<Color, 7> kPaints{kInk,   kPlum,   kPink, kOrange,
                                                   kCream, kViolet, kBlue};
     Canvas canvas(rgba);
-    const float t = timeOf(onTwos(frame), frames);
+    const float t = timeOf(frame, frames);
     const float c = cosTurn(t);
     const float s = sinTurn(t);
-    const Point lens{150.0F + 70.0F * cosTurn(t), 40.0F + 40.0F * sinTurn(t)};
+    const Point lens{150.0F + 70.0F * c, 40.0F + 40.0F * s};
     sampleField(canvas, kHalfWidth, kHalfHeight, kPaints, [=](float px, float py) {
         float x = kCentreX - px;
         float y = kCentreY - py;
@@ -94,8 +89,8 @@ void drawKaleido(int frame, int frames, uint8_t* rgba) {
         }
         const float u = (x - 180.0F) * c - (y - 30.0F) * s;
         const float v = (x - 180.0F) * s + (y - 30.0F) * c;
-        const int square = floored(std::max(std::fabs(u), std::fabs(v)) / 26.0F);
-        const int round = floored(lengthOf(x - lens.x, y - lens.y) / 30.0F);
+        const int square = floored(std::max(std::fabs(u), std::fabs(v)) / 34.0F);
+        const int round = floored(lengthOf(x - lens.x, y - lens.y) / 34.0F);
         return wrapped(square + (round < 3 ? 2 + round : 0), 7);
     });
     canvas.mirrorLeftRight();
@@ -108,7 +103,7 @@ void drawChecker(int frame, int frames, uint8_t* rgba) {
     const float t = timeOf(frame, frames);
     // A quarter turn brings the board back to itself, as it turns about the middle of a field.
     const float angle = t * 0.25F;
-    const float scale = 1.0F / (78.0F + 44.0F * cosTurn(t));
+    const float scale = 1.0F / (84.0F + 44.0F * cosTurn(t));
     const float c = cosTurn(angle) * scale;
     const float s = sinTurn(angle) * scale;
     sampleField(canvas, kWidth, kHalfHeight, kPaints, [c, s](float px, float py) {
@@ -126,18 +121,19 @@ void drawChecker(int frame, int frames, uint8_t* rgba) {
 }
 
 void drawLava(int frame, int frames, uint8_t* rgba) {
-    static constexpr std::array<Color, 5> kPaints{kInk, kWine, kPink, kOrange, kCream};
-    constexpr int kBlobs = 7;
+    // The outermost shell is glass.
+    static constexpr Color kShell{kViolet.r, kViolet.g, kViolet.b, 136};
+    static constexpr std::array<Color, 5> kPaints{kClear, kShell, kPink, kOrange, kCream};
+    constexpr int kBlobs = 5;
     Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
     std::array<Vec3, kBlobs> blobs{};  // place and squared radius
     for (int i = 0; i < kBlobs; i++) {
-        const int ups = 1 + noisePick(i, 1, 2);
-        const float radius = 20.0F + 24.0F * noiseUnit(i, 2);
-        blobs[static_cast<size_t>(i)] = {
-            kCentreX - 20.0F - 220.0F * fraction(real(i) * 0.618F) -
-                60.0F * sinTurn(t + noiseUnit(i, 4)),
-            kCentreY + 190.0F * sinTurn(t * real(ups) + real(i) * 3.0F / kBlobs), radius * radius};
+        const float radius = 26.0F + 26.0F * noiseUnit(i, 2);
+        blobs[static_cast<size_t>(i)] = {kCentreX - 20.0F - 220.0F * fraction(real(i) * 0.618F) -
+                                             60.0F * sinTurn(t + noiseUnit(i, 4)),
+                                         kCentreY + 190.0F * sinTurn(t + real(i) * 3.0F / kBlobs),
+                                         radius * radius};
     }
     sampleField(canvas, kHalfWidth, kHeight, kPaints, [&blobs](float px, float py) {
         float heat = 0.0F;
@@ -154,9 +150,9 @@ void drawLava(int frame, int frames, uint8_t* rgba) {
 
 void drawSwirl(int frame, int frames, uint8_t* rgba) {
     static constexpr std::array<Color, 6> kPaints{kOrange, kCream, kPink, kCream, kWhite, kInk};
+    constexpr float kRounds = 4.0F;  // of the pattern; the loop turns it on by one
     Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
-    // Six rounds of the pattern; the loop turns them on by two.
     const float pulse = 1.0F - fraction(t * 2.0F);
     const float core = 52.0F + 26.0F * pulse * pulse;
     const float bend = 0.06F * sinTurn(t);
@@ -170,8 +166,8 @@ void drawSwirl(int frame, int frames, uint8_t* rgba) {
         if (r < core + 9.0F) {
             return 5;
         }
-        const float a = turnOf(x, y) + (0.16F + bend) * std::log2(r / 100.0F) - t / 3.0F;
-        return floored(fraction(a * 6.0F) * 4.0F) % 4;
+        const float a = turnOf(x, y) + (0.2F + bend) * std::log2(r / 100.0F);
+        return floored(fraction(a * kRounds - t) * 4.0F) % 4;
     });
     canvas.turnTopHalf();
 }

@@ -38,25 +38,26 @@ void drawWaves(int frame, int frames, uint8_t* rgba) {
 void drawRibbons(int frame, int frames, uint8_t* rgba) {
     struct Ribbon {
         float y, sway, width;
-        int bends, twists, drift, roll;  // over the picture's width, and in a loop
+        int speed;   // pixels a frame; the ribbon only slides, one round of it in a loop
+        int twists;  // half turns in a round, even
         std::array<Color, 3> front, back;
     };
     static constexpr std::array<Ribbon, 4> kRibbons{{
-        {92, 34, 44, 1, 2, 1, -2, {kWine, kPink, kBlush}, {kInk, kPlum, kPlum}},
-        {170, 46, 38, 1, 3, -1, 2, {kSea, kBlue, kSky}, {kInk, kNavy, kNavy}},
-        {212, 40, 42, 2, 2, 1, 2, {kEmber, kOrange, kCream}, {kInk, kWine, kWine}},
-        {276, 36, 36, 1, 3, -1, -2, {kViolet, kBlush, kWhite}, {kInk, kPlum, kViolet}},
+        {84, 40, 46, 8, 2, {kWine, kPink, kPink}, {kPink, kBlush, kWhite}},
+        {276, 44, 46, -8, 2, {kSea, kBlue, kBlue}, {kBlue, kSky, kWhite}},
+        {150, 34, 30, -4, 2, {kEmber, kOrange, kOrange}, {kOrange, kCream, kCream}},
+        {214, 38, 34, 4, 2, {kPlum, kViolet, kViolet}, {kViolet, kPink, kBlush}},
     }};
     Canvas canvas(rgba);
     canvas.clear(kBlack);
-    const float t = timeOf(frame, frames);
     for (const Ribbon& ribbon : kRibbons) {
+        const int round = std::abs(ribbon.speed) * frames;  // pixels
+        const int shift = ribbon.speed * (frame % frames);
         for (int x = 0; x < kWidth; x++) {
-            const float way = (real(x) + 0.5F) / kWidth;
-            const float y =
-                ribbon.y + ribbon.sway * sinTurn(way * real(ribbon.bends) + t * real(ribbon.drift) +
-                                                 ribbon.width / 10.0F);
-            const float face = cosTurn((way * real(ribbon.twists) + t * real(ribbon.roll)) * 0.5F);
+            const float way = (real(wrapped(x + shift, round)) + 0.5F) / real(round);
+            const float bend = sinTurn(way + ribbon.y / 100.0F);
+            const float y = ribbon.y + ribbon.sway * bend;
+            const float face = cosTurn(way * real(ribbon.twists) * 0.5F + 0.1F);
             const float half = std::max(2.0F, std::fabs(face) * ribbon.width);
             const int shade = std::clamp(floored(std::fabs(face) * 3.0F), 0, 2);
             const auto& tones = face > 0.0F ? ribbon.front : ribbon.back;
@@ -67,30 +68,45 @@ void drawRibbons(int frame, int frames, uint8_t* rgba) {
 }
 
 void drawConfetti(int frame, int frames, uint8_t* rgba) {
-    constexpr int kPieces = 96;
-    constexpr float kFall = 460.0F;  // pixels from start to start, more than the picture's height
-    static constexpr std::array<Color, 5> kFronts{kPink, kBlue, kOrange, kWhite, kViolet};
-    static constexpr std::array<Color, 5> kBacks{kWine, kSea, kEmber, kSky, kPlum};
+    struct Storm {
+        int fall;    // pixels a frame; whole tiles, so a sheet looks the same all the way down
+        int lanes;   // columns that sheets fall in, wide enough to pass one another
+        int inLane;  // sheets in a lane that are on their way at a time
+        float size;
+        std::array<Color, 3> fronts, backs;
+    };
+    static constexpr std::array<Storm, 2> kStorms{{
+        {4, 16, 2, 17.0F, {kViolet, kWhite, kBlue}, {kPlum, kSky, kSea}},
+        {8, 8, 3, 34.0F, {kPink, kOrange, kBlue}, {kBlush, kCream, kSky}},
+    }};
+    constexpr int kTumble = 32;  // frames of a full turn of a sheet
     Canvas canvas(rgba);
     canvas.clear(kClear);
-    const float t = timeOf(frame, frames);
-    for (int i = 0; i < kPieces; i++) {
-        const float size = 8.0F + 13.0F * real(i) / kPieces;  // the near ones last
-        const int rounds = 1 + i * 3 / kPieces;
-        const float y = fraction(noiseUnit(i, 1) + t * real(rounds)) * kFall - 50.0F;
-        const float x =
-            fraction(real(i) * 0.618034F) * kWidth + 22.0F * sinTurn(t * 2.0F + noiseUnit(i, 3));
-        const float flip = cosTurn(t * real(2 + noisePick(i, 4, 3)) + noiseUnit(i, 5));
-        const float turn = noiseUnit(i, 6) + t * real(noisePick(i, 7, 2) * 2 - 1);
-        const float c = cosTurn(turn) * size;
-        const float s = sinTurn(turn) * size;
-        const float k = 0.62F * flip;
-        const std::array<Point, 4> sheet{{{x - c + s * k, y - s - c * k},
-                                          {x + c + s * k, y + s - c * k},
-                                          {x + c - s * k, y + s + c * k},
-                                          {x - c - s * k, y - s + c * k}}};
-        const auto tone = static_cast<size_t>(i % 5);
-        canvas.polygon(sheet, flip > 0.0F ? kFronts[tone] : kBacks[tone]);
+    for (const Storm& storm : kStorms) {
+        const int round = storm.fall * frames;  // pixels, more than the picture's height in all
+        const int lane = kWidth / storm.lanes;
+        for (int i = 0; i < storm.lanes * storm.inLane; i++) {
+            const float x = real(i % storm.lanes * lane + lane / 2);
+            const int start = (noisePick(i % storm.lanes, storm.lanes, round / 8) +
+                               i / storm.lanes * round / 8 / storm.inLane) *
+                              8;
+            const int kind = noisePick(i, 2, 3);
+            const float turn = real(frame % kTumble) / kTumble + real(noisePick(i, 3, 4)) * 0.25F;
+            const float flip = cosTurn(turn + real(kind) * 0.3F);
+            const float c = cosTurn(turn + real(kind) * 0.1F) * storm.size;
+            const float s = sinTurn(turn + real(kind) * 0.1F) * storm.size;
+            const float k = 0.62F * flip;
+            const auto& tones = flip > 0.0F ? storm.fronts : storm.backs;
+            const int first = wrapped(start + storm.fall * frame, round) - round;
+            for (int top = first; top < kHeight + lane; top += round) {
+                const float y = real(top);
+                const std::array<Point, 4> sheet{{{x - c + s * k, y - s - c * k},
+                                                  {x + c + s * k, y + s - c * k},
+                                                  {x + c - s * k, y + s + c * k},
+                                                  {x - c - s * k, y - s + c * k}}};
+                canvas.polygon(sheet, tones[static_cast<size_t>(kind)]);
+            }
+        }
     }
 }
 

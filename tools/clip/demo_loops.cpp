@@ -10,45 +10,50 @@ namespace {
 
 // clang-format off
 constexpr std::array kLoops{
-    Loop{"bars",       96, false, drawBars},
-    Loop{"checker",   128, false, drawChecker},
-    Loop{"confetti",  128, true,  drawConfetti},
+    Loop{"checker",    64, false, drawChecker},
+    Loop{"confetti",   64, true,  drawConfetti},
     Loop{"cubes",      64, false, drawCubes},
-    Loop{"grid",       64, false, drawGrid},
+    Loop{"grid",       32, false, drawGrid},
     Loop{"halftone",   96, false, drawHalftone},
-    Loop{"kaleido",   128, false, drawKaleido},
-    Loop{"lasers",     96, false, drawLasers},
-    Loop{"lava",      128, false, drawLava},
+    Loop{"holes",      64, true,  drawHoles},
+    Loop{"kaleido",    64, false, drawKaleido},
+    Loop{"keys",       64, false, drawKeys},
+    Loop{"lasers",     48, false, drawLasers},
+    Loop{"lava",       96, true,  drawLava},
     Loop{"marquee",    80, false, drawMarquee},
-    Loop{"moire",      96, false, drawMoire},
+    Loop{"moire",      64, false, drawMoire},
+    Loop{"pad",        54, false, drawPad},
     Loop{"plasma",     96, false, drawPlasma},
-    Loop{"rain",       60, false, drawRain},
-    Loop{"ribbons",   128, false, drawRibbons},
-    Loop{"rings",      96, false, drawRings},
-    Loop{"solids",    128, true,  drawSolids},
-    Loop{"starfield", 128, false, drawStarfield},
-    Loop{"swirl",      64, false, drawSwirl},
-    Loop{"tesseract",  96, false, drawTesseract},
+    Loop{"ribbons",    64, false, drawRibbons},
+    Loop{"rings",      64, false, drawRings},
+    Loop{"solids",     48, true,  drawSolids},
+    Loop{"stars",      64, false, drawStars},
+    Loop{"swirl",      48, false, drawSwirl},
+    Loop{"tesseract",  48, false, drawTesseract},
+    Loop{"test-card",  64, false, drawTestCard},
     Loop{"truchet",    64, false, drawTruchet},
     Loop{"tunnel",     48, false, drawTunnel},
-    Loop{"velmora",    64, false, drawVelmora},
+    Loop{"velmora",    64, true,  drawVelmora},
     Loop{"waves",     128, false, drawWaves},
     Loop{"words",      96, true,  drawWords},
 };
 
-// Neighbours are made to be mixed. Light on black, to add up or to key over one another:
-constexpr std::array kNeon{"grid",   "velmora", "starfield", "tunnel",
-                           "solids", "lasers",  "tesseract", "rain"};
-// Bright papers, to multiply with the checker or to see between the paper scraps:
-constexpr std::array kPaper{"marquee", "checker", "truchet", "confetti",
-                            "waves",   "cubes",   "swirl",   "kaleido"};
-// Slow masses of colour, each beside something that leaves it room:
-constexpr std::array kLiquid{"plasma",  "rings", "lava",     "words",
-                             "ribbons", "moire", "halftone", "bars"};
+// Neighbours are made to be mixed. Light on black, to add up; the name and the bodies let the next
+// clip through:
+constexpr std::array kNeon{"velmora", "grid", "tunnel", "solids", "lasers", "stars", "tesseract"};
+// Bright papers, to multiply with the checker or to see through the holes and between the scraps:
+constexpr std::array kPaper{"holes",    "kaleido", "checker", "waves",
+                            "confetti", "truchet", "swirl",   "marquee"};
+// Slow masses of colour, with words and glass to lay over them:
+constexpr std::array kLiquid{"lava",    "plasma", "words",    "rings",
+                             "ribbons", "moire",  "halftone", "cubes"};
+// To be read, on stage and before:
+constexpr std::array kHelp{"keys", "pad", "test-card"};
 constexpr std::array kPlaylists{
     Playlist{"neon", kNeon},
     Playlist{"paper", kPaper},
     Playlist{"liquid", kLiquid},
+    Playlist{"help", kHelp},
 };
 // clang-format on
 

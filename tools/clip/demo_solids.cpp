@@ -22,35 +22,36 @@ struct Solid {
     std::array<Color, 5> shades;  // from dark to light
     Color edge;
     float size;
+    float lean;  // turns that bring an axis of its symmetry upright
 };
 
 constexpr float kG = 1.618034F;  // the golden section
 
-constexpr Vec3 kTetraCorners[] = {{1, 1, 1}, {1, -1, -1}, {-1, 1, -1}, {-1, -1, 1}};
-constexpr Face kTetraFaces[] = {{0, 1, 2, -1}, {0, 3, 1, -1}, {0, 2, 3, -1}, {1, 3, 2, -1}};
 constexpr Vec3 kCubeCorners[] = {{-1, -1, -1}, {1, -1, -1}, {1, 1, -1}, {-1, 1, -1},
                                  {-1, -1, 1},  {1, -1, 1},  {1, 1, 1},  {-1, 1, 1}};
 constexpr Face kCubeFaces[] = {{0, 1, 2, 3}, {5, 4, 7, 6}, {4, 0, 3, 7},
                                {1, 5, 6, 2}, {4, 5, 1, 0}, {3, 2, 6, 7}};
 constexpr Vec3 kOctaCorners[] = {{1, 0, 0},  {-1, 0, 0}, {0, 1, 0},
                                  {0, -1, 0}, {0, 0, 1},  {0, 0, -1}};
-constexpr Face kOctaFaces[] = {{0, 2, 4, -1}, {2, 1, 4, -1}, {1, 3, 4, -1}, {3, 0, 4, -1},
-                               {2, 0, 5, -1}, {1, 2, 5, -1}, {3, 1, 5, -1}, {0, 3, 5, -1}};
+constexpr Face kOctaFaces[] = {{0, 4, 2, -1}, {2, 4, 1, -1}, {1, 4, 3, -1}, {3, 4, 0, -1},
+                               {2, 5, 0, -1}, {1, 5, 2, -1}, {3, 5, 1, -1}, {0, 5, 3, -1}};
 constexpr Vec3 kIcosaCorners[] = {{-1, kG, 0}, {1, kG, 0}, {-1, -kG, 0}, {1, -kG, 0},
                                   {0, -1, kG}, {0, 1, kG}, {0, -1, -kG}, {0, 1, -kG},
                                   {kG, 0, -1}, {kG, 0, 1}, {-kG, 0, -1}, {-kG, 0, 1}};
-constexpr Face kIcosaFaces[] = {{0, 11, 5, -1},  {0, 5, 1, -1},  {0, 1, 7, -1},  {0, 7, 10, -1},
-                                {0, 10, 11, -1}, {1, 5, 9, -1},  {5, 11, 4, -1}, {11, 10, 2, -1},
-                                {10, 7, 6, -1},  {7, 1, 8, -1},  {3, 9, 4, -1},  {3, 4, 2, -1},
-                                {3, 2, 6, -1},   {3, 6, 8, -1},  {3, 8, 9, -1},  {4, 9, 5, -1},
-                                {2, 4, 11, -1},  {6, 2, 10, -1}, {8, 6, 7, -1},  {9, 8, 1, -1}};
+constexpr Face kIcosaFaces[] = {{0, 5, 11, -1},  {0, 1, 5, -1},  {0, 7, 1, -1},  {0, 10, 7, -1},
+                                {0, 11, 10, -1}, {1, 9, 5, -1},  {5, 4, 11, -1}, {11, 2, 10, -1},
+                                {10, 6, 7, -1},  {7, 8, 1, -1},  {3, 4, 9, -1},  {3, 2, 4, -1},
+                                {3, 6, 2, -1},   {3, 8, 6, -1},  {3, 9, 8, -1},  {4, 5, 9, -1},
+                                {2, 11, 4, -1},  {6, 10, 2, -1}, {8, 7, 6, -1},  {9, 1, 8, -1}};
 
-constexpr std::array<Solid, 4> kSolids{{
-    {kIcosaCorners, kIcosaFaces, ramp<5>({kWine, kPink, kBlush}), kWhite, 52.0F},
-    {kCubeCorners, kCubeFaces, ramp<5>({kSea, kBlue, kSky}), kWhite, 56.0F},
-    {kOctaCorners, kOctaFaces, ramp<5>({kEmber, kOrange, kCream}), kWhite, 100.0F},
-    {kTetraCorners, kTetraFaces, ramp<5>({kPlum, kViolet, kWhite}), kWhite, 60.0F},
-}};
+// An edge of the icosahedron's golden rectangle rises by this much: atan(1 / kG).
+constexpr float kIcosaLean = 0.0881F;
+
+constexpr Solid kIcosa{kIcosaCorners, kIcosaFaces, ramp<5>({kWine, kPink, kBlush}),
+                       kWhite,        62.0F,       kIcosaLean};
+constexpr Solid kOcta{kOctaCorners, kOctaFaces, ramp<5>({kEmber, kOrange, kCream}),
+                      kWhite,       88.0F,      0.0F};
+constexpr Solid kCube{kCubeCorners, kCubeFaces, ramp<5>({kSea, kBlue, kSky}), kWhite, 27.0F, 0.0F};
 
 struct Seen {
     Point at;
@@ -79,16 +80,17 @@ int shadeOf(Vec3 a, Vec3 b, Vec3 c) {
     return facing > 0.0F ? std::clamp(1 + floored(facing * 4.0F), 1, 4) : 0;
 }
 
-void drawSolid(Canvas& canvas, const Solid& solid, Vec3 place, float spin, float tumble) {
+// Leaned over to the side first, then spun about the upright, then tipped towards the eye.
+void drawSolid(Canvas& canvas, const Solid& solid, Point place, float spin, float tip) {
     std::array<Vec3, kMostCorners> body{};
     std::array<Point, kMostCorners> seen{};
     for (size_t i = 0; i < solid.corners.size(); i++) {
         const Vec3 v = solid.corners[i];
-        const Vec3 turned = turnedZ(
-            turnedX(turnedY({v.x * solid.size, v.y * solid.size, v.z * solid.size}, spin), tumble),
-            0.07F);
-        body[i] = {turned.x + place.x, turned.y + place.y, turned.z + place.z};
-        seen[i] = projected(body[i], 640.0F).at;
+        const Vec3 upright =
+            turnedZ({v.x * solid.size, v.y * solid.size, v.z * solid.size}, solid.lean);
+        body[i] = turnedX(turnedY(upright, spin), tip);
+        const Point offset = projected(body[i], 640.0F).at;
+        seen[i] = {place.x + offset.x - kCentreX, place.y + offset.y - kCentreY};
     }
     for (const Face& face : solid.faces) {
         const size_t count = face[3] < 0 ? 3 : 4;
@@ -115,17 +117,12 @@ void drawSolids(int frame, int frames, uint8_t* rgba) {
     Canvas canvas(rgba);
     canvas.clear(kClear);
     const float t = timeOf(frame, frames);
-    std::array<int, 4> order{0, 1, 2, 3};
-    const auto depth = [t](int i) { return sinTurn(t + real(i) / 4.0F); };
-    std::sort(order.begin(), order.end(), [&](int a, int b) { return depth(a) > depth(b); });
-    for (const int i : order) {
-        const float around = t + real(i) / 4.0F;
-        const Vec3 place{215.0F * cosTurn(around),
-                         34.0F * sinTurn(around * 2.0F + 0.1F) + 24.0F * -depth(i),
-                         130.0F * depth(i)};
-        drawSolid(canvas, kSolids[static_cast<size_t>(i)], place, t * real(i % 2 == 0 ? 1 : -1),
-                  t + real(i) * 0.17F);
-    }
+    // Every body turns by one of its own corners, so the loop is short and still has no seam.
+    drawSolid(canvas, kCube, {206.0F, 52.0F + 6.0F * sinTurn(t)}, t / 4.0F, 0.08F);
+    canvas.mirrorTopBottom();
+    drawSolid(canvas, kOcta, {100.0F, kCentreY}, t / 4.0F, 0.05F);
+    canvas.mirrorLeftRight();
+    drawSolid(canvas, kIcosa, {kCentreX, kCentreY}, -t / 5.0F, 0.04F);
 }
 
 void drawTesseract(int frame, int frames, uint8_t* rgba) {

@@ -35,7 +35,7 @@ void drawSunset(Canvas& canvas, float time) {
     }
     // Gaps that sink through the sun and widen on their way.
     for (int gap = 0; gap < 6; gap++) {
-        const float way = (real(gap) + fraction(time * 2.0F)) / 6.0F;
+        const float way = (real(gap) + fraction(time)) / 6.0F;
         const int y = kHorizon - 100 + nearest(way * 100.0F);
         canvas.rect(180, y, 280, 1 + nearest(way * 9.0F), kBlack);
     }
@@ -60,29 +60,34 @@ void drawHills(Canvas& canvas) {
 
 }  // namespace
 
-void drawStarfield(int frame, int frames, uint8_t* rgba) {
-    constexpr int kStars = 360;
-    static constexpr std::array<Color, 8> kTones{kWhite, kBlue,  kWhite, kSky,
-                                                 kPink,  kWhite, kBlue,  kOrange};
-    constexpr float kFar = 6.0F;
+void drawStars(int frame, int frames, uint8_t* rgba) {
+    constexpr int kStars = 84;  // in a quarter of the sky; the others mirror it
+    static constexpr std::array<Color, 8> kTones{kWhite, kBlue,   kPink, kWhite,
+                                                 kBlue,  kOrange, kPink, kSky};
+    constexpr float kFar = 3.0F;
     Canvas canvas(rgba);
     canvas.clear(kBlack);
     const float t = timeOf(frame, frames);
     for (int i = 0; i < kStars; i++) {
         // Stars come out of the distance once or twice in a loop, each on its own line.
-        const float depth = 1.0F - fraction(noiseUnit(i, 1) + t * real(2 + i % 2));
-        const float z = 0.25F + depth * kFar;
-        const float angle = noiseUnit(i, 2);
-        const float out = 70.0F + 620.0F * std::sqrt(noiseUnit(i, 3));
+        const float depth = 1.0F - fraction(real(i) * 0.618034F + t * real(1 + i % 2));
+        const float z = 0.16F + depth * kFar;
+        const float angle = 0.5F + 0.25F * fraction(real(i) * 0.7548777F);
+        const float out = 50.0F + 420.0F * std::sqrt(noiseUnit(i, 3));
         const Point ray{cosTurn(angle) * out, sinTurn(angle) * out};
-        const float trail = z + 0.16F + 0.10F * real(i % 3);
+        const float trail = z * 1.2F + 0.16F;
         const Point head{kCentreX + ray.x / z, kCentreY + ray.y / z};
         const Point tail{kCentreX + ray.x / trail, kCentreY + ray.y / trail};
+        const float half = std::clamp(6.0F / z, 2.0F, 18.0F) * 0.5F;
+        const Point side{-sinTurn(angle) * half, cosTurn(angle) * half};
         const Color tone = kTones[static_cast<size_t>(noisePick(i, 4, 8))];
-        const int dim = std::clamp(nearest(depth * 5.0F) - 1, 0, 3);
-        const float width = std::clamp(4.0F / z, 1.5F, 8.0F);
-        canvas.line(tail, head, width, mixed(tone, kNavy, dim, 4));
+        const int dim = std::clamp(nearest(depth * 4.0F) - 2, 0, 2);
+        const std::array<Point, 3> dart{
+            {{head.x + side.x, head.y + side.y}, tail, {head.x - side.x, head.y - side.y}}};
+        canvas.polygon(dart, mixed(tone, kNavy, dim, 3));
     }
+    canvas.mirrorLeftRight();
+    canvas.mirrorTopBottom();
 }
 
 void drawGrid(int frame, int frames, uint8_t* rgba) {
@@ -100,7 +105,7 @@ void drawGrid(int frame, int frames, uint8_t* rgba) {
         canvas.line({x, real(kHorizon)}, foot, lane < 3 ? 2.6F : 2.0F, kPink);
     }
     for (int rung = 0; rung < kRungs; rung++) {
-        const float z = 1.0F + (real(rung) - fraction(t * 4.0F)) * 0.42F;
+        const float z = 1.0F + (real(rung) - fraction(t * 2.0F)) * 0.42F;
         const float y = kHorizon + kDrop / std::max(z, 0.5F);
         const float width = std::clamp(3.6F / z, 1.0F, 4.0F);
         for (int x = 0; x < kWidth / 2; x++) {

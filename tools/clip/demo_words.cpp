@@ -69,24 +69,27 @@ void drawWords(int frame, int frames, uint8_t* rgba) {
 
 void drawVelmora(int frame, int frames, uint8_t* rgba) {
     constexpr std::string_view kName = "VELMORA";
-    constexpr int kEchoes = 7;
-    static constexpr auto kTones = ramp<kEchoes>({kNavy, kSea, kViolet, kPink, kPink});
+    constexpr int kEchoes = 6;
+    constexpr float kUnit = 8.0F;  // pixels: the stems stand on the tile grid
+    constexpr float kTall = 20.0F;
+    static constexpr auto kTones = ramp<kEchoes>({kNavy, kSea, kViolet, kPink});
     Canvas canvas(rgba);
-    canvas.clear(kBlack);
+    canvas.clear(kClear);
     const float t = timeOf(frame, frames);
-    const float unit = 600.0F / wordWidth(kName);
     for (int echo = 0; echo <= kEchoes; echo++) {
-        float x = 20.0F;
+        Color tone = echo == kEchoes ? kWhite : kTones[static_cast<size_t>(echo)];
+        tone.a = static_cast<uint8_t>(echo == kEchoes ? 255 : 68 + 34 * echo);
+        int x = 48;
         for (size_t i = 0; i < kName.size(); i++) {
-            const float late = real(kEchoes - echo) * 0.018F;
+            const float late = real(kEchoes - echo) * 0.022F;
             const float wave = t - real(static_cast<int>(i)) / 7.0F - late;
-            const float tall = 17.0F + 5.0F * sinTurn(wave * 2.0F);
-            const float y = kCentreY - tall * 5.0F + 62.0F * sinTurn(wave);
-            const Placement place{{x, y}, {unit, 0.0F}, {0.0F, tall}};
+            // Letters keep their shape and stand on whole pixels: they meet the tile grid again.
+            const int y = 80 + 2 * nearest(38.0F * sinTurn(wave));
+            const Placement place{{real(x), real(y)}, {kUnit, 0.0F}, {0.0F, kTall}};
             Path path;
             addLetter(path, kName[i], place);
-            canvas.fill(path, echo == kEchoes ? kWhite : kTones[static_cast<size_t>(echo)]);
-            x += (letterWidth(kName[i]) + kLetterGap) * unit;
+            canvas.fill(path, tone);
+            x += nearest(letterWidth(kName[i]) + kLetterGap) * static_cast<int>(kUnit);
         }
     }
 }

@@ -1,7 +1,5 @@
 #include "tools/clip/export_demo.h"
 
-#include <vector>
-
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/encoder.h"
 #include "tools/clip/errors.h"
@@ -16,6 +14,16 @@ namespace {
 constexpr const char* kXmlDeclaration = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>";
 constexpr size_t kFrameRgbaBytes = size_t{kFramePixels} * 4;
 
+void makeFolder(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) {
+        throw ToolError("cannot make the folder " + folder.string() + ": " + error.message());
+    }
+}
+
+}  // namespace
+
 std::vector<uint8_t> encodeLoop(const demo::Loop& loop) {
     ClipEncoder encoder({.alpha = loop.alpha});
     std::vector<uint8_t> rgba(kFrameRgbaBytes);
@@ -26,16 +34,6 @@ std::vector<uint8_t> encodeLoop(const demo::Loop& loop) {
     }
     return encoder.finish();
 }
-
-void makeFolder(const fs::path& folder) {
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (error) {
-        throw ToolError("cannot make the folder " + folder.string() + ": " + error.message());
-    }
-}
-
-}  // namespace
 
 void exportLoops(std::span<const demo::Loop> loops, const fs::path& folder, bool force,
                  const ExportLog& log) {

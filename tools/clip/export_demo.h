@@ -4,14 +4,18 @@
 // Takes the loops and playlists as arguments, so that any set of them can be exported. Errors are
 // thrown as ToolError; what was written before stays, every file of it whole.
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "tools/clip/demo_loops.h"
 
 namespace maker {
+
+std::vector<uint8_t> encodeLoop(const demo::Loop& loop);
 
 // Called for each loop: its file, and what became of it in a few words.
 using ExportLog = std::function<void(const std::filesystem::path&, const std::string&)>;
