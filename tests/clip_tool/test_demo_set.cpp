@@ -27,11 +27,11 @@ struct Share {
 };
 // clang-format off
 constexpr Share kShares[] = {
-    {"checker",   13}, {"confetti",  15}, {"cubes",     7}, {"grid",      7}, {"halftone",  9},
+    {"checker",   13}, {"confetti",  15}, {"cubes",     7}, {"grid",      7}, {"dots",      9},
     {"holes",      7}, {"kaleido",   15}, {"keys",      7}, {"lasers",   13}, {"lava",     30},
     {"marquee",    8}, {"moire",     19}, {"pad",       7}, {"plasma",    9}, {"ribbons",   7},
     {"rings",     11}, {"solids",    18}, {"stars",    15}, {"swirl",    13}, {"tesseract", 15},
-    {"test-card",  7}, {"truchet",    9}, {"tunnel",    9}, {"velmora",  15}, {"waves",    12},
+    {"test-card",  7}, {"arcs",       9}, {"tunnel",    9}, {"velmora",  15}, {"waves",    12},
     {"words",     14},
 };
 // clang-format on

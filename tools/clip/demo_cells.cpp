@@ -82,7 +82,7 @@ void drawPlasma(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawHalftone(int frame, int frames, uint8_t* rgba) {
+void drawDots(int frame, int frames, uint8_t* rgba) {
     constexpr int kPitch = 16;  // a dot fills four tiles that mirror one another
     static constexpr std::array<Color, 4> kInks{kSea, kBlue, kPink, kWhite};
     Canvas canvas(rgba);
@@ -132,7 +132,7 @@ void drawHoles(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawTruchet(int frame, int frames, uint8_t* rgba) {
+void drawArcs(int frame, int frames, uint8_t* rgba) {
     constexpr int kColumns = kWidth / kCell;
     constexpr int kRows = kHeight / kCell + 1;
     Canvas canvas(rgba);

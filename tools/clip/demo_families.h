@@ -3,7 +3,6 @@
 //
 // All share the contract of Loop::render: `frame` counts from 0 and repeats after `frames`; every
 // byte of the 640 x 360 RGBA picture is written; nothing is allocated or kept between calls.
-// Even `frames` are expected, as some loops hold a picture for two frames.
 
 #include <cstdint>
 
@@ -11,9 +10,9 @@ namespace demo {
 
 // demo_cells.cpp: pictures on the grid of the clip's tiles
 void drawPlasma(int frame, int frames, uint8_t* rgba);
-void drawHalftone(int frame, int frames, uint8_t* rgba);
+void drawDots(int frame, int frames, uint8_t* rgba);
 void drawHoles(int frame, int frames, uint8_t* rgba);
-void drawTruchet(int frame, int frames, uint8_t* rgba);
+void drawArcs(int frame, int frames, uint8_t* rgba);
 
 // demo_fields.cpp: a rule for each point
 void drawTunnel(int frame, int frames, uint8_t* rgba);

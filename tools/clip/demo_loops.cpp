@@ -10,11 +10,12 @@ namespace {
 
 // clang-format off
 constexpr std::array kLoops{
+    Loop{"arcs",       64, false, drawArcs},
     Loop{"checker",    64, false, drawChecker},
     Loop{"confetti",   64, true,  drawConfetti},
     Loop{"cubes",      64, false, drawCubes},
+    Loop{"dots",       96, false, drawDots},
     Loop{"grid",       32, false, drawGrid},
-    Loop{"halftone",   96, false, drawHalftone},
     Loop{"holes",      64, true,  drawHoles},
     Loop{"kaleido",    64, false, drawKaleido},
     Loop{"keys",       64, false, drawKeys},
@@ -31,7 +32,6 @@ constexpr std::array kLoops{
     Loop{"swirl",      48, false, drawSwirl},
     Loop{"tesseract",  48, false, drawTesseract},
     Loop{"test-card",  64, false, drawTestCard},
-    Loop{"truchet",    64, false, drawTruchet},
     Loop{"tunnel",     48, false, drawTunnel},
     Loop{"velmora",    64, true,  drawVelmora},
     Loop{"waves",     128, false, drawWaves},
@@ -43,10 +43,10 @@ constexpr std::array kLoops{
 constexpr std::array kNeon{"velmora", "grid", "tunnel", "solids", "lasers", "stars", "tesseract"};
 // Bright papers, to multiply with the checker or to see through the holes and between the scraps:
 constexpr std::array kPaper{"holes",    "kaleido", "checker", "waves",
-                            "confetti", "truchet", "swirl",   "marquee"};
+                            "confetti", "arcs",    "swirl",   "marquee"};
 // Slow masses of colour, with words and glass to lay over them:
-constexpr std::array kLiquid{"lava",    "plasma", "words",    "rings",
-                             "ribbons", "moire",  "halftone", "cubes"};
+constexpr std::array kLiquid{"lava",    "plasma", "words", "rings",
+                             "ribbons", "moire",  "dots",  "cubes"};
 // To be read, on stage and before:
 constexpr std::array kHelp{"keys", "pad", "test-card"};
 constexpr std::array kPlaylists{
