@@ -83,8 +83,8 @@ void fitRuns(const ColourPlanes& planes, float runPrice, RunFit& fit) {
             const float error =
                 squares - (red * red + green * green + blue * blue) * kReciprocals[back];
             const int32_t cost = best[first + back] + static_cast<int32_t>(error);
-            least = std::min(least, cost * static_cast<int32_t>(kLongest) +
-                                        static_cast<int32_t>(back));
+            least =
+                std::min(least, cost * static_cast<int32_t>(kLongest) + static_cast<int32_t>(back));
         }
         best[to] = least / static_cast<int32_t>(kLongest) + price;
         lengths[to - kLongest] =
