@@ -8,6 +8,7 @@
 
 #include "clip_tool/media.h"
 #include "support/folder.h"
+#include "tools/clip/encode_plan.h"
 #include "tools/clip/errors.h"
 
 namespace {
@@ -22,15 +23,21 @@ Rgba at(const std::vector<uint8_t>& picture, int x, int y) {
     return {picture[from], picture[from + 1], picture[from + 2], picture[from + 3]};
 }
 
-Pictures readAll(const SourceOptions& options, bool* alpha = nullptr) {
+// `alpha` tells whether anything is transparent; it is kept then, if the options say so.
+Pictures readAll(SourceOptions options, bool* alpha = nullptr) {
+    maker::EncodeSettings settings;
+    settings.start = options.start;
+    settings.duration = options.duration;
+    settings.fps = options.fps;
+    settings.alpha = options.alpha ? maker::AlphaFrom::SOURCE : maker::AlphaFrom::NONE;
+    options.alpha = maker::planEncode(options.path, settings).source.alpha;
     maker::VideoSource source(options);
     Pictures pictures;
-    std::vector<uint8_t> rgba;
-    while (source.next(rgba)) {
-        pictures.push_back(rgba);
+    while (source.step()) {
+        pictures.push_back(source.picture());
     }
     if (alpha != nullptr) {
-        *alpha = source.alpha();
+        *alpha = options.alpha;
     }
     return pictures;
 }
@@ -39,6 +46,8 @@ SourceOptions options(const std::string& path, double fps = 25) {
     SourceOptions result;
     result.path = path;
     result.fps = fps;
+    result.alpha = true;
+    result.limit = 256;
     return result;
 }
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "tools/clip/errors.h"
 #include "tools/clip/interrupt.h"
@@ -44,30 +45,6 @@ private:
     int descriptor_;
 };
 
-// Removes the file on the way out unless it was renamed.
-class TemporaryName {
-public:
-    explicit TemporaryName(std::string name) : name_(std::move(name)) {}
-    ~TemporaryName() {
-        if (!name_.empty()) {
-            unlink(name_.c_str());
-        }
-    }
-    TemporaryName(const TemporaryName&) = delete;
-    TemporaryName& operator=(const TemporaryName&) = delete;
-
-    const std::string& get() const { return name_; }
-    void renameTo(const fs::path& path) {
-        if (rename(name_.c_str(), path.c_str()) != 0) {
-            fail("write", path);
-        }
-        name_.clear();
-    }
-
-private:
-    std::string name_;
-};
-
 // mkstemp makes the file private; a clip is as readable as any file that the user makes.
 void setOrdinaryMode(int descriptor) {
     const mode_t mask = umask(0);
@@ -100,12 +77,16 @@ void syncFolder(const fs::path& folder) {
 
 }  // namespace
 
-void writeWholeFile(const fs::path& path, std::span<const uint8_t> bytes) {
-    if (fs::is_directory(path)) {
+fs::path folderOf(const fs::path& path) {
+    return path.has_parent_path() ? path.parent_path() : fs::path(".");
+}
+
+PendingFile::PendingFile(const fs::path& path, std::span<const uint8_t> bytes) {
+    std::error_code ignored;
+    if (fs::is_directory(path, ignored)) {
         throw ToolError("cannot write " + path.string() + ": it is a folder");
     }
-    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-    std::string name = folder.string();
+    std::string name = folderOf(path).string();
     name += "/.";
     name += path.filename().string();
     name += ".XXXXXX";
@@ -113,15 +94,77 @@ void writeWholeFile(const fs::path& path, std::span<const uint8_t> bytes) {
     if (file.get() < 0) {
         fail("write", path);
     }
-    TemporaryName temporary(name);
-    setOrdinaryMode(file.get());
-    writePieces(file.get(), bytes, path);
-    if (fsync(file.get()) != 0 || !file.close()) {
+    try {
+        setOrdinaryMode(file.get());
+        writePieces(file.get(), bytes, path);
+        if (fsync(file.get()) != 0 || !file.close()) {
+            fail("write", path);
+        }
+    } catch (...) {
+        unlink(name.c_str());
+        throw;
+    }
+    temporary_ = name;
+}
+
+PendingFile::PendingFile(PendingFile&& other) noexcept
+    : temporary_(std::exchange(other.temporary_, {})) {}
+
+PendingFile::~PendingFile() {
+    if (!temporary_.empty()) {
+        unlink(temporary_.c_str());
+    }
+}
+
+void PendingFile::commit(const fs::path& path) {
+    if (rename(temporary_.c_str(), path.c_str()) != 0) {
         fail("write", path);
     }
+    temporary_.clear();
+    syncFolder(folderOf(path));
+}
+
+FolderInMaking::FolderInMaking(const fs::path& folder) {
+    std::vector<fs::path> missing;
+    std::error_code error;
+    for (fs::path at = folder; !at.empty() && !fs::exists(at, error); at = at.parent_path()) {
+        missing.push_back(at);
+    }
+    for (; !missing.empty(); missing.pop_back()) {
+        if (fs::create_directory(missing.back(), error)) {
+            made_.push_back(missing.back());
+        }
+    }
+    if (!fs::is_directory(folder)) {
+        const std::string reason = error ? error.message() : "a file of that name is there";
+        throw ToolError("cannot make the folder " + folder.string() + ": " + reason);
+    }
+}
+
+FolderInMaking::~FolderInMaking() {
+    for (auto folder = made_.rbegin(); folder != made_.rend(); ++folder) {
+        rmdir(folder->c_str());
+    }
+}
+
+void checkWritable(const fs::path& path) {
+    std::error_code ignored;
+    if (fs::is_directory(path, ignored)) {
+        throw ToolError("cannot write " + path.string() + ": it is a folder");
+    }
+    fs::path folder = folderOf(path);
+    while (!folder.empty() && !fs::exists(folder, ignored)) {
+        folder = folder.parent_path();
+    }
+    if (access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0) {
+        fail("write", path);
+    }
+}
+
+void writeWholeFile(const fs::path& path, std::span<const uint8_t> bytes) {
+    PendingFile file(path, bytes);
     stopIfInterrupted();
-    temporary.renameTo(path);
-    syncFolder(folder);
+    file.commit(path);
 }
 
 std::vector<uint8_t> readWholeFile(const fs::path& path) {

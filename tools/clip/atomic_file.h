@@ -8,9 +8,47 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace maker {
+
+// A file that is written but has no name of its own yet.
+class PendingFile {
+public:
+    // Writes the bytes beside `path`, which keeps what it holds.
+    PendingFile(const std::filesystem::path& path, std::span<const uint8_t> bytes);
+    ~PendingFile();
+    PendingFile(PendingFile&& other) noexcept;
+    PendingFile& operator=(PendingFile&&) = delete;
+
+    // Gives it this name, in the folder where it was written.
+    void commit(const std::filesystem::path& path);
+
+private:
+    std::string temporary_;  // empty once committed
+};
+
+// Makes a folder and those above it, as far as they are missing, and takes them away again unless
+// told to keep them. Folders that have been put to use stay.
+class FolderInMaking {
+public:
+    explicit FolderInMaking(const std::filesystem::path& folder);
+    ~FolderInMaking();
+    FolderInMaking(const FolderInMaking&) = delete;
+    FolderInMaking& operator=(const FolderInMaking&) = delete;
+
+    void keep() { made_.clear(); }
+
+private:
+    std::vector<std::filesystem::path> made_;  // the innermost last
+};
+
+// The folder that a file's name stands in.
+std::filesystem::path folderOf(const std::filesystem::path& path);
+
+// Throws when the file cannot be written, as far as can be told without trying.
+void checkWritable(const std::filesystem::path& path);
 
 void writeWholeFile(const std::filesystem::path& path, std::span<const uint8_t> bytes);
 

@@ -1,15 +1,12 @@
 #include "tools/clip/decoder.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <filesystem>
+#include <new>
 #include <utility>
 
-extern "C" {
-#include <libavutil/display.h>
-#include <libavutil/imgutils.h>
-}
-
+#include "tools/clip/decimals.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/interrupt.h"
 
@@ -19,15 +16,9 @@ namespace {
 
 constexpr double kFallbackFrameSeconds = 1.0 / 25;
 
-std::string reasonOf(int error) {
-    char text[AV_ERROR_MAX_STRING_SIZE] = "";
-    av_strerror(error, text, sizeof(text));
-    return text;
-}
-
-int interruptAsked(void*) {
-    return interrupted() ? 1 : 0;
-}
+// A file that ends earlier than it announces, by more than rounding explains, is cut off.
+constexpr double kCutOffSeconds = 0.5;
+constexpr double kCutOffPart = 0.05;
 
 double secondsOf(AVRational rational) {
     return av_q2d(rational);
@@ -39,39 +30,6 @@ int64_t durationOf(const AVFrame& frame) {
 #else
     return frame.pkt_duration;
 #endif
-}
-
-// A colon would make FFmpeg look for a protocol in the name of a file that is there.
-std::string addressOf(const std::string& path) {
-    std::error_code ignored;
-    const bool isFile = std::filesystem::exists(path, ignored);
-    return isFile && path.find(':') != std::string::npos ? "file:" + path : path;
-}
-
-const int32_t* displayMatrix(const AVStream& stream) {
-#if LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(60, 31, 102)
-    const AVPacketSideData* data =
-        av_packet_side_data_get(stream.codecpar->coded_side_data,
-                                stream.codecpar->nb_coded_side_data, AV_PKT_DATA_DISPLAYMATRIX);
-    return data != nullptr ? reinterpret_cast<const int32_t*>(data->data) : nullptr;
-#else
-    return reinterpret_cast<const int32_t*>(
-        av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, nullptr));
-#endif
-}
-
-// The matrix turns counter-clockwise. Only whole quarter turns count.
-int quarterTurns(const AVStream& stream) {
-    const int32_t* matrix = displayMatrix(stream);
-    if (matrix == nullptr) {
-        return 0;
-    }
-    const double angle = av_display_rotation_get(matrix);
-    if (std::isnan(angle)) {
-        return 0;
-    }
-    const int turns = static_cast<int>(std::lround(-angle / 90)) % 4;
-    return (turns + 4) % 4;
 }
 
 // The alpha of a VP8 or VP9 stream is a second picture that only this decoder puts together.
@@ -101,50 +59,57 @@ FramePtr newFrame() {
     return frame;
 }
 
-Decoder::Decoder(const std::string& path, double start) {
-    av_log_set_level(AV_LOG_QUIET);
-    open(path);
-    if (start > 0 && !seek(start)) {
-        open(path);
+Decoder::Decoder(const DecoderOptions& options) : options_(options) {
+    open();
+    if (options.start > 0 && !seek(options.start)) {
+        open();
     }
 }
 
-void Decoder::open(const std::string& path) {
-    if (std::filesystem::is_directory(path)) {
-        throw ToolError("cannot read " + path + ": it is a folder");
+void Decoder::open() {
+    format_ = openMedia(options_.path, options_.pictureFps);
+    packet_.reset(av_packet_alloc());
+    if (!packet_) {
+        throw std::bad_alloc();
     }
     damaged_ = 0;
     draining_ = false;
+    readFailed_ = false;
+    lastIncomplete_ = false;
+    packetsEnd_ = 0;
     expectedTime_ = 0;
     ahead_ = {};
-    packet_.reset(av_packet_alloc());
-    AVFormatContext* format = avformat_alloc_context();
-    if (!packet_ || format == nullptr) {
-        avformat_free_context(format);
-        throw std::bad_alloc();
-    }
-    format->interrupt_callback.callback = interruptAsked;
-    int error = avformat_open_input(&format, addressOf(path).c_str(), nullptr, nullptr);
-    format_.reset(error < 0 ? nullptr : format);
-    if (error >= 0) {
-        error = avformat_find_stream_info(format, nullptr);
-    }
-    stopIfInterrupted();
-    if (error < 0) {
-        throw ToolError("cannot read " + path + ": " + reasonOf(error));
-    }
     const AVCodec* codec = nullptr;
-    const int index = av_find_best_stream(format, AVMEDIA_TYPE_VIDEO, -1, -1, &codec, 0);
-    if (index < 0) {
-        throw ToolError("cannot read " + path + ": no pictures that can be decoded");
+    stream_ = videoStream(*format_, options_.path, &codec);
+    // Where only the whole file tells its length, every packet counts towards it.
+    for (unsigned i = 0; i < format_->nb_streams; ++i) {
+        AVStream* stream = format_->streams[i];
+        const bool read = stream == stream_ || !streamTellsLength();
+        stream->discard = read ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
     }
-    stream_ = format->streams[index];
-    for (unsigned i = 0; i < format->nb_streams; ++i) {
-        format->streams[i]->discard =
-            format->streams[i] == stream_ ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-    }
+    checkSize(stream_->codecpar->width, stream_->codecpar->height);
     turns_ = quarterTurns(*stream_);
     openCodec(codec);
+}
+
+void Decoder::checkSize(int width, int height) const {
+    const std::string limits = std::to_string(kMaxPictureSide) + " pixels on a side and " +
+                               std::to_string(kMaxPicturePixels) + " in all";
+    const bool webp = std::strncmp(format_->iformat->name, "webp", 4) == 0;
+    if ((width <= 0 || height <= 0) && webp) {
+        throw ToolError("cannot read " + options_.path +
+                        ": the picture is damaged, or animated, which FFmpeg here does not read");
+    }
+    if (width <= 0 || height <= 0) {
+        throw ToolError("cannot read " + options_.path +
+                        ": its pictures are damaged, or larger than " + limits);
+    }
+    if (width > kMaxPictureSide || height > kMaxPictureSide ||
+        int64_t{width} * height > kMaxPicturePixels) {
+        throw ToolError("cannot read " + options_.path + ": its pictures of " +
+                        std::to_string(width) + " x " + std::to_string(height) +
+                        " pixels are larger than " + limits);
+    }
 }
 
 void Decoder::openCodec(const AVCodec* codec) {
@@ -157,10 +122,12 @@ void Decoder::openCodec(const AVCodec* codec) {
     int error = avcodec_parameters_to_context(codec_.get(), stream_->codecpar);
     if (error >= 0) {
         codec_->pkt_timebase = stream_->time_base;
+        codec_->max_pixels = kMaxPicturePixels;
+        codec_->thread_count = options_.threads;
         error = avcodec_open2(codec_.get(), codec, nullptr);
     }
     if (error < 0) {
-        throw ToolError("cannot decode the pictures: " + reasonOf(error));
+        throw ToolError("cannot read " + options_.path + ": " + reasonOf(error));
     }
 }
 
@@ -189,8 +156,10 @@ bool Decoder::sendPacket() {
         stopIfInterrupted();
         if (error < 0) {
             draining_ = true;
+            readFailed_ = error != AVERROR_EOF;
             return avcodec_send_packet(codec_.get(), nullptr) >= 0;
         }
+        notePacket(*packet_);
         const bool ours = packet_->stream_index == stream_->index;
         const int sent = ours ? avcodec_send_packet(codec_.get(), packet_.get()) : 0;
         av_packet_unref(packet_.get());
@@ -199,6 +168,35 @@ bool Decoder::sendPacket() {
         }
         damaged_ += ours ? 1 : 0;
     }
+}
+
+void Decoder::notePacket(const AVPacket& packet) {
+    const AVStream& stream = *format_->streams[packet.stream_index];
+    lastIncomplete_ = (packet.flags & AV_PKT_FLAG_CORRUPT) != 0;
+    if (packet.pts == AV_NOPTS_VALUE) {
+        return;
+    }
+    const int64_t first = stream.start_time == AV_NOPTS_VALUE ? 0 : stream.start_time;
+    const double end =
+        static_cast<double>(packet.pts + packet.duration - first) * secondsOf(stream.time_base);
+    packetsEnd_ = std::max(packetsEnd_, end);
+}
+
+std::string Decoder::cutOff() const {
+    if (!draining_) {
+        return "";
+    }
+    if (readFailed_ || lastIncomplete_) {
+        return "it breaks off after " + decimals(packetsEnd_, 1) + " seconds";
+    }
+    const bool told =
+        streamTellsLength() || format_->duration_estimation_method == AVFMT_DURATION_FROM_STREAM;
+    const double missing = seconds() - packetsEnd_;
+    if (!told || packetsEnd_ <= 0 || missing <= std::max(kCutOffSeconds, kCutOffPart * seconds())) {
+        return "";
+    }
+    return "it is to last " + decimals(seconds(), 1) + " seconds and ends after " +
+           decimals(packetsEnd_, 1);
 }
 
 bool Decoder::next(TimedFrame& frame) {
@@ -210,6 +208,10 @@ bool Decoder::next(TimedFrame& frame) {
     for (;;) {
         const int error = avcodec_receive_frame(codec_.get(), frame.picture.get());
         if (error >= 0) {
+            checkSize(frame.picture->width, frame.picture->height);
+            const bool broken = (frame.picture->flags & AV_FRAME_FLAG_CORRUPT) != 0 ||
+                                frame.picture->decode_error_flags != 0;
+            damaged_ += broken ? 1 : 0;
             setTimes(frame);
             return true;
         }

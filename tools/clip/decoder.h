@@ -2,22 +2,17 @@
 // The first video stream of a file, decoded by FFmpeg: pictures with their times.
 //
 // Times are in seconds from the beginning of the stream. Damaged packets are counted and skipped.
-// What cannot be opened or holds no video is thrown as ToolError; an interrupt stops reading.
+// The cover picture of a music file is no video. What cannot be opened, holds no video or has
+// pictures beyond the limits is thrown as ToolError; an interrupt stops reading.
 
 #include <memory>
 #include <string>
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-}
+#include "tools/clip/media_file.h"
 
 namespace maker {
 
 // For each FFmpeg object the call that frees it.
-struct FreeFormat {
-    void operator()(AVFormatContext* format) const { avformat_close_input(&format); }
-};
 struct FreeCodec {
     void operator()(AVCodecContext* codec) const { avcodec_free_context(&codec); }
 };
@@ -38,10 +33,16 @@ struct TimedFrame {
     double duration = 0;
 };
 
+struct DecoderOptions {
+    std::string path;       // or the pattern of an image sequence (image_sequence.h)
+    double start = 0;       // decoding begins at or before it where the file can seek
+    double pictureFps = 0;  // of an image sequence, which has no times of its own
+    int threads = 1;
+};
+
 class Decoder {
 public:
-    // Decoding begins at or before `start` where the file can seek, else at the beginning.
-    Decoder(const std::string& path, double start);
+    explicit Decoder(const DecoderOptions& options);
 
     // The next picture; false at the end.
     bool next(TimedFrame& frame);
@@ -51,22 +52,32 @@ public:
     double seconds() const;               // of the whole stream; 0 when the file does not tell
     int damaged() const { return damaged_; }
 
+    // Once next() has come to the end: "" or, when the file breaks off, how that shows.
+    std::string cutOff() const;
+
 private:
-    void open(const std::string& path);
+    void open();
+    void checkSize(int width, int height) const;
     void openCodec(const AVCodec* codec);
     bool seek(double start);
     bool sendPacket();
+    void notePacket(const AVPacket& packet);
     void setTimes(TimedFrame& frame);
+    bool streamTellsLength() const { return stream_->duration != AV_NOPTS_VALUE; }
 
-    std::unique_ptr<AVFormatContext, FreeFormat> format_;
+    DecoderOptions options_;
+    FormatPtr format_;
     std::unique_ptr<AVCodecContext, FreeCodec> codec_;
     std::unique_ptr<AVPacket, FreePacket> packet_;
     AVStream* stream_ = nullptr;
     int turns_ = 0;
     int damaged_ = 0;
     bool draining_ = false;
-    double expectedTime_ = 0;  // of the next picture, should it have no timestamp
-    TimedFrame ahead_;         // decoded to try out a seek
+    bool readFailed_ = false;      // reading ended before the end of the file
+    bool lastIncomplete_ = false;  // the last packet read is
+    double packetsEnd_ = 0;        // seconds from the beginning of the file
+    double expectedTime_ = 0;      // of the next picture, should it have no timestamp
+    TimedFrame ahead_;             // decoded to try out a seek
 };
 
 }  // namespace maker

@@ -26,15 +26,25 @@ FitPlan planCover(int width, int height, double pixelAspect) {
     return plan;
 }
 
+FitPlan centred(int width, int height) {
+    return {0, 0, width, height, (kFrameWidth - width) / 2, (kFrameHeight - height) / 2};
+}
+
 FitPlan planContain(int width, int height, double pixelAspect) {
     const double shown = width * pixelAspect;
     const double scale = std::min(kFrameWidth / shown, static_cast<double>(kFrameHeight) / height);
-    FitPlan plan{};
-    plan.width = std::clamp(rounded(shown * scale), 1, kFrameWidth);
-    plan.height = std::clamp(rounded(height * scale), 1, kFrameHeight);
-    plan.left = (kFrameWidth - plan.width) / 2;
-    plan.top = (kFrameHeight - plan.height) / 2;
-    return plan;
+    return centred(std::clamp(rounded(shown * scale), 1, kFrameWidth),
+                   std::clamp(rounded(height * scale), 1, kFrameHeight));
+}
+
+FitPlan planWhole(int width, int height) {
+    const int times = std::min(kFrameWidth / width, kFrameHeight / height);
+    if (times > 0) {
+        return centred(width * times, height * times);
+    }
+    const int part = std::max((width + kFrameWidth - 1) / kFrameWidth,
+                              (height + kFrameHeight - 1) / kFrameHeight);
+    return centred(std::max(width / part, 1), std::max(height / part, 1));
 }
 
 }  // namespace
@@ -45,6 +55,8 @@ FitPlan planFit(int width, int height, double pixelAspect, Fit fit) {
             return planCover(width, height, pixelAspect);
         case Fit::CONTAIN:
             return planContain(width, height, pixelAspect);
+        case Fit::WHOLE:
+            return planWhole(width, height);
         default:
             return {0, 0, kFrameWidth, kFrameHeight, 0, 0};
     }

@@ -10,6 +10,7 @@ enum class Fit {
     COVER,    // fill the frame, cut what is too much, equally on both sides
     CONTAIN,  // show the whole source, bars on two sides
     STRETCH,  // fill the frame, ignore the source's proportions
+    WHOLE,    // the largest whole multiple of the source that fits, or a whole part of it, centred
 };
 
 struct FitPlan {
@@ -21,7 +22,7 @@ struct FitPlan {
     int top;
 };
 
-// pixelAspect is the width of a source pixel divided by its height.
+// pixelAspect is the width of a source pixel divided by its height; WHOLE takes pixels as square.
 FitPlan planFit(int width, int height, double pixelAspect, Fit fit);
 
 }  // namespace maker

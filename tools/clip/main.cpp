@@ -1,9 +1,14 @@
 // velmora-clip: makes and examines clips.
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/clip/commands.h"
+#include "tools/clip/encode_options.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/interrupt.h"
 
@@ -20,7 +25,9 @@ int run(int argc, char** argv) {
     maker::addDemo(app, status);
 #endif
     try {
-        app.parse(argc, argv);
+        std::vector<std::string> arguments = maker::argumentsOf(argc, argv);
+        std::reverse(arguments.begin(), arguments.end());
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? maker::kExitOk : maker::kExitUsage;
     }

@@ -129,6 +129,37 @@ void Scaler::scaleImage(const Image& from, int width, int height, Image& to) {
     sws_scale(toSize_.get(), sources, sourcePitches, 0, from.height, planes, pitches);
 }
 
+// Colours are weighed by their alpha on the way.
+void Scaler::scaleSeeThrough(const AVFrame& picture, int width, int height) {
+    const bool sameSize = picture.width == width && picture.height == height;
+    convert(picture, picture.width, picture.height, sameSize ? scaled_ : image_);
+    if (!sameSize) {
+        multiplyByAlpha(image_.rgba);
+        scaleImage(image_, width, height, scaled_);
+    } else if (!options_.alpha) {
+        multiplyByAlpha(scaled_.rgba);
+    }
+    if (!sameSize && options_.alpha) {
+        divideByAlpha(scaled_.rgba);
+    }
+}
+
+// Each pixel takes the source pixel under its middle.
+void Scaler::scaleNearest(const AVFrame& picture, int width, int height) {
+    convert(picture, picture.width, picture.height, image_);
+    if (!options_.alpha && formatHasAlpha(picture)) {
+        multiplyByAlpha(image_.rgba);
+    }
+    scaled_.resize(width, height);
+    for (int y = 0; y < height; ++y) {
+        const int fromY = (2 * y + 1) * image_.height / (2 * height);
+        uint8_t* row = scaled_.rgba.data() + scaled_.pitch * static_cast<size_t>(y);
+        for (int x = 0; x < width; ++x, row += kChannels) {
+            std::memcpy(row, image_.at((2 * x + 1) * image_.width / (2 * width), fromY), kChannels);
+        }
+    }
+}
+
 void Scaler::place(const Image& image, int turns, const FitPlan& plan, std::vector<uint8_t>& rgba) {
     const uint8_t bar[kChannels] = {0, 0, 0, static_cast<uint8_t>(options_.alpha ? 0 : kOpaque)};
     rgba.resize(bytesOf(kFrameWidth, kFrameHeight));
@@ -159,20 +190,12 @@ void Scaler::render(AVFrame& picture, double pixelAspect, int turns, std::vector
     }
     const int width = sideways ? plan.height : plan.width;
     const int height = sideways ? plan.width : plan.height;
-    if (!formatHasAlpha(picture)) {
-        convert(picture, width, height, scaled_);
+    if (options_.nearest) {
+        scaleNearest(picture, width, height);
+    } else if (formatHasAlpha(picture)) {
+        scaleSeeThrough(picture, width, height);
     } else {
-        const bool sameSize = picture.width == width && picture.height == height;
-        convert(picture, picture.width, picture.height, sameSize ? scaled_ : image_);
-        if (!sameSize) {
-            multiplyByAlpha(image_.rgba);
-            scaleImage(image_, width, height, scaled_);
-        } else if (!options_.alpha) {
-            multiplyByAlpha(scaled_.rgba);
-        }
-        if (!sameSize && options_.alpha) {
-            divideByAlpha(scaled_.rgba);
-        }
+        convert(picture, width, height, scaled_);
     }
     place(scaled_, turns, plan, rgba);
 }

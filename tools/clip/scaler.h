@@ -24,7 +24,8 @@ struct FreeScaler {
 
 struct ScalerOptions {
     Fit fit = Fit::COVER;
-    bool alpha = false;  // keep alpha and make bars transparent; else everything lies over black
+    bool alpha = false;    // keep alpha and make bars transparent; else everything lies over black
+    bool nearest = false;  // every pixel of the frame is a pixel of the source, unmixed
 };
 
 class Scaler {
@@ -54,6 +55,8 @@ private:
 
     void convert(const AVFrame& picture, int width, int height, Image& to);
     void scaleImage(const Image& from, int width, int height, Image& to);
+    void scaleSeeThrough(const AVFrame& picture, int width, int height);
+    void scaleNearest(const AVFrame& picture, int width, int height);
     static void prepare(ContextPtr& context, int width, int height, AVPixelFormat format,
                         const Image& to);
     void place(const Image& image, int turns, const FitPlan& plan, std::vector<uint8_t>& rgba);

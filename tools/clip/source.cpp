@@ -1,8 +1,8 @@
 #include "tools/clip/source.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "clip/format.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/interrupt.h"
 
@@ -11,46 +11,26 @@ namespace maker {
 namespace {
 
 int frameLimit(const SourceOptions& options) {
-    return options.duration > 0 ? framesFor(options.duration, options.fps, clip::kMaxFrames)
-                                : clip::kMaxFrames;
+    return options.duration > 0 ? framesFor(options.duration, options.fps, options.limit)
+                                : options.limit;
 }
 
-// Whether anything in the asked part of the source is transparent. Formats with alpha often use
-// none of it, and the clip's header tells before the first block. The first picture decides for
-// sources that cannot be transparent at all.
-bool findTransparency(const SourceOptions& options) {
-    if (!options.alpha) {
-        return false;
-    }
-    Decoder decoder(options.path, options.start);
-    Scaler scaler({options.fit, true});
-    const double end = options.start + static_cast<double>(frameLimit(options)) / options.fps;
-    TimedFrame frame;
-    while (decoder.next(frame) && frame.time < end) {
-        stopIfInterrupted();
-        if (!formatHasAlpha(*frame.picture)) {
-            return false;
-        }
-        const bool shown = frame.time + frame.duration > options.start;
-        if (shown && scaler.seesThrough(*frame.picture)) {
-            return true;
-        }
-    }
-    return false;
+double pictureFps(const SourceOptions& options) {
+    return options.pictureFps > 0 ? options.pictureFps : options.fps;
 }
 
 }  // namespace
 
 VideoSource::VideoSource(const SourceOptions& options)
     : options_(options),
-      alpha_(findTransparency(options)),
-      decoder_(options.path, options.start),
-      scaler_({options.fit, alpha_}),
+      decoder_({options.path, options.start, pictureFps(options), options.threads}),
+      scaler_({options.fit, options.alpha, options.nearest || options.fit == Fit::WHOLE}),
       pacer_(options.fps, frameLimit(options)) {
     more_ = decoder_.next(upcoming_);
     if (!more_) {
         throw ToolError("cannot read " + options.path + ": no picture could be decoded");
     }
+    canSeeThrough_ = formatHasAlpha(*upcoming_.picture);
 }
 
 int VideoSource::expectedFrames() const {
@@ -74,24 +54,36 @@ bool VideoSource::advance() {
         // One single picture: its own duration means nothing.
         until = options_.start + (options_.duration > 0 ? options_.duration : 1 / options_.fps);
     }
-    pending_ = pacer_.due(until - options_.start);
+    until_ = std::max(until - options_.start, 0.0);
+    pending_ = pacer_.due(until_);
     return true;
 }
 
-bool VideoSource::next(std::vector<uint8_t>& rgba) {
+bool VideoSource::step() {
     while (pending_ == 0) {
         if (!advance()) {
             return false;
         }
     }
     --pending_;
+    return true;
+}
+
+bool VideoSource::goesOn() const {
+    return more_ || framesFor(until_, options_.fps, kNoLimit) > frameLimit(options_);
+}
+
+const std::vector<uint8_t>& VideoSource::picture() {
     if (!drawn_) {
         AVFrame& picture = *current_.picture;
         scaler_.render(picture, decoder_.pixelAspect(&picture), decoder_.turns(), picture_);
         drawn_ = true;
     }
-    rgba = picture_;
-    return true;
+    return picture_;
+}
+
+bool VideoSource::seesThrough() {
+    return !drawn_ && scaler_.seesThrough(*current_.picture);
 }
 
 }  // namespace maker

@@ -1,0 +1,61 @@
+#pragma once
+// The real velmora-clip, run in the shell, and the files that it finds and leaves.
+//
+// Every test works in an empty folder of its own, below the one that takes the tool's output.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "support/folder.h"
+
+namespace fs = std::filesystem;
+
+inline const std::string kTool = VELMORA_CLIP;
+
+inline std::string textOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+// `before` is shell text that precedes the tool's name.
+inline Outcome tool(const std::string& arguments, const std::string& before = "") {
+    const std::string line =
+        before + "'" + kTool + "' " + arguments + " >../out.txt 2>../err.txt </dev/null";
+    const int status = std::system(line.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, textOf("../out.txt"),
+            textOf("../err.txt")};
+}
+
+using Names = std::vector<std::string>;
+
+inline Names filesHere() {
+    Names names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(".")) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+class Commands : public testing::Test {
+protected:
+    Commands() {
+        fs::create_directory("work");
+        fs::current_path("work");
+    }
+    TemporaryFolder folder_;
+};

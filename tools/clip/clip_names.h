@@ -1,0 +1,39 @@
+#pragma once
+// Names of clips made from names of media files.
+//
+// A clip's name holds only lower-case letters, digits and - + _, so that it can be typed, stands in
+// the playlists file as it is, and differs from others in more than case. The mix screen writes it
+// into a box of a certain width.
+
+#include <set>
+#include <string>
+
+namespace maker {
+
+// Without folder and ending; accents are dropped. Of a pattern of numbered pictures what stands
+// before the number, or else the folder's name. Never empty.
+std::string safeName(const std::string& input);
+
+// Pixels in the panel's smaller font; the larger one takes twice as many.
+int panelWidth(const std::string& name);
+
+// What a layer's box on the mix screen has room for, in the smaller font.
+inline constexpr int kPanelRoom = 99;
+inline constexpr int kNoRoomLimit = 1 << 20;
+
+// The names in use. None is given twice, whatever the case of its letters.
+class ClipNames {
+public:
+    void take(const std::string& name);
+    bool taken(const std::string& name) const;
+
+    // The name, cut to its room, with _2, _3... behind it when it is taken; takes it. The room for
+    // `suffix` is left free. A name that ends in - and a number, as those of split clips do, gets _
+    // in the place of the -.
+    std::string give(const std::string& name, int room, const std::string& suffix = "");
+
+private:
+    std::set<std::string> names_;
+};
+
+}  // namespace maker

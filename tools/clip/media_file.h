@@ -1,0 +1,40 @@
+#pragma once
+// A media file opened by FFmpeg, and what its container says about the video in it.
+//
+// Pipes and patterns of numbered pictures are opened like files. FFmpeg's own log is silent; what
+// cannot be opened is thrown as ToolError, and an interrupt stops opening and all later reading.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+namespace maker {
+
+// The largest pictures that are read: some hundred megabytes each while they are scaled.
+inline constexpr int kMaxPictureSide = 16384;
+inline constexpr int64_t kMaxPicturePixels = int64_t{1} << 26;
+
+struct FreeFormat {
+    void operator()(AVFormatContext* format) const { avformat_close_input(&format); }
+};
+using FormatPtr = std::unique_ptr<AVFormatContext, FreeFormat>;
+
+// `pictureFps` is the pace of an image sequence, which has no times of its own.
+FormatPtr openMedia(const std::string& path, double pictureFps);
+
+// The best video stream that is not the cover picture of a music file, and its decoder; thrown as
+// ToolError when there is none.
+AVStream* videoStream(AVFormatContext& format, const std::string& path, const AVCodec** codec);
+
+// Quarter turns clockwise that make the pictures upright.
+int quarterTurns(const AVStream& stream);
+
+// FFmpeg's words for one of its error numbers.
+std::string reasonOf(int error);
+
+}  // namespace maker
