@@ -121,6 +121,31 @@ std::string safeName(const std::string& input) {
     return name.empty() ? kFallback : name;
 }
 
+std::string latin1Of(const std::string& text) {
+    std::string latin1;
+    for (const uint32_t character : charactersOf(text)) {
+        if (character > 0xFF) {
+            return "";
+        }
+        latin1 += static_cast<char>(character);
+    }
+    return latin1;
+}
+
+std::string utf8Of(const std::string& latin1) {
+    std::string text;
+    for (const char c : latin1) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            text += c;
+        } else {
+            text += static_cast<char>(0xC0 | byte >> 6);
+            text += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+    return text;
+}
+
 int panelWidth(const std::string& name) {
     int width = 0;
     for (const char c : name) {

@@ -13,6 +13,7 @@ inline constexpr int kExitUsage = 2;
 inline constexpr int kExitInterrupted = 130;
 
 void addEncode(CLI::App& app, int& status);
+void addImport(CLI::App& app, int& status);
 void addInfo(CLI::App& app, int& status);
 void addVerify(CLI::App& app, int& status);
 void addDemo(CLI::App& app, int& status);  // only where the demo loops are part of the build

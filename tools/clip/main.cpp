@@ -19,6 +19,7 @@ int run(int argc, char** argv) {
     CLI::App app("Makes and examines clips for Velmora.", "velmora-clip");
     app.require_subcommand(1);
     maker::addEncode(app, status);
+    maker::addImport(app, status);
     maker::addInfo(app, status);
     maker::addVerify(app, status);
 #ifdef VELMORA_HAS_DEMO_LOOPS

@@ -1,0 +1,33 @@
+#pragma once
+// Clips into the program's playlists file, read and written by the program's own code.
+//
+// Works in the current directory, as the program does, which must not run meanwhile: it writes the
+// file from its memory. The other playlists stay as the program reads them. Errors are thrown as
+// ToolError; the file is then as it was.
+
+#include <string>
+#include <vector>
+
+namespace maker {
+
+// A playlist's name as the file holds it: Latin-1, of 1 to 20 characters that the program can read
+// back. Empty for any other.
+std::string playlistName(const std::string& text);
+
+struct PlaylistPart {
+    std::string name;
+    int added = 0;
+    int tracks = 0;  // in all
+};
+
+struct PlaylistChange {
+    std::vector<PlaylistPart> parts;   // the playlists that got something
+    std::vector<std::string> leftOut;  // tracks for which there was no room
+    std::string keptCopy;              // of a file that held more than the program reads of it
+};
+
+// Adds the tracks that are not there yet behind those of the playlist. A playlist holds 50; what is
+// more goes to "name 2", "name 3" and so on. There can be 50 playlists.
+PlaylistChange addToPlaylist(const std::string& name, const std::vector<std::string>& tracks);
+
+}  // namespace maker
