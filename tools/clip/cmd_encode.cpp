@@ -114,8 +114,7 @@ int encode(const EncodeCommand& command) {
         progress.finish(i);
     };
     runInOrder(inputs.size(), workers, task, [&](size_t i) {
-        progress.clear();
-        print(inputs[i], outputs[i], outcomes[i]);
+        progress.aside([&] { print(inputs[i], outputs[i], outcomes[i]); });
         status = outcomes[i].error.empty() ? status : kExitFailed;
         outcomes[i] = {};
     });

@@ -139,10 +139,9 @@ void Import::makeClips() {
         }
         progress_->finish(i);
     };
-    runInOrder(todo_.size(), workers_, task, [this](size_t i) {
-        progress_->clear();
-        print(items_[todo_[i]]);
-    });
+    runInOrder(todo_.size(), workers_, task,
+               [this](size_t i) { progress_->aside([this, i] { print(items_[todo_[i]]); }); });
+    progress_.reset();
 }
 
 // False when there was no room for all of them.

@@ -91,11 +91,16 @@ void Progress::finish(size_t clip) {
     show();
 }
 
-void Progress::clear() {
+void Progress::aside(const std::function<void()>& print) {
     const std::lock_guard lock(mutex_);
     if (shown_) {
         std::fputs("\r\033[K", stderr);
     }
+    print();
+}
+
+Progress::~Progress() {
+    aside([] {});
 }
 
 }  // namespace maker

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -27,13 +28,13 @@ std::string progressText(const ProgressState& state);
 class Progress {
 public:
     explicit Progress(size_t clips);
-    ~Progress() { clear(); }
+    ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
     void update(size_t clip, int done, int expected);
     void finish(size_t clip);
-    void clear();  // before anything else is written
+    void aside(const std::function<void()>& print);  // without the line, for other output
 
 private:
     struct Clip {
