@@ -209,7 +209,7 @@ TEST_F(Commands, Encode_PixelPresetEnlargesByWholeFactors) {
 TEST_F(Commands, Encode_QualityComesFromThePresetUnlessGiven) {
     inputs::levels("in.mkv", {1});
     const std::pair<const char*, unsigned> cases[] = {
-        {"", 85},           {"--preset graphics", 100},           {"--preset footage", 85},
+        {"", 80},           {"--preset graphics", 100},           {"--preset footage", 80},
         {"--quality 3", 3}, {"--preset graphics --quality 7", 7},
     };
     for (const auto& [options, quality] : cases) {

@@ -222,7 +222,11 @@ void Job::encodePart() {
     files_.emplace_back(output_, bytes);
     report_.clips.push_back({output_, stats.frames, bytes.size(), stats.psnr(), stats.records,
                              cost.memory, cost.seconds, ""});
-    report_.clips.back().note = noteOf(stats.frames + takenBefore);
+    std::string& note = report_.clips.back().note;
+    note = noteOf(stats.frames + takenBefore);
+    if (!stats.withinBudget) {
+        addNote(note, "the budget is too small for any picture");
+    }
 }
 
 void Job::checkEnd() {
