@@ -1,33 +1,26 @@
-// velmora-clip verify: clips against every bound of the format.
+// velmora-clip verify: clips against every bound of the format, and whether they load in time.
 
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "clip/validate.h"
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/commands.h"
+#include "tools/clip/describe.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/interrupt.h"
 
 namespace maker {
 
 namespace {
 
-std::string describe(const clip::Verdict& verdict) {
-    std::string text = verdict.message + " (offset " + std::to_string(verdict.offset);
-    if (verdict.block >= 0) {
-        text += ", block " + std::to_string(verdict.block);
-    }
-    text += ")";
-    return verdict.kind == clip::FAULT_TRAILING ? text + "; the clip plays" : text;
-}
-
 bool verify(const std::string& path) {
     try {
-        const clip::Verdict verdict = clip::validate(readWholeFile(path));
-        std::printf("%s: %s\n", path.c_str(), verdict.ok ? "ok" : describe(verdict).c_str());
-        return verdict.ok;
+        Description description;
+        describe(readWholeFile(path), description);
+        std::printf("%s: %s\n", path.c_str(), verdictText(description).c_str());
+        return description.plays();
     } catch (const ToolError& error) {
         std::fflush(stdout);
         std::fprintf(stderr, "velmora-clip: %s\n", error.what());
@@ -39,10 +32,14 @@ bool verify(const std::string& path) {
 
 void addVerify(CLI::App& app, int& status) {
     auto paths = std::make_shared<std::vector<std::string>>();
-    CLI::App* command = app.add_subcommand("verify", "check clips against every bound");
-    command->add_option("files", *paths, "clips")->required();
+    CLI::App* command = app.add_subcommand("verify", "tell whether clips play");
+    command->add_option("files", *paths, "clips")->required()->option_text("CLIP... REQUIRED");
+    command->footer(
+        "A line for each clip: \"plays\", \"plays, but loads slowly\", or what is wrong with it "
+        "and where.\nThe exit status is 0 when all play.");
     command->callback([paths, &status] {
         for (const std::string& path : *paths) {
+            stopIfInterrupted();
             if (!verify(path)) {
                 status = kExitFailed;
             }

@@ -59,6 +59,25 @@ Totals totalsOf(const Description& description) {
     return totals;
 }
 
+constexpr double kMegabyte = 1e6;
+
+std::string faultText(const clip::Verdict& verdict) {
+    const std::string place =
+        verdict.block < 0 ? "the file header" : "block " + std::to_string(verdict.block);
+    return "broken in " + place + " at offset " + std::to_string(verdict.offset) + ": " +
+           verdict.message;
+}
+
+std::string costText(const LoadCost& cost) {
+    char text[160];
+    std::snprintf(text, sizeof(text),
+                  "on stage\n"
+                  "  ready after %.1f s, after %.1f s as the first clip of a playlist\n"
+                  "  %.1f MB of memory\n",
+                  cost.seconds, cost.secondsAsFirst, static_cast<double>(cost.memory) / kMegabyte);
+    return text;
+}
+
 double rawShare(const Description& description) {
     const double raw =
         2.0 * kFrameWidth * description.header.height * description.header.frameCount;
@@ -71,15 +90,20 @@ std::string line(const char* name, size_t value) {
     return text;
 }
 
-Json jsonOf(const clip::BlockLayout& block, int alpha) {
+template <class Counts>
+Json typesOf(const Counts& counts, int alpha) {
     Json types = Json::array();
-    for (int type = 0; type < clip::typeSlots(alpha); ++type) {
-        types.push_back(block.header.typeCounts[type]);
+    for (size_t type = 0; type < static_cast<size_t>(clip::typeSlots(alpha)); ++type) {
+        types.push_back(counts[type]);
     }
+    return types;
+}
+
+Json jsonOf(const clip::BlockLayout& block, int alpha) {
     return {{"offset", block.offset},
             {"frames", block.frames},
             {"records", block.header.recordCount},
-            {"recordsByType", types},
+            {"recordsByType", typesOf(block.header.typeCounts, alpha)},
             {"bytes",
              {{"header", block.headerBytes},
               {"runs", block.runBytes},
@@ -94,8 +118,29 @@ bool describe(std::span<const uint8_t> bytes, Description& description) {
     description = {};
     description.fileBytes = bytes.size();
     description.verdict = clip::validate(bytes, &description.blocks);
+    if (description.plays()) {
+        description.cost = loadCost(description.blocks);
+    }
     return clip::readHeader(bytes, description.header) &&
            description.header.version == clip::kVersion;
+}
+
+std::string verdictText(const Description& description) {
+    if (!description.plays()) {
+        return faultText(description.verdict);
+    }
+    std::string text = "plays";
+    if (description.slow()) {
+        char slow[96];
+        std::snprintf(slow, sizeof(slow), ", but loads slowly: %.1f s (slow from %.0f s on)",
+                      description.cost.seconds, kSlowSeconds);
+        text += slow;
+    }
+    if (!description.verdict.ok) {
+        text += "; ignored: " + description.verdict.message + " (offset " +
+                std::to_string(description.verdict.offset) + ")";
+    }
+    return text;
 }
 
 std::string asText(const std::string& path, const Description& description) {
@@ -117,15 +162,15 @@ std::string asText(const std::string& path, const Description& description) {
     all += line("all", totals.records) + "bytes\n" + line("headers", totals.headerBytes) +
            line("change runs", totals.runBytes) + line("map entries", totals.mapBytes) +
            line("tile codes", totals.codeBytes) + line("tile records", totals.recordBytes);
-    if (!description.verdict.ok) {
-        all += "fault\n  " + description.verdict.message + " (offset " +
-               std::to_string(description.verdict.offset) + ")\n";
+    if (description.plays()) {
+        all += costText(description.cost);
     }
-    return all;
+    return all + "verdict\n  " + verdictText(description) + "\n";
 }
 
 std::string asJson(const std::string& path, const Description& description) {
     const clip::FileHeader& header = description.header;
+    const Totals totals = totalsOf(description);
     Json blocks = Json::array();
     for (const clip::BlockLayout& block : description.blocks) {
         blocks.push_back(jsonOf(block, header.alpha));
@@ -140,13 +185,28 @@ std::string asJson(const std::string& path, const Description& description) {
               {"frames", header.frameCount},
               {"blockCount", header.blockCount},
               {"rawShare", rawShare(description)},
+              {"records", totals.records},
+              {"recordsByType", typesOf(totals.byType, header.alpha != 0 ? 1 : 0)},
+              {"sectionBytes",
+               {{"header", totals.headerBytes},
+                {"runs", totals.runBytes},
+                {"map", totals.mapBytes},
+                {"codes", totals.codeBytes},
+                {"records", totals.recordBytes}}},
               {"ok", description.verdict.ok},
+              {"plays", description.plays()},
               {"blocks", blocks}};
+    if (description.plays()) {
+        json["loadSeconds"] = description.cost.seconds;
+        json["loadSecondsAsFirst"] = description.cost.secondsAsFirst;
+        json["loadsSlowly"] = description.slow();
+        json["memory"] = description.cost.memory;
+    }
     if (!description.verdict.ok) {
         json["fault"] = {{"message", description.verdict.message},
                          {"block", description.verdict.block},
                          {"offset", description.verdict.offset},
-                         {"plays", description.verdict.kind == clip::FAULT_TRAILING}};
+                         {"plays", description.plays()}};
     }
     // A file name need not be UTF-8.
     return json.dump(2, ' ', false, Json::error_handler_t::replace);

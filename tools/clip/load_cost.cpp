@@ -10,7 +10,6 @@ namespace {
 
 constexpr int kStepRecords = 2000;
 constexpr int kFirstClipStepRecords = 65000;
-constexpr double kStepSeconds = 0.039;
 constexpr int kOtherSteps = 3;  // headers, the first block's maps, the frame maps
 
 int stepsFor(std::span<const clip::BlockLayout> blocks, int stepRecords) {
@@ -21,12 +20,20 @@ int stepsFor(std::span<const clip::BlockLayout> blocks, int stepRecords) {
     return steps;
 }
 
-size_t memoryOf(const clip::BlockLayout& block, size_t tiles) {
+// A block's buffers. The file announces room; the program never takes more of it than the block's
+// frames and records can need.
+size_t memoryOf(const clip::BlockLayout& block) {
     const size_t frames = static_cast<size_t>(block.frames);
-    const size_t runRoom = std::min(size_t{clip::kMaxRunBytes}, frames * tiles);
-    return size_t{clip::kPaletteBytes} + size_t{4} * block.header.mapWords + runRoom +
-           block.codeBytes + size_t{4} * block.header.recordWords + clip::kMaxRecordBytes +
-           sizeof(uint32_t) * block.header.recordCount +
+    const size_t records = block.header.recordCount;
+    const size_t codeWords = block.codeBytes / sizeof(uint16_t);
+    const size_t tiles = codeWords / frames * clip::kCodesPerWord;
+    const size_t entries =
+        std::min(size_t{2} * block.header.mapWords, frames * (tiles + clip::kMaxRunLength));
+    const size_t runs = std::min(size_t{clip::kMaxRunBytes}, frames * tiles);
+    const size_t recordRoom =
+        std::min(size_t{4} * block.header.recordWords, records * clip::kMaxRecordBytes);
+    return clip::kPaletteBytes + entries * sizeof(uint16_t) + runs + block.codeBytes + recordRoom +
+           clip::kMaxRecordBytes + records * sizeof(uint32_t) +
            clip::kMaxTypeSlots * (sizeof(uint16_t) + sizeof(uint32_t));
 }
 
@@ -36,14 +43,17 @@ LoadCost loadCost(std::span<const clip::BlockLayout> blocks) {
     LoadCost cost;
     cost.steps = stepsFor(blocks, kStepRecords);
     cost.seconds = kStepSeconds * cost.steps;
-    cost.secondsAsFirst = kStepSeconds * stepsFor(blocks, kFirstClipStepRecords);
-    cost.memory = sizeof(c_moxel);
+    cost.stepsAsFirst = stepsFor(blocks, kFirstClipStepRecords);
+    cost.secondsAsFirst = kStepSeconds * cost.stepsAsFirst;
+    cost.memory = slotBytes();
     for (const clip::BlockLayout& block : blocks) {
-        const size_t tiles =
-            block.codeBytes / 2 / static_cast<size_t>(block.frames) * clip::kCodesPerWord;
-        cost.memory += memoryOf(block, tiles);
+        cost.memory += memoryOf(block);
     }
     return cost;
+}
+
+size_t slotBytes() {
+    return sizeof(c_moxel);
 }
 
 }  // namespace maker
