@@ -22,6 +22,7 @@ int run(int argc, char** argv) {
     maker::addImport(app, status);
     maker::addInfo(app, status);
     maker::addVerify(app, status);
+    maker::addCheck(app, status);
 #ifdef VELMORA_HAS_DEMO_LOOPS
     maker::addDemo(app, status);
 #endif

@@ -1,0 +1,50 @@
+// check on the command line.
+#include <nlohmann/json.hpp>
+
+#include "clip_tool/tool.h"
+
+namespace {
+
+class CheckCommand : public Commands {};
+
+void makeSet(const fs::path& folder, const std::string& tracks) {
+    fs::create_directories(folder / "videos");
+    fs::create_directories(folder / "userdata");
+    fs::copy_file(TEST_DATA "/clips/flat-200.m19", folder / "videos/flat.m19");
+    std::ofstream(folder / "userdata/playlists.xml")
+        << "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n\t<playlist>\n"
+           "\t\t<name>set</name>\n"
+        << tracks << "\t</playlist>\n</all>\n";
+}
+
+TEST_F(CheckCommand, GoodSet_EndsWithZero) {
+    makeSet(".", "\t\t<track>flat.m19</track>\n");
+    const Outcome outcome = tool("check");
+    EXPECT_EQ(outcome.status, 0) << outcome.out;
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_NE(outcome.out.find("No problems"), std::string::npos) << outcome.out;
+}
+
+TEST_F(CheckCommand, MissingClip_EndsWithOne) {
+    makeSet("my set", "\t\t<track>flat.m19</track>\n\t\t<track>gone.m19</track>\n");
+    const Outcome text = tool("check 'my set'");
+    EXPECT_EQ(text.status, 1);
+    EXPECT_NE(text.out.find("Problems\n  set: 'gone.m19' is missing\n"), std::string::npos)
+        << text.out;
+    const Outcome json = tool("check --json 'my set'");
+    EXPECT_EQ(json.status, 1);
+    const nlohmann::json report = nlohmann::json::parse(json.out);
+    EXPECT_EQ(report.at("ok"), false);
+    EXPECT_EQ(report.at("problems").at(0).at("where"), "set");
+    EXPECT_EQ(report.at("playlists").at(0).at("ready"), 1);
+}
+
+TEST_F(CheckCommand, NoFolder_IsOneLine) {
+    const Outcome outcome = tool("check nowhere");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "velmora-clip: cannot check nowhere: it is no folder\n");
+    EXPECT_EQ(tool("check a b").status, 2);
+    EXPECT_EQ(tool("check --help").status, 0);
+}
+
+}  // namespace
