@@ -18,6 +18,7 @@ void addInfo(CLI::App& app, int& status);
 void addVerify(CLI::App& app, int& status);
 void addCheck(CLI::App& app, int& status);
 void addExport(CLI::App& app, int& status);
+void addDiff(CLI::App& app, int& status);
 void addDemo(CLI::App& app, int& status);  // only where the demo loops are part of the build
 
 }  // namespace maker

@@ -24,6 +24,7 @@ int run(int argc, char** argv) {
     maker::addVerify(app, status);
     maker::addCheck(app, status);
     maker::addExport(app, status);
+    maker::addDiff(app, status);
 #ifdef VELMORA_HAS_DEMO_LOOPS
     maker::addDemo(app, status);
 #endif

@@ -1,0 +1,91 @@
+// diff on the command line.
+#include <nlohmann/json.hpp>
+
+#include "clip_tool/media.h"
+#include "clip_tool/tool.h"
+
+namespace {
+
+class DiffCommand : public Commands {
+protected:
+    // Grey that rises by 8 a frame; every second level of grey 8 f is exact in 5 and 6 bits.
+    void makeVideo(const std::string& path, int frames, int more = 0) {
+        media::Recipe recipe;
+        recipe.path = path;
+        recipe.frames = frames;
+        recipe.fill = [more](int frame, AVFrame& picture) {
+            const auto level = static_cast<uint8_t>(8 * frame + more);
+            media::fillBytes(picture, level, level, level, 0);
+        };
+        media::write(recipe);
+    }
+};
+
+const std::string kClip = std::string("'") + TEST_DATA + "/clips/rgb-all-360.m19'";
+
+TEST_F(DiffCommand, ClipAgainstItself_IsExact) {
+    const Outcome outcome = tool("diff " + kClip + " " + kClip + " --brief");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find(" frames: PSNR exact, SSIM 1.0000, worst frame 0 with exact\n"),
+              std::string::npos)
+        << outcome.out;
+}
+
+// White on stage is white, and the source is 3 levels darker in every channel: error 9.
+TEST_F(DiffCommand, KnownError_IsTold) {
+    makeVideo("white.mkv", 1, 255);
+    makeVideo("grey.mkv", 1, 252);
+    EXPECT_EQ(tool("encode white.mkv -o white.m19 --quality 100").status, 0);
+    const Outcome text = tool("diff white.m19 grey.mkv");
+    EXPECT_EQ(text.status, 0) << text.err;
+    // 10 log10(255^2 / 9) = 38.588; SSIM (2 x 255 x 252 + c) / (255^2 + 252^2 + c), c = 6.5025.
+    EXPECT_EQ(text.out,
+              "frame       PSNR    SSIM\n"
+              "    0   38.59 dB  0.9999\n"
+              "1 frames: PSNR 38.59 dB, SSIM 0.9999, worst frame 0 with 38.59 dB\n");
+    const nlohmann::json json = nlohmann::json::parse(tool("diff --json white.m19 grey.mkv").out);
+    EXPECT_NEAR(json.at("psnr").get<double>(), 38.588, 1e-3);
+    EXPECT_EQ(json.at("byFrame").size(), 1u);
+    EXPECT_EQ(json.at("worstFrame"), 0);
+    EXPECT_FALSE(json.contains("alphaPsnr"));
+}
+
+TEST_F(DiffCommand, SourceOptions_FindTheSameFrames) {
+    makeVideo("in.mkv", 25);
+    EXPECT_EQ(
+        tool("encode in.mkv -o a.m19 --quality 100 --start 0.4 --fps 10 --duration 0.5").status, 0);
+    const nlohmann::json right =
+        nlohmann::json::parse(tool("diff --json a.m19 in.mkv --start 0.4 --fps 10").out);
+    EXPECT_EQ(right.at("frames"), 5);
+    EXPECT_GT(right.at("psnr").get<double>(), 38);
+    const nlohmann::json wrong = nlohmann::json::parse(tool("diff --json a.m19 in.mkv").out);
+    EXPECT_LT(wrong.at("psnr").get<double>(), 20);
+}
+
+TEST_F(DiffCommand, SourceThatEndsEarly_IsWarnedOf) {
+    makeVideo("long.mkv", 10);
+    makeVideo("short.mkv", 4);
+    EXPECT_EQ(tool("encode long.mkv -o a.m19 --fps 25 --quality 100").status, 0);
+    const Outcome outcome = tool("diff a.m19 short.mkv --fps 25 --brief");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "velmora-clip: warning: short.mkv ends after 4 frames, a.m19 goes on\n");
+    EXPECT_EQ(outcome.out.rfind("4 frames: ", 0), 0u) << outcome.out;
+}
+
+TEST_F(DiffCommand, Failures_AreOneLine) {
+    std::ofstream("text.m19") << "hello";
+    const std::string low = std::string("'") + TEST_DATA + "/clips/flat-200.m19'";
+    for (const std::string& arguments :
+         std::vector<std::string>{"diff no.m19 " + kClip, "diff " + kClip + " no.mkv",
+                                  "diff text.m19 " + kClip, "diff " + kClip + " " + low}) {
+        const Outcome outcome = tool(arguments);
+        EXPECT_EQ(outcome.status, 1) << arguments;
+        EXPECT_EQ(outcome.err.rfind("velmora-clip: ", 0), 0u) << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+    EXPECT_EQ(tool("diff " + kClip).status, 2);
+    EXPECT_EQ(tool("diff " + kClip + " " + kClip + " --fit wide").status, 2);
+    EXPECT_EQ(tool("diff --help").status, 0);
+}
+
+}  // namespace

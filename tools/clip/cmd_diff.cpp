@@ -1,0 +1,157 @@
+// velmora-clip diff: how near a clip comes to its source.
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "common/limits.h"
+#include "tools/clip/commands.h"
+#include "tools/clip/compare.h"
+#include "tools/clip/errors.h"
+#include "tools/clip/feed.h"
+#include "tools/clip/interrupt.h"
+
+namespace maker {
+
+namespace {
+
+struct DiffOptions {
+    SourceOptions clip;
+    SourceOptions source;
+    std::string fit = "cover";
+    bool json = false;
+    bool brief = false;
+};
+
+Fit fitOf(const std::string& name) {
+    return name == "contain" ? Fit::CONTAIN : name == "stretch" ? Fit::STRETCH : Fit::COVER;
+}
+
+Comparison compare(const DiffOptions& options) {
+    Feed shown = openStageFeed(options.clip);
+    SourceOptions sourceOptions = options.source;
+    sourceOptions.alpha = shown.alpha;  // without alpha, a clip shows its source over black
+    Feed source = openFeed(sourceOptions);
+    if (shown.height != source.height) {
+        throw ToolError("cannot compare " + std::to_string(shown.height) + " lines with " +
+                        std::to_string(source.height));
+    }
+    Comparison comparison;
+    comparison.alpha = shown.alpha;
+    std::vector<uint8_t> a;
+    std::vector<uint8_t> b;
+    bool more = shown.next(a);
+    while (more && source.next(b)) {
+        stopIfInterrupted();
+        comparison.frames.push_back({colourError(a, b), alphaError(a, b), ssim(a, b, kFrameWidth)});
+        more = shown.next(a);
+    }
+    if (comparison.frames.empty()) {
+        throw ToolError("there is no frame to compare");
+    }
+    if (more) {
+        std::fprintf(stderr, "velmora-clip: warning: %s ends after %zu frames, %s goes on\n",
+                     options.source.path.c_str(), comparison.frames.size(),
+                     options.clip.path.c_str());
+    }
+    return comparison;
+}
+
+std::string decibels(double psnr) {
+    if (std::isinf(psnr)) {
+        return "exact";
+    }
+    char text[32];
+    std::snprintf(text, sizeof(text), "%.2f dB", psnr);
+    return text;
+}
+
+void printText(const Comparison& comparison, bool brief) {
+    if (!brief) {
+        std::puts("frame       PSNR    SSIM");
+        for (size_t i = 0; i < comparison.frames.size(); ++i) {
+            const FrameScore& frame = comparison.frames[i];
+            std::printf("%5zu %10s  %.4f\n", i, decibels(psnrOf(frame.colourError)).c_str(),
+                        frame.ssim);
+        }
+    }
+    const int worst = comparison.worstFrame();
+    std::printf(
+        "%zu frames: PSNR %s, SSIM %.4f, worst frame %d with %s\n", comparison.frames.size(),
+        decibels(comparison.psnr()).c_str(), comparison.meanSsim(), worst,
+        decibels(psnrOf(comparison.frames[static_cast<size_t>(worst)].colourError)).c_str());
+    if (comparison.alpha) {
+        std::printf("alpha: PSNR %s\n", decibels(comparison.alphaPsnr()).c_str());
+    }
+}
+
+using Json = nlohmann::ordered_json;
+
+// null stands for no error at all.
+Json psnrJson(double psnr) {
+    return std::isinf(psnr) ? Json() : Json(psnr);
+}
+
+void printJson(const Comparison& comparison) {
+    Json frames = Json::array();
+    for (const FrameScore& frame : comparison.frames) {
+        frames.push_back({{"psnr", psnrJson(psnrOf(frame.colourError))}, {"ssim", frame.ssim}});
+        if (comparison.alpha) {
+            frames.back()["alphaPsnr"] = psnrJson(psnrOf(frame.alphaError));
+        }
+    }
+    Json json{{"frames", comparison.frames.size()},
+              {"psnr", psnrJson(comparison.psnr())},
+              {"ssim", comparison.meanSsim()},
+              {"worstFrame", comparison.worstFrame()}};
+    if (comparison.alpha) {
+        json["alphaPsnr"] = psnrJson(comparison.alphaPsnr());
+    }
+    json["byFrame"] = std::move(frames);
+    std::puts(json.dump(2).c_str());
+}
+
+}  // namespace
+
+void addDiff(CLI::App& app, int& status) {
+    constexpr double kLongest = 1e6;  // seconds
+    auto options = std::make_shared<DiffOptions>();
+    CLI::App* command = app.add_subcommand("diff", "tell how near a clip comes to its source");
+    command->add_option("clip", options->clip.path, "the clip, or a video to be judged as one")
+        ->required()
+        ->option_text("CLIP REQUIRED");
+    command->add_option("source", options->source.path, "video, image or clip to compare with")
+        ->required()
+        ->option_text("SOURCE REQUIRED");
+    command->add_option("--start", options->source.start, "begin at this second of the source")
+        ->check(CLI::Range(0.0, kLongest))
+        ->option_text("SECONDS");
+    command
+        ->add_option("--fps", options->source.fps,
+                     "frames a second of the clip (default 25.6, the stage's pace)")
+        ->check(CLI::Range(0.01, 1000.0))
+        ->option_text("RATE");
+    command->add_option("--fit", options->fit, "how the source was fitted (default cover)")
+        ->check(CLI::IsMember({"cover", "contain", "stretch"}))
+        ->option_text("cover|contain|stretch");
+    command->add_flag("--brief", options->brief, "only the line for the whole clip");
+    command->add_flag("--json", options->json, "as a JSON object");
+    command->footer(
+        "PSNR is that of the colours on stage, red, green and blue from 0 to 255, against the\n"
+        "source at 640 x 360 before rounding to 16 bits. SSIM is that of the luma, 1 at best.\n"
+        "Give the options that the clip was encoded with.");
+    command->callback([options, &status] {
+        options->source.fit = fitOf(options->fit);
+        const Comparison comparison = compare(*options);
+        if (options->json) {
+            printJson(comparison);
+        } else {
+            printText(comparison, options->brief);
+        }
+        status = kExitOk;
+    });
+}
+
+}  // namespace maker
