@@ -9,6 +9,7 @@
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/check_files.h"
 #include "tools/clip/check_names.h"
+#include "tools/clip/clip_files.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/interrupt.h"
 #include "tools/clip/names.h"
@@ -34,25 +35,6 @@ std::string oneDecimal(double value) {
     char text[32];
     std::snprintf(text, sizeof(text), "%.1f", value);
     return text;
-}
-
-// Every file below videos/ with a clip's name, by its path from there.
-std::vector<std::string> clipsBelow(const fs::path& videos) {
-    std::vector<std::string> paths;
-    std::error_code error;
-    fs::recursive_directory_iterator entry(videos,
-                                           fs::directory_options::follow_directory_symlink |
-                                               fs::directory_options::skip_permission_denied,
-                                           error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        stopIfInterrupted();
-        std::error_code ignored;
-        if (entry->is_regular_file(ignored) && clip::isClipName(entry->path().filename())) {
-            paths.push_back(entry->path().lexically_relative(videos).string());
-        }
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
 }
 
 class SetChecker {

@@ -17,6 +17,7 @@ void addImport(CLI::App& app, int& status);
 void addInfo(CLI::App& app, int& status);
 void addVerify(CLI::App& app, int& status);
 void addCheck(CLI::App& app, int& status);
+void addSheet(CLI::App& app, int& status);
 void addExport(CLI::App& app, int& status);
 void addDiff(CLI::App& app, int& status);
 void addDemo(CLI::App& app, int& status);  // only where the demo loops are part of the build

@@ -23,6 +23,7 @@ int run(int argc, char** argv) {
     maker::addInfo(app, status);
     maker::addVerify(app, status);
     maker::addCheck(app, status);
+    maker::addSheet(app, status);
     maker::addExport(app, status);
     maker::addDiff(app, status);
 #ifdef VELMORA_HAS_DEMO_LOOPS

@@ -1,0 +1,107 @@
+// velmora-clip sheet: contact sheets of clips.
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tools/clip/atomic_file.h"
+#include "tools/clip/clip_files.h"
+#include "tools/clip/commands.h"
+#include "tools/clip/errors.h"
+#include "tools/clip/movie.h"
+#include "tools/clip/sheet.h"
+
+namespace maker {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct SheetOptions {
+    std::vector<std::string> inputs;
+    std::string picture;
+    std::string page;
+};
+
+// What is shown: the name on the sheet and the path of each clip.
+using Clips = std::vector<std::pair<std::string, std::string>>;
+
+Clips clipsOf(const std::vector<std::string>& inputs) {
+    Clips clips;
+    for (const std::string& input : inputs) {
+        if (!fs::is_directory(input)) {
+            clips.emplace_back(fs::path(input).filename().string(), input);
+            continue;
+        }
+        const std::vector<std::string> found = clipsBelow(input);
+        if (found.empty()) {
+            throw ToolError("there are no clips in " + input);
+        }
+        for (const std::string& name : found) {
+            clips.emplace_back(name, (fs::path(input) / name).string());
+        }
+    }
+    return clips;
+}
+
+// The folder's name, or the clip's when there is only one.
+std::string titleOf(const std::vector<std::string>& inputs) {
+    const fs::path path = fs::absolute(inputs[0]).lexically_normal();
+    const std::string name = (path.has_filename() ? path : path.parent_path()).filename().string();
+    return inputs.size() == 1 ? name : std::to_string(inputs.size()) + " clips";
+}
+
+std::vector<SheetClip> readAll(const Clips& clips, int moments, int shrink) {
+    std::vector<SheetClip> read;
+    for (const auto& [name, path] : clips) {
+        read.push_back(readSheetClip(name, path, moments, shrink));
+    }
+    return read;
+}
+
+void report(const std::string& path, size_t clips, size_t bytes) {
+    std::printf("%s: %zu clip%s, %zu bytes\n", path.c_str(), clips, clips == 1 ? "" : "s", bytes);
+}
+
+void makeSheets(const SheetOptions& options) {
+    const Clips clips = clipsOf(options.inputs);
+    const std::string title = titleOf(options.inputs);
+    if (!options.picture.empty()) {
+        const std::vector<uint8_t> file =
+            pictureFile(kPng, drawSheet(title, readAll(clips, kSheetMoments, kSheetShrink)), false);
+        writeWholeFile(options.picture, file);
+        report(options.picture, clips.size(), file.size());
+    }
+    if (!options.page.empty()) {
+        const std::string page = sheetPage(title, readAll(clips, kPageMoments, kPageShrink));
+        writeWholeFile(options.page, {reinterpret_cast<const uint8_t*>(page.data()), page.size()});
+        report(options.page, clips.size(), page.size());
+    }
+}
+
+}  // namespace
+
+void addSheet(CLI::App& app, int& status) {
+    auto options = std::make_shared<SheetOptions>();
+    CLI::App* command = app.add_subcommand("sheet", "make a contact sheet of clips");
+    command->add_option("inputs", options->inputs, "clips, or a folder of them")
+        ->required()
+        ->option_text("CLIP|FOLDER... REQUIRED");
+    CLI::Option_group* outputs = command->add_option_group("outputs");
+    outputs->add_option("-o,--output", options->picture, "the sheet as a PNG picture")
+        ->option_text("FILE.png");
+    outputs
+        ->add_option("--html", options->page,
+                     "the sheet as a web page with moving pictures, in one file")
+        ->option_text("FILE.html");
+    outputs->require_option(1, 2);
+    command->callback([options, &status] {
+        makeSheets(*options);
+        status = kExitOk;
+    });
+}
+
+}  // namespace maker
