@@ -9,6 +9,7 @@
 #include "tools/clip/commands.h"
 #include "tools/clip/describe.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/interrupt.h"
 
 namespace maker {
 
@@ -37,6 +38,7 @@ int info(const InfoOptions& options) {
     int status = kExitOk;
     const char* before = options.json ? "[\n" : "";
     for (const std::string& path : options.paths) {
+        stopIfInterrupted();
         const std::string text = infoOf(path, options.json);
         if (text.empty()) {
             status = kExitFailed;
@@ -56,7 +58,9 @@ int info(const InfoOptions& options) {
 void addInfo(CLI::App& app, int& status) {
     auto options = std::make_shared<InfoOptions>();
     CLI::App* command = app.add_subcommand("info", "tell what clips hold");
-    command->add_option("files", options->paths, "clips")->required();
+    command->add_option("files", options->paths, "clips")
+        ->required()
+        ->option_text("CLIP... REQUIRED");
     command->add_flag("--json", options->json, "as a JSON array of one object a clip");
     command->callback([options, &status] { status = info(*options); });
 }

@@ -90,15 +90,17 @@ void addSheet(CLI::App& app, int& status) {
     command->add_option("inputs", options->inputs, "clips, or a folder of them")
         ->required()
         ->option_text("CLIP|FOLDER... REQUIRED");
-    CLI::Option_group* outputs = command->add_option_group("outputs");
-    outputs->add_option("-o,--output", options->picture, "the sheet as a PNG picture")
+    command->add_option("-o,--output", options->picture, "the sheet as a PNG picture")
         ->option_text("FILE.png");
-    outputs
+    command
         ->add_option("--html", options->page,
                      "the sheet as a web page with moving pictures, in one file")
         ->option_text("FILE.html");
-    outputs->require_option(1, 2);
+    command->footer("At least one of --output and --html is needed.");
     command->callback([options, &status] {
+        if (options->picture.empty() && options->page.empty()) {
+            throw CLI::RequiredError("--output or --html");
+        }
         makeSheets(*options);
         status = kExitOk;
     });
