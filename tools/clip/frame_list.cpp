@@ -1,7 +1,9 @@
 #include "tools/clip/frame_list.h"
 
+#include <charconv>
 #include <numeric>
-#include <regex>
+#include <optional>
+#include <string_view>
 
 #include "tools/clip/errors.h"
 
@@ -9,20 +11,55 @@ namespace maker {
 
 namespace {
 
-int numberIn(const std::string& digits, int count) {
-    const int number = std::stoi(digits);
-    if (number >= count) {
-        throw ToolError("there is no frame " + digits + ": the clip's last one is " +
+struct Range {
+    int first;
+    int last;
+};
+
+// Takes a number from the front of the text.
+bool takeNumber(std::string_view& text, int& number) {
+    const char* end = text.data() + text.size();
+    const auto [next, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || number < 0) {
+        return false;
+    }
+    text.remove_prefix(static_cast<size_t>(next - text.data()));
+    return true;
+}
+
+bool takeMark(std::string_view& text, char mark) {
+    const bool found = !text.empty() && text[0] == mark;
+    text.remove_prefix(found ? 1 : 0);
+    return found;
+}
+
+std::optional<std::vector<Range>> rangesOf(std::string_view text) {
+    std::vector<Range> ranges;
+    do {
+        Range range{};
+        if (!takeNumber(text, range.first)) {
+            return std::nullopt;
+        }
+        range.last = range.first;
+        if (takeMark(text, '-') && !takeNumber(text, range.last)) {
+            return std::nullopt;
+        }
+        ranges.push_back(range);
+    } while (takeMark(text, ','));
+    return text.empty() ? std::optional(ranges) : std::nullopt;
+}
+
+void checkFrame(int frame, int count) {
+    if (frame >= count) {
+        throw ToolError("there is no frame " + std::to_string(frame) + ": the clip's last one is " +
                         std::to_string(count - 1));
     }
-    return number;
 }
 
 }  // namespace
 
 bool isFrameList(const std::string& text) {
-    static const std::regex form("\\d{1,6}(-\\d{1,6})?(,\\d{1,6}(-\\d{1,6})?)*");
-    return std::regex_match(text, form);
+    return rangesOf(text).has_value();
 }
 
 std::vector<int> framesOf(const std::string& text, int count) {
@@ -32,12 +69,15 @@ std::vector<int> framesOf(const std::string& text, int count) {
         std::iota(frames.begin(), frames.end(), 0);
         return frames;
     }
-    static const std::regex part("(\\d+)(?:-(\\d+))?");
-    for (std::sregex_iterator match(text.begin(), text.end(), part), end; match != end; ++match) {
-        const int first = numberIn((*match)[1], count);
-        const int last = (*match)[2].matched ? numberIn((*match)[2], count) : first;
-        const int step = first <= last ? 1 : -1;
-        for (int frame = first; frame != last + step; frame += step) {
+    const std::optional<std::vector<Range>> ranges = rangesOf(text);
+    if (!ranges) {
+        throw ToolError("frames are named like 0,5,10-20, not " + text);
+    }
+    for (const Range& range : *ranges) {
+        checkFrame(range.first, count);
+        checkFrame(range.last, count);
+        const int step = range.first <= range.last ? 1 : -1;
+        for (int frame = range.first; frame != range.last + step; frame += step) {
             frames.push_back(frame);
         }
     }
