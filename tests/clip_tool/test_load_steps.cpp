@@ -1,8 +1,13 @@
 // The foretold loading steps against the program's own loader.
 #include <gtest/gtest.h>
 
+#include <fstream>
+
+#include "core/all.h"
+#include "playlists/playlist.h"
 #include "tests/vectors/clip_stage.h"
 #include "tools/clip/atomic_file.h"
+#include "tools/clip/check_set.h"
 #include "tools/clip/describe.h"
 
 namespace {
@@ -40,6 +45,61 @@ TEST(LoadSteps, EveryTestClip_LoadsInTheStepsForetold) {
         ++compared;
     }
     EXPECT_EQ(compared, 12);
+}
+
+// The objects that the program's loader of playlists works on.
+class LoaderStage {
+public:
+    LoaderStage() : stage_(fs::path(TEST_DATA)), slots_(kClipSlots) {
+        all = &state_;
+        moxel = slots_.data();
+        playlist = &list_;
+        list_.initPlaylist();
+    }
+    ~LoaderStage() {
+        list_.clearMix();
+        delete list_.previewClip;
+        all = nullptr;
+        moxel = nullptr;
+        playlist = nullptr;
+    }
+    LoaderStage(const LoaderStage&) = delete;
+    LoaderStage& operator=(const LoaderStage&) = delete;
+
+private:
+    ClipStage stage_;  // ./videos is the folder of the test data
+    c_all state_{};
+    std::vector<c_moxel> slots_;
+    c_playlist list_{};
+};
+
+// Frames until the program has loaded its first playlist; `first` gets those until one clip plays.
+int framesToLoad(int& first) {
+    playlist->lireXML();
+    playlist->initLoad(0);
+    int frames = 0;
+    for (first = 0; playlist->loading != 0; ++frames) {
+        first += playlist->loadSlot == 0 ? 1 : 0;
+        playlist->loopLoadPlaylist();
+    }
+    return frames;
+}
+
+TEST(LoadSteps, Playlist_LoadsInTheSecondsForetold) {
+    LoaderStage stage;
+    fs::create_directory("userdata");
+    std::ofstream("userdata/playlists.xml")
+        << "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n<playlist><name>a</name>"
+           "<track>clips/gone.m19</track><track>clips/rgba-all-360.m19</track>"
+           "<track>broken/version-18.m19</track><track>clips/long-256.m19</track>"
+           "<track>clips/gaps-64.m19</track></playlist>\n</all>\n";
+    const maker::SetReport report = maker::checkSet(".");
+    ASSERT_EQ(report.playlists.size(), 1u);
+    int first = 0;
+    const int frames = framesToLoad(first);
+    EXPECT_EQ(playlist->loadSlot, report.playlists[0].ready);
+    EXPECT_NEAR(report.playlists[0].seconds, frames * maker::kStepSeconds, 1e-9);
+    EXPECT_NEAR(report.playlists[0].firstSeconds, first * maker::kStepSeconds, 1e-9);
 }
 
 }  // namespace
