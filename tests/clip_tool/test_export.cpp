@@ -93,7 +93,7 @@ struct Read {
 
 Read readBack(const std::string& path) {
     Read read;
-    maker::Decoder decoder(path, 0);
+    maker::Decoder decoder({.path = path});
     maker::TimedFrame frame;
     while (decoder.next(frame)) {
         read.pictures.push_back(pictureOf(*frame.picture));
@@ -172,7 +172,7 @@ TEST_F(Movie, GifWithAlpha_IsOnOrOff) {
 }
 
 TEST_F(Movie, Mp4_HasEveryFrameAtTheRateAsked) {
-    maker::Decoder decoder(made(".mp4", film(false, 16), false, 10), 0);
+    maker::Decoder decoder({.path = made(".mp4", film(false, 16), false, 10)});
     maker::TimedFrame frame;
     int frames = 0;
     for (; decoder.next(frame); ++frames) {

@@ -90,10 +90,9 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings) 
         retime(plan, settings);
     }
     const bool best = settings.loop.kind == LoopKind::BEST;
-    const bool budget = settings.records > 0 || settings.bytes > 0;
     const SurveyWishes wishes{
         .alpha = settings.alpha == AlphaFrom::SOURCE,
-        .length = settings.loop.kind == LoopKind::CROSSFADE || budget,
+        .length = settings.loop.kind == LoopKind::CROSSFADE,
         .pictures = best,
     };
     if (!wishes.alpha && !wishes.length && !wishes.pictures) {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "tools/clip/clip_frames.h"
+#include "tools/clip/encode_plan.h"
 #include "tools/clip/quantise.h"
 
 namespace maker {
@@ -23,25 +24,47 @@ Feed clipFeed(const std::string& path) {
             }};
 }
 
+// As encode would take the input with these options.
 Feed videoFeed(const SourceOptions& options) {
-    const auto source = std::make_shared<VideoSource>(options);
-    return {kFrameHeight, source->alpha(),
-            [source](std::vector<uint8_t>& rgba) { return source->next(rgba); }};
+    EncodeSettings settings;
+    settings.start = options.start;
+    settings.duration = options.duration;
+    settings.fps = options.fps;
+    settings.fit = options.fit;
+    settings.alpha = options.alpha ? AlphaFrom::SOURCE : AlphaFrom::NONE;
+    const SourceOptions planned = planEncode(options.path, settings).source;
+    const auto source = std::make_shared<VideoSource>(planned);
+    return {kFrameHeight, planned.alpha, [source](std::vector<uint8_t>& rgba) {
+                if (!source->step()) {
+                    return false;
+                }
+                rgba = source->picture();
+                return true;
+            }};
 }
 
 bool isClip(const SourceOptions& options) {
     return std::filesystem::path(options.path).extension() == ".m19";
 }
 
-// Alpha that rounds to level 0 of 15.
-constexpr int kHidden = 8;
-
 void blackenHidden(std::vector<uint8_t>& rgba) {
     for (size_t i = 0; i < rgba.size(); i += 4) {
-        if (rgba[i + 3] <= kHidden) {
+        if (alphaLevel(rgba[i + 3]) == 0) {
             rgba[i] = rgba[i + 1] = rgba[i + 2] = 0;
         }
     }
+}
+
+void roundAll(std::vector<uint8_t>& rgba, bool alpha) {
+    Frame frame;
+    frame.height = kFrameHeight;
+    for (size_t i = 0; i < rgba.size(); i += 4) {
+        frame.pixels.push_back(nearestColour(rgba[i], rgba[i + 1], rgba[i + 2]));
+        if (alpha) {
+            frame.alpha.push_back(alphaLevel(rgba[i + 3]));
+        }
+    }
+    toRgba(frame, rgba);
 }
 
 }  // namespace
@@ -69,9 +92,7 @@ Feed openStageFeed(const SourceOptions& options) {
         if (!next(rgba)) {
             return false;
         }
-        Frame frame;
-        quantise(rgba.data(), kFrameHeight, {.alpha = alpha, .dither = false}, frame);
-        toRgba(frame, rgba);
+        roundAll(rgba, alpha);
         return true;
     };
     return feed;

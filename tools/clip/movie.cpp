@@ -11,6 +11,7 @@ extern "C" {
 
 #include "tools/clip/errors.h"
 #include "tools/clip/interrupt.h"
+#include "tools/clip/media_file.h"
 
 namespace maker {
 
@@ -33,12 +34,6 @@ constexpr MovieKind kMovies[] = {
      "crf=16:colorspace=bt709:color_primaries=bt709:color_trc=bt709:color_range=tv", false, false},
 };
 // clang-format on
-
-std::string reasonOf(int error) {
-    char text[AV_ERROR_MAX_STRING_SIZE] = "";
-    av_strerror(error, text, sizeof(text));
-    return text;
-}
 
 FramePtr frameOf(const Picture& picture) {
     FramePtr frame = newFrame();
