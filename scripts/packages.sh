@@ -58,6 +58,10 @@ need_virtual_display() {
     need "screenshots" imagemagick
 }
 
+need_drawings() {
+    need "drawings of the documents" librsvg2-bin
+}
+
 need_tests() {
     need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
     need "benchmarks" libbenchmark-dev
