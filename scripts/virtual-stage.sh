@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # A virtual display with Velmora in it, driven by keys and mouse. Sourced by scripts/tour and
 # scripts/docs-pictures from the repo's folder, with `shots` naming the folder for the pictures.
 #
