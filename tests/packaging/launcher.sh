@@ -1,0 +1,293 @@
+#!/bin/sh
+# The launcher and the stage script, installed in a folder of their own around a program that does
+# what the case says.
+#
+#   launcher.sh REPOSITORY CASE
+#
+# shellcheck disable=SC2016  # what the doubles do is for them to expand
+set -eu
+repository=$1
+case_name=$2
+
+box=$(mktemp -d)
+trap 'rm -rf "$box"' EXIT
+prefix=$box/usr
+share=$prefix/share/velmora
+export HOME="$box/user"
+unset VELMORA_HOME SDL12COMPAT_USE_GAME_CONTROLLERS DISPLAY
+
+fail() {
+    echo "$case_name: $1" >&2
+    [ ! -e "$box/log" ] || sed 's/^/    it said: /' "$box/log" >&2
+    exit 1
+}
+expect() {
+    [ "$2" = "$3" ] || fail "$1 is \"$2\", not \"$3\""
+}
+content() {
+    expect "$1" "$(cat "$1" 2>&1)" "$2"
+}
+absent() {
+    [ ! -e "$1" ] || fail "$1 is there"
+}
+
+# program LINE...: what the program does.
+program() {
+    { echo '#!/bin/sh'; printf '%s\n' "$@"; } >"$prefix/lib/velmora/velmora"
+    chmod +x "$prefix/lib/velmora/velmora"
+}
+
+# instead NAME LINE...: a command that the launcher finds before the real one, until `restore`.
+instead() {
+    instead_file=$box/bin/$1
+    shift
+    { echo '#!/bin/sh'; printf '%s\n' "$@"; } >"$instead_file"
+    chmod +x "$instead_file"
+}
+restore() {
+    rm -f "$box"/bin/*
+}
+
+install_all() {
+    mkdir -p "$box/bin" "$HOME" "$prefix/bin" "$prefix/lib/velmora" \
+        "$share/data" "$share/demo" "$share/userdata"
+    cp "$repository/packaging/velmora" "$prefix/bin/"
+    cp "$repository/packaging/stage" "$prefix/lib/velmora/"
+    cp "$repository/packaging/play.sh" "$share/"
+    echo pictures >"$share/data/textureUI.png"
+    for clip in ape bee cat; do echo "demo $clip" >"$share/demo/$clip.m19"; done
+    for file in playlists prefs gamecontroller; do
+        echo "demo $file" >"$share/userdata/$file.xml"
+    done
+    program 'exit 1'
+    PATH=$box/bin:$PATH
+}
+
+# start STATUS: starts Velmora and expects that it ends so.
+start() {
+    start_status=0
+    "$prefix/bin/velmora" >"$box/log" 2>&1 || start_status=$?
+    expect "the status" "$start_status" "$1"
+}
+
+expect_whole_set() {
+    for clip in ape bee cat; do content "$1/videos/$clip.m19" "demo $clip"; done
+    for file in playlists prefs gamecontroller; do
+        content "$1/userdata/$file.xml" "demo $file"
+    done
+    content "$1/data/textureUI.png" pictures
+    expect "what is left of the copying" "$(find "$1" -name '*.first-start')" ""
+}
+
+FirstStart_GivesTheWholeSet() {
+    program 'pwd >place' 'cat data/textureUI.png videos/bee.m19 >seen' 'exit 1'
+    start 0
+    expect_whole_set "$HOME/Velmora"
+    content "$HOME/Velmora/place" "$HOME/Velmora"
+    content "$HOME/Velmora/seen" "$(printf 'pictures\ndemo bee')"
+    content "$box/log" "Velmora: copying the demo clips to $HOME/Velmora/videos (once)."
+}
+
+SecondStart_GivesOnlyWhatIsMissing() {
+    start 0
+    rm "$HOME/Velmora/videos/bee.m19" "$HOME/Velmora/userdata/prefs.xml"
+    start 0
+    absent "$HOME/Velmora/videos/bee.m19"
+    content "$HOME/Velmora/userdata/prefs.xml" "demo prefs"
+    content "$box/log" ""
+}
+
+OwnFiles_Stay() {
+    mkdir -p "$HOME/Velmora/videos" "$HOME/Velmora/userdata"
+    echo mine >"$HOME/Velmora/videos/bee.m19"
+    echo mine >"$HOME/Velmora/userdata/prefs.xml"
+    ln -s /nowhere "$HOME/Velmora/videos/cat.m19"
+    start 0
+    content "$HOME/Velmora/videos/bee.m19" mine
+    content "$HOME/Velmora/userdata/prefs.xml" mine
+    expect "the link" "$(readlink "$HOME/Velmora/videos/cat.m19")" /nowhere
+    content "$HOME/Velmora/videos/ape.m19" "demo ape"
+}
+
+OwnPlaylists_BringNoDemo() {
+    mkdir -p "$HOME/Velmora/userdata"
+    echo mine >"$HOME/Velmora/userdata/playlists.xml"
+    start 0
+    content "$HOME/Velmora/userdata/playlists.xml" mine
+    expect "the clips" "$(ls "$HOME/Velmora/videos")" ""
+    content "$HOME/Velmora/userdata/prefs.xml" "demo prefs"
+}
+
+HomeVariable_NamesTheFolder() {
+    export VELMORA_HOME="$box/my set's folder"
+    start 0
+    expect_whole_set "$VELMORA_HOME"
+    absent "$HOME/Velmora"
+}
+
+# The first clip arrives, the second one is cut in the middle together with the launcher.
+CutShort_NextStartMends() {
+    instead cp 'case $1 in *bee*) printf "de" >"$2"; kill -KILL $PPID; exit 1 ;; esac' \
+        'exec /bin/cp "$@"'
+    start 137
+    content "$HOME/Velmora/videos/ape.m19" "demo ape"
+    absent "$HOME/Velmora/videos/bee.m19"
+    absent "$HOME/Velmora/userdata/playlists.xml"
+    restore
+    start 0
+    expect_whole_set "$HOME/Velmora"
+}
+
+DiskFull_PlaysAndNextStartMends() {
+    instead cp 'case $1 in *bee*) printf "de" >"$2"; exit 1 ;; esac' 'exec /bin/cp "$@"'
+    program 'echo playing' 'exit 1'
+    start 0
+    absent "$HOME/Velmora/videos/bee.m19"
+    grep -q 'not complete; the next start tries again' "$box/log" || fail "nothing was said"
+    grep -q playing "$box/log" || fail "it did not play"
+    restore
+    start 0
+    expect_whole_set "$HOME/Velmora"
+}
+
+# The first one is still copying when the second one comes.
+TwoStartsAtOnce_GiveOneWholeSet() {
+    instead cp "echo >>$box/copies" 'sleep 0.2' 'exec /bin/cp "$@"'
+    "$prefix/bin/velmora" >/dev/null &
+    "$prefix/bin/velmora" >/dev/null
+    wait
+    expect_whole_set "$HOME/Velmora"
+    # Three clips and three files.
+    expect "the number of copies" "$(wc -l <"$box/copies")" 6
+}
+
+LinkOfAnotherInstallation_IsSetRight() {
+    start 0
+    rm "$HOME/Velmora/data"
+    ln -s /gone/share/velmora/data "$HOME/Velmora/data"
+    start 0
+    expect "the link" "$(readlink "$HOME/Velmora/data")" "$share/data"
+}
+
+OwnDataLink_Stays() {
+    mkdir -p "$HOME/Velmora" "$box/art"
+    ln -s "$box/art" "$HOME/Velmora/data"
+    start 0
+    expect "the link" "$(readlink "$HOME/Velmora/data")" "$box/art"
+}
+
+OwnDataFolder_Stays() {
+    mkdir -p "$HOME/Velmora/data"
+    echo mine >"$HOME/Velmora/data/textureUI.png"
+    start 0
+    content "$HOME/Velmora/data/textureUI.png" mine
+}
+
+DiskWithoutLinks_GetsACopyThatIsKeptRight() {
+    instead ln 'exit 1'
+    start 0
+    content "$HOME/Velmora/data/textureUI.png" pictures
+    echo newer >"$share/data/textureUI.png"
+    start 0
+    content "$HOME/Velmora/data/textureUI.png" newer
+    restore
+    start 0
+    expect "the link" "$(readlink "$HOME/Velmora/data")" "$share/data"
+}
+
+QuitOfTheProgram_Is0() {
+    program 'exit 1'
+    start 0
+}
+
+OtherStatus_IsHandedOn() {
+    program 'exit 3'
+    start 3
+}
+
+# SIGSEGV is signal 11.
+Crash_Is128AndTheSignal() {
+    program 'kill -SEGV $$'
+    start 139
+}
+
+UnusableFolder_Is78() {
+    program "touch $box/played"
+    VELMORA_HOME=/dev/null/set start 78
+    absent "$box/played"
+}
+
+UnknownArgument_Is2() {
+    program "touch $box/played"
+    argument_status=0
+    "$prefix/bin/velmora" --fast >"$box/log" 2>&1 || argument_status=$?
+    expect "the status" "$argument_status" 2
+    absent "$box/played"
+}
+
+# The program quits on SIGTERM, as it does when its window is closed.
+Terminated_AsksTheProgramToQuit() {
+    program "trap 'echo >$box/asked; exit 1' TERM" "echo >$box/ready" \
+        'for i in $(seq 200); do sleep 0.05; done'
+    "$prefix/bin/velmora" >"$box/log" 2>&1 &
+    launcher=$!
+    for _ in $(seq 100); do
+        [ ! -e "$box/ready" ] || break
+        sleep 0.05
+    done
+    kill "$launcher"
+    terminated_status=0
+    wait "$launcher" || terminated_status=$?
+    expect "the status" "$terminated_status" 0
+    [ -e "$box/asked" ] || fail "the program was not asked"
+}
+
+# stdbuf tells the C library so in the environment.
+Output_ComesLineByLine() {
+    program 'echo "$_STDBUF_O" >mode' 'exit 1'
+    start 0
+    content "$HOME/Velmora/mode" L
+}
+
+PadMode_IsOnUnlessSet() {
+    program 'echo "$SDL12COMPAT_USE_GAME_CONTROLLERS" >mode' 'exit 1'
+    start 0
+    content "$HOME/Velmora/mode" 1
+    SDL12COMPAT_USE_GAME_CONTROLLERS=0 start 0
+    content "$HOME/Velmora/mode" 0
+}
+
+# stage STATUS: the stage script over a server that does nothing, but xinit that works as ever.
+stage() {
+    stage_status=0
+    "$prefix/lib/velmora/stage" -- server :0 >"$box/log" 2>&1 || stage_status=$?
+    expect "the status" "$stage_status" "$1"
+}
+xinit_that_starts() {
+    instead xinit "echo \"\$*\" >$box/xinit" '"$1" "$2" "$3"' 'exit 0'
+}
+
+Stage_QuitIs0() {
+    xinit_that_starts
+    program "touch $box/played" 'exit 1'
+    stage 0
+    [ -e "$box/played" ] || fail "it did not play"
+    case $(cat "$box/xinit") in
+        "$prefix/lib/velmora/stage inside "*" -- server :0") ;;
+        *) fail "xinit was called with $(cat "$box/xinit")" ;;
+    esac
+}
+
+Stage_CrashIsHandedOn() {
+    xinit_that_starts
+    program 'kill -SEGV $$'
+    stage 139
+}
+
+Stage_ServerThatDoesNotComeUpIs1() {
+    instead xinit 'exit 0'
+    stage 1
+}
+
+install_all
+"$case_name"
