@@ -62,6 +62,16 @@ need_drawings() {
     need "drawings of the documents" librsvg2-bin
 }
 
+need_package() {
+    need "the package and its icons" dpkg-dev file imagemagick
+}
+
+need_package_check() {
+    need "a clean Debian to install the package in" debootstrap
+    need "what is said about the package" lintian desktop-file-utils mandoc systemd
+    need "comparing screenshots" imagemagick
+}
+
 need_tests() {
     need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
     need "benchmarks" libbenchmark-dev
