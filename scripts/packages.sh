@@ -68,7 +68,7 @@ need_package() {
 
 need_package_check() {
     need "a clean Debian to install the package in" debootstrap
-    need "what is said about the package" lintian desktop-file-utils mandoc systemd
+    need "what is said about the package" lintian desktop-file-utils mandoc
     need "comparing screenshots" imagemagick
 }
 
