@@ -6,8 +6,8 @@
 #include <ostream>
 #include <vector>
 
-#include "tools/clip/demo_canvas.h"
-#include "tools/clip/demo_loops.h"
+#include "tools/clip/demo/demo_canvas.h"
+#include "tools/clip/demo/demo_loops.h"
 
 namespace demo {
 

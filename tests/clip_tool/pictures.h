@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "clip_tool/reference.h"
-#include "tools/clip/encoder.h"
-#include "tools/clip/frame.h"
+#include "tools/clip/encode/encoder.h"
+#include "tools/clip/encode/frame.h"
 
 namespace pictures {
 

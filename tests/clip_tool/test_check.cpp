@@ -8,10 +8,10 @@
 #include "model/vectors.h"
 #include "support/folder.h"
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/check_files.h"
-#include "tools/clip/check_report.h"
-#include "tools/clip/check_set.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/examine/check_files.h"
+#include "tools/clip/examine/check_report.h"
+#include "tools/clip/examine/check_set.h"
 
 namespace {
 

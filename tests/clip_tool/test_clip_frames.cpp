@@ -7,8 +7,8 @@
 #include "clip_tool/reference.h"
 #include "support/folder.h"
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/clip_frames.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/examine/clip_frames.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/compare.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/feed.h"
+#include "tools/clip/examine/compare.h"
+#include "tools/clip/examine/feed.h"
 
 namespace {
 

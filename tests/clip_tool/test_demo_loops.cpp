@@ -1,6 +1,6 @@
 // The demo loops as the encoder will see them: every byte, alpha, seams; and the drawing toolkit at
 // the edges of its picture.
-#include "tools/clip/demo_loops.h"
+#include "tools/clip/demo/demo_loops.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 #include <string>
 
 #include "clip_tool/demo_sheet.h"
-#include "tools/clip/demo_canvas.h"
-#include "tools/clip/demo_motion.h"
-#include "tools/clip/demo_type.h"
+#include "tools/clip/demo/demo_canvas.h"
+#include "tools/clip/demo/demo_motion.h"
+#include "tools/clip/demo/demo_type.h"
 
 namespace {
 

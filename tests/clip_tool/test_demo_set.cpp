@@ -10,9 +10,9 @@
 
 #include "clip/validate.h"
 #include "clip_tool/demo_sheet.h"
-#include "tools/clip/demo_loops.h"
-#include "tools/clip/export_demo.h"
-#include "tools/clip/load_cost.h"
+#include "tools/clip/demo/demo_loops.h"
+#include "tools/clip/demo/export_demo.h"
+#include "tools/clip/examine/load_cost.h"
 
 namespace {
 

@@ -6,13 +6,13 @@
 #include <stdexcept>
 
 #include "support/folder.h"
-#include "tools/clip/batch.h"
-#include "tools/clip/clip_names.h"
-#include "tools/clip/image_sequence.h"
-#include "tools/clip/keying.h"
-#include "tools/clip/loop.h"
+#include "tools/clip/input/batch.h"
+#include "tools/clip/input/image_sequence.h"
+#include "tools/clip/input/keying.h"
+#include "tools/clip/input/loop.h"
+#include "tools/clip/input/seam.h"
+#include "tools/clip/library/clip_names.h"
 #include "tools/clip/progress.h"
-#include "tools/clip/seam.h"
 
 namespace {
 

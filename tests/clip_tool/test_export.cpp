@@ -7,10 +7,10 @@
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/clip_frames.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/frame_list.h"
-#include "tools/clip/movie.h"
+#include "tools/clip/examine/clip_frames.h"
+#include "tools/clip/examine/frame_list.h"
+#include "tools/clip/examine/movie.h"
 
 namespace {
 

@@ -11,9 +11,9 @@
 #include "clip_tool/reference.h"
 #include "support/folder.h"
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/describe.h"
+#include "tools/clip/demo/export_demo.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/export_demo.h"
+#include "tools/clip/examine/describe.h"
 
 namespace {
 

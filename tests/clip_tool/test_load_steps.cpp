@@ -7,8 +7,8 @@
 #include "playlists/playlist.h"
 #include "tests/vectors/clip_stage.h"
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/check_set.h"
-#include "tools/clip/describe.h"
+#include "tools/clip/examine/check_set.h"
+#include "tools/clip/examine/describe.h"
 
 namespace {
 

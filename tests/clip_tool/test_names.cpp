@@ -1,9 +1,9 @@
 // Names as bytes, their widths in the program's font, and what does not fit.
 #include <gtest/gtest.h>
 
-#include "tools/clip/check_names.h"
-#include "tools/clip/names.h"
-#include "tools/clip/pixel_font.h"
+#include "tools/clip/examine/check_names.h"
+#include "tools/clip/examine/names.h"
+#include "tools/clip/examine/pixel_font.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
 #include "common/rgb565.h"
-#include "tools/clip/encoder.h"
+#include "tools/clip/encode/encoder.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
-#include "tools/clip/maps.h"
-#include "tools/clip/numbering.h"
-#include "tools/clip/records.h"
-#include "tools/clip/tiles.h"
-#include "tools/clip/walks.h"
-#include "tools/clip/writer.h"
+#include "tools/clip/encode/maps.h"
+#include "tools/clip/encode/numbering.h"
+#include "tools/clip/encode/records.h"
+#include "tools/clip/encode/tiles.h"
+#include "tools/clip/encode/walks.h"
+#include "tools/clip/encode/writer.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/clip_files.h"
-#include "tools/clip/sheet.h"
+#include "tools/clip/examine/clip_files.h"
+#include "tools/clip/examine/sheet.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Reading videos, animated images and image sequences, made here with FFmpeg's own libraries.
-#include "tools/clip/source.h"
+#include "tools/clip/input/source.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 
 #include "clip_tool/media.h"
 #include "support/folder.h"
-#include "tools/clip/encode_plan.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/input/encode_plan.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 #include <set>
 
 #include "clip_tool/pictures.h"
-#include "tools/clip/dictionary.h"
-#include "tools/clip/fit.h"
-#include "tools/clip/pacer.h"
-#include "tools/clip/palette.h"
-#include "tools/clip/quantise.h"
-#include "tools/clip/source_block.h"
-#include "tools/clip/walks.h"
+#include "tools/clip/encode/dictionary.h"
+#include "tools/clip/encode/palette.h"
+#include "tools/clip/encode/quantise.h"
+#include "tools/clip/encode/source_block.h"
+#include "tools/clip/encode/walks.h"
+#include "tools/clip/input/fit.h"
+#include "tools/clip/input/pacer.h"
 
 namespace {
 

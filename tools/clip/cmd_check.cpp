@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "tools/clip/check_report.h"
-#include "tools/clip/check_set.h"
 #include "tools/clip/commands.h"
+#include "tools/clip/examine/check_report.h"
+#include "tools/clip/examine/check_set.h"
 
 namespace maker {
 

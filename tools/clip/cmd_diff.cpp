@@ -8,9 +8,9 @@
 
 #include "common/limits.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/compare.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/feed.h"
+#include "tools/clip/examine/compare.h"
+#include "tools/clip/examine/feed.h"
 #include "tools/clip/interrupt.h"
 
 namespace maker {

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/batch.h"
-#include "tools/clip/clip_names.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/input/batch.h"
+#include "tools/clip/library/clip_names.h"
 #include "tools/clip/progress.h"
 
 namespace maker {

@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/clip_frames.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/frame_list.h"
+#include "tools/clip/examine/clip_frames.h"
+#include "tools/clip/examine/frame_list.h"
+#include "tools/clip/examine/movie.h"
+#include "tools/clip/input/source.h"
 #include "tools/clip/interrupt.h"
-#include "tools/clip/movie.h"
-#include "tools/clip/source.h"
 
 namespace maker {
 

@@ -8,14 +8,14 @@
 #include <vector>
 
 #include "common/limits.h"
-#include "tools/clip/batch.h"
-#include "tools/clip/clip_names.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/import_log.h"
-#include "tools/clip/import_scan.h"
-#include "tools/clip/playlist_file.h"
+#include "tools/clip/input/batch.h"
+#include "tools/clip/library/clip_names.h"
+#include "tools/clip/library/import_log.h"
+#include "tools/clip/library/import_scan.h"
+#include "tools/clip/library/playlist_file.h"
 #include "tools/clip/progress.h"
 
 namespace maker {

@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "tools/clip/atomic_file.h"
-#include "tools/clip/clip_files.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/errors.h"
-#include "tools/clip/movie.h"
-#include "tools/clip/sheet.h"
+#include "tools/clip/examine/clip_files.h"
+#include "tools/clip/examine/movie.h"
+#include "tools/clip/examine/sheet.h"
 
 namespace maker {
 

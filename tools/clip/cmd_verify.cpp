@@ -7,8 +7,8 @@
 
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/describe.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/examine/describe.h"
 #include "tools/clip/interrupt.h"
 
 namespace maker {

@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "clip/format.h"
-#include "tools/clip/batch.h"
 #include "tools/clip/decimals.h"
+#include "tools/clip/input/batch.h"
 
 namespace maker {
 

@@ -1,0 +1,30 @@
+#include "tools/clip/examine/clip_files.h"
+
+#include <algorithm>
+
+#include "playlists/clipname.h"
+#include "tools/clip/interrupt.h"
+
+namespace maker {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> clipsBelow(const fs::path& folder) {
+    std::vector<std::string> paths;
+    std::error_code error;
+    fs::recursive_directory_iterator entry(folder,
+                                           fs::directory_options::follow_directory_symlink |
+                                               fs::directory_options::skip_permission_denied,
+                                           error);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        stopIfInterrupted();
+        std::error_code ignored;
+        if (entry->is_regular_file(ignored) && clip::isClipName(entry->path().filename())) {
+            paths.push_back(entry->path().lexically_relative(folder).string());
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+}  // namespace maker

@@ -1,0 +1,43 @@
+#pragma once
+// Contact sheets: moments of clips with their names and facts, as a picture or as a web page.
+//
+// A clip is shown by up to so many moments, evenly spread over it; transparent parts lie over a
+// checkerboard. A clip that does not play has no moments and says why.
+
+#include <string>
+#include <vector>
+
+#include "tools/clip/examine/describe.h"
+#include "tools/clip/examine/picture.h"
+
+namespace maker {
+
+struct Moment {
+    int frame;
+    Picture picture;
+};
+
+struct SheetClip {
+    std::string name;
+    Description facts;
+    std::vector<Moment> moments;
+};
+
+// `shrink` divides both sides of the pictures; it divides 8.
+SheetClip readSheetClip(const std::string& name, const std::string& path, int moments, int shrink);
+
+// "128 frames, 5.0 s" and the like.
+std::string lengthText(const Description& facts);
+std::string sizeText(size_t bytes);  // "556 kB"
+std::string loadText(const Description& facts);
+
+inline constexpr int kSheetMoments = 8;
+inline constexpr int kSheetShrink = 4;
+Picture drawSheet(const std::string& title, const std::vector<SheetClip>& clips);
+
+inline constexpr int kPageMoments = 24;
+inline constexpr int kPageShrink = 2;
+// One file that needs no other. The moments of each clip run as a film.
+std::string sheetPage(const std::string& title, const std::vector<SheetClip>& clips);
+
+}  // namespace maker

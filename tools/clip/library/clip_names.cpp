@@ -1,0 +1,182 @@
+#include "tools/clip/library/clip_names.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+extern "C" {
+#include <libavutil/avstring.h>
+}
+
+#include "tools/clip/input/image_sequence.h"
+
+namespace maker {
+
+namespace {
+
+constexpr size_t kLongest = 80;  // characters; a playlist holds paths of 91
+constexpr const char* kFallback = "clip";
+
+// The letters that U+00C0 to U+017F are without their accents.
+constexpr uint32_t kFirstAccent = 0xC0;
+constexpr std::string_view kPlainLetters =
+    "aaaaaaaceeeeiiiidnooooo_ouuuuyts"
+    "aaaaaaaceeeeiiiidnooooo_ouuuuyty"
+    "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkk"
+    "llllllllllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
+static_assert(kPlainLetters.size() == 0x180 - kFirstAccent);
+
+// Accents that follow their letter.
+constexpr uint32_t kFirstCombining = 0x300;
+constexpr uint32_t kLastCombining = 0x36F;
+
+// The characters of UTF-8; of bytes that are none, those of Latin-1.
+std::vector<uint32_t> charactersOf(const std::string& text) {
+    const auto* at = reinterpret_cast<const uint8_t*>(text.data());
+    const uint8_t* end = at + text.size();
+    std::vector<uint32_t> characters;
+    while (at < end) {
+        int32_t character = 0;
+        if (av_utf8_decode(&character, &at, end, AV_UTF8_FLAG_ACCEPT_ALL) < 0) {
+            const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
+            return {bytes, bytes + text.size()};
+        }
+        characters.push_back(static_cast<uint32_t>(character));
+    }
+    return characters;
+}
+
+// What stands for a character in a name; 0 for nothing.
+char plainCharacter(uint32_t character) {
+    if (character >= 'A' && character <= 'Z') {
+        return static_cast<char>(character - 'A' + 'a');
+    }
+    const bool letter = character >= 'a' && character <= 'z';
+    const bool digit = character >= '0' && character <= '9';
+    if (letter || digit || character == '-' || character == '+') {
+        return static_cast<char>(character);
+    }
+    if (character >= kFirstAccent && character - kFirstAccent < kPlainLetters.size()) {
+        return kPlainLetters[character - kFirstAccent];
+    }
+    return character >= kFirstCombining && character <= kLastCombining ? '\0' : '_';
+}
+
+std::string withoutEdges(const std::string& name) {
+    const size_t from = name.find_first_not_of("-_+");
+    if (from == std::string::npos) {
+        return "";
+    }
+    return name.substr(from, name.find_last_not_of("-_+") - from + 1);
+}
+
+std::string plainName(const std::string& text) {
+    std::string name;
+    for (const uint32_t character : charactersOf(text)) {
+        const char plain = plainCharacter(character);
+        if (plain != '\0' && !(plain == '_' && name.ends_with('_'))) {
+            name += plain;
+        }
+    }
+    return withoutEdges(withoutEdges(name).substr(0, kLongest));
+}
+
+std::string lowerCase(std::string name) {
+    std::transform(name.begin(), name.end(), name.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return name;
+}
+
+std::string cutTo(std::string name, int room) {
+    while (name.size() > 1 && panelWidth(name) > room) {
+        name.pop_back();
+    }
+    const std::string cut = withoutEdges(name);
+    return cut.empty() ? kFallback : cut;
+}
+
+std::string withoutNumber(std::string name) {
+    const size_t dash = name.find_last_not_of("0123456789");
+    if (dash != std::string::npos && dash + 1 < name.size() && name[dash] == '-') {
+        name[dash] = '_';
+    }
+    return name;
+}
+
+}  // namespace
+
+std::string safeName(const std::string& input) {
+    namespace fs = std::filesystem;
+    const std::optional<ImagePattern> pattern = imagePattern(input);
+    const fs::path path(input);
+    std::string name = plainName(pattern ? pattern->before : path.stem().string());
+    if (name.empty() && pattern) {
+        std::error_code ignored;
+        name = plainName(fs::absolute(path, ignored).parent_path().filename().string());
+    }
+    return name.empty() ? kFallback : name;
+}
+
+std::string latin1Of(const std::string& text) {
+    std::string latin1;
+    for (const uint32_t character : charactersOf(text)) {
+        if (character > 0xFF) {
+            return "";
+        }
+        latin1 += static_cast<char>(character);
+    }
+    return latin1;
+}
+
+std::string utf8Of(const std::string& latin1) {
+    std::string text;
+    for (const char c : latin1) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            text += c;
+        } else {
+            text += static_cast<char>(0xC0 | byte >> 6);
+            text += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+    return text;
+}
+
+int panelWidth(const std::string& name) {
+    int width = 0;
+    for (const char c : name) {
+        // clang-format off
+        width += c == 'i' ? 2
+               : c == 'j' || c == 'l' ? 3
+               : c == 'f' || c == 'r' || c == 't' || c == '-' ? 4
+               : c == 'm' || c == 'v' || c == 'w' || c == 'x' || c < 'a' || c == '_' ? 6
+               : 5;
+        // clang-format on
+    }
+    return width;
+}
+
+void ClipNames::take(const std::string& name) {
+    names_.insert(lowerCase(name));
+}
+
+bool ClipNames::taken(const std::string& name) const {
+    return names_.contains(lowerCase(name));
+}
+
+std::string ClipNames::give(const std::string& name, int room, const std::string& suffix) {
+    const std::string wished = withoutNumber(name);
+    std::string given = cutTo(wished, room - panelWidth(suffix));
+    for (int number = 2; taken(given); ++number) {
+        const std::string behind = std::string("_").append(std::to_string(number));
+        given = cutTo(wished, room - panelWidth(behind + suffix)) + behind;
+    }
+    take(given);
+    return given;
+}
+
+}  // namespace maker
