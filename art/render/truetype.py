@@ -122,7 +122,7 @@ def build(glyphs, path):
                             "uniqueFontIdentifier": f"{FAMILY} {STYLE} 1.000",
                             "fullName": FAMILY, "version": "Version 1.000",
                             "psName": "VelmoraPixel-Regular"})
-    builder.setupOS2(sTypoAscender=lines["ascent"], sTypoDescender=lines["descent"],
+    builder.setupOS2(fsType=0, sTypoAscender=lines["ascent"], sTypoDescender=lines["descent"],
                      sTypoLineGap=lines["lineGap"], usWinAscent=lines["ascent"],
                      usWinDescent=-lines["descent"], sxHeight=X_HEIGHT * UNIT,
                      sCapHeight=CAP_HEIGHT * UNIT, achVendID="VELM")
