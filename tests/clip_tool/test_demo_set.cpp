@@ -10,6 +10,7 @@
 
 #include "clip/validate.h"
 #include "clip_tool/demo_sheet.h"
+#include "clip_tool/on_stage.h"
 #include "tools/clip/demo/demo_loops.h"
 #include "tools/clip/demo/export_demo.h"
 #include "tools/clip/examine/load_cost.h"
@@ -55,11 +56,12 @@ const demo::Loop& loopNamed(std::string_view name) {
 
 class DemoClip : public testing::TestWithParam<Share> {};
 
-TEST_P(DemoClip, LoadSteps_StayWithinItsShare) {
+TEST_P(DemoClip, Loop_LoadsInItsShareAndIsDrawnAsExported) {
     const std::vector<uint8_t> bytes = maker::encodeLoop(loopNamed(GetParam().name));
     std::vector<clip::BlockLayout> blocks;
     ASSERT_TRUE(clip::validate(bytes, &blocks).ok);
     EXPECT_LE(maker::loadCost(blocks).steps, GetParam().steps);
+    expectOnStage(bytes);
 }
 
 std::string shareName(const testing::TestParamInfo<Share>& info) {
