@@ -4,7 +4,7 @@
 
 #include "core/globals.h"
 #include "mixer/filters.h"
-#include "mixer/fx.h"
+#include "mixer/fx_fast.h"
 
 namespace {
 
@@ -18,11 +18,11 @@ uint16_t* layerFrame(int layer) {
 }  // namespace
 
 void c_filters::fx_invert(int layer) {
-    px::invertFrame(layerFrame(layer));
+    px::fast::invertFrame(layerFrame(layer));
 }
 
 void c_filters::fx_brulure(int layer, int dir) {
-    px::burnFrame(layerFrame(layer), dir);
+    px::fast::burnFrame(layerFrame(layer), dir);
 }
 
 // A fresh table at every call, entry 0 first.
@@ -32,31 +32,31 @@ void c_filters::fx_snow(int layer, int dir) {
     for (int i = 0; i < entries; ++i) {
         table[i] = static_cast<uint8_t>(rand() % kSnowLevels);
     }
-    px::snowFrame(layerFrame(layer), table, entries);
+    px::fast::snowFrame(layerFrame(layer), table, entries);
 }
 
 void c_filters::fx_zoom(int layer, int dir) {
-    px::zoomFrame(layerFrame(layer), dir);
+    px::fast::zoomFrame(layerFrame(layer), dir);
 }
 
 void c_filters::fx_gameBoy(int layer, int) {
-    px::gameBoyFrame(layerFrame(layer));
+    px::fast::gameBoyFrame(layerFrame(layer));
 }
 
 void c_filters::fx_mirror(int layer, int dir, int variant) {
     if (variant == 0) {
-        px::mirrorFrame(layerFrame(layer), dir);
+        px::fast::mirrorFrame(layerFrame(layer), dir);
     }
 }
 
 void c_filters::fx_hue(int layer, int dir) {
-    px::hueFrame(layerFrame(layer), dir);
+    px::fast::hueFrame(layerFrame(layer), dir);
 }
 
 // Without a slot the frame moves by the first step and nothing is remembered.
 void c_filters::fx_scroll(int layer, int dir, int hold) {
     const int offset = px::nextScrollOffset(getFilterCoef(layer, FILTER_SCROLL), dir, hold != 0);
-    px::scrollFrame(layerFrame(layer), dir, offset);
+    px::fast::scrollFrame(layerFrame(layer), dir, offset);
     setFilterCoef(layer, FILTER_SCROLL, offset);
 }
 

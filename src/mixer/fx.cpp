@@ -5,24 +5,13 @@
 
 #include "common/limits.h"
 #include "common/rgb565.h"
+#include "mixer/fx_numbers.h"
 
 namespace px {
 
 namespace {
 
 constexpr int kWhole = 0xFFFF;
-constexpr int kBurnThreshold = 90;
-constexpr uint16_t kBurnColours[4] = {0xF79E, 0xF800, 0x07E0, 0xFFE0};
-// Deliberate: the two short tables repeat every 29 and 7 pixels and show as stripes.
-// [quirk_short_snow_tables_make_stripes]
-constexpr int kSnowEntries[4] = {497, 313, 29, 7};
-constexpr int kSnowCentre = 10;
-constexpr int kZoomWidth = kFrameWidth / 2;
-constexpr int kZoomHeight = kFrameHeight / 2;
-constexpr int kZoomX = 160;
-constexpr int kZoomY = 90;
-constexpr uint16_t kGameBoyShades[4] = {0x39E0, 0x6304, 0xAD4D, 0xFFFD};
-constexpr int kGameBoySteps[3] = {45, 90, 135};  // the last weight of each darker shade
 constexpr int kScrollStep = 2;
 
 int weightOf(uint16_t p) {
@@ -99,7 +88,7 @@ void invertFrame(uint16_t* frame) {
 }
 
 void burnFrame(uint16_t* frame, int direction) {
-    const uint16_t light = direction >= 0 && direction < 4 ? kBurnColours[direction] : uint16_t{0};
+    const uint16_t light = burnColour(direction);
     for (int i = 0; i < kFramePixels; ++i) {
         frame[i] = weightOf(frame[i]) < kBurnThreshold ? uint16_t{0} : light;
     }

@@ -4,51 +4,36 @@
 #include "clip/moxel.h"
 #include "core/display.h"
 #include "core/globals.h"
-#include "mixer/kernels.h"
+#include "mixer/kernels_fast.h"
 #include "mixer/mix.h"
-#include "mixer/output.h"
+#include "mixer/output_fast.h"
 
 namespace {
 
-using RowMix = void (*)(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count);
-
-// Mixes the two working slots row by row and places each row; the slots stay as they are.
-void mixRows(uint16_t* out, RowMix mixRow) {
+void mixPicture(uint16_t* out, px::fast::Mix mix) {
     px::OutputView view = videoView();
     view.pixels = out;
-    px::beginPicture(view);
-    const uint16_t* bottom = finalTilesTracks;
-    const uint16_t* top = finalTilesTracks + kFramePixels;
-    uint16_t mixed[kFrameWidth];
-    for (int y = 0; y < kFrameHeight; ++y) {
-        mixRow(mixed, bottom + y * kFrameWidth, top + y * kFrameWidth, kFrameWidth);
-        px::placeRow(view, mixed, y);
-    }
+    px::fast::mixPicture(view, mix, finalTilesTracks, finalTilesTracks + kFramePixels);
 }
 
 }  // namespace
 
 void c_mix::mixBlend(unsigned short* out) {
-    mixRows(out, px::blendPixels);
+    mixPicture(out, px::fast::Mix::kBlend);
 }
 
 void c_mix::mixAdd(unsigned short* out) {
-    mixRows(out, px::addPixels);
+    mixPicture(out, px::fast::Mix::kAdd);
 }
 
 void c_mix::mixMultiply(unsigned short* out) {
-    mixRows(out, px::multiplyPixels);
+    mixPicture(out, px::fast::Mix::kMultiply);
 }
 
 void c_mix::mixKey(unsigned short*) {
-    uint16_t* bottom = finalTilesTracks;
-    const uint16_t* top = finalTilesTracks + kFramePixels;
-    if (moxel[layer[1].deck].alpha != 0) {
-        px::keyByAlpha(bottom, top, moxelAlpha16, kFramePixels);
-    } else {
-        px::keyByBlack(bottom, top, kFramePixels);
-    }
-    scale2x(bottom);
+    const bool hasAlpha = moxel[layer[1].deck].alpha != 0;
+    px::fast::keyPicture(videoView(), finalTilesTracks, finalTilesTracks + kFramePixels,
+                         hasAlpha ? moxelAlpha16 : nullptr);
 }
 
 void c_mix::mixHalfHalf() {
@@ -62,13 +47,13 @@ void c_mix::mixHalfHalf() {
 }
 
 void c_mix::renderWhiteFlash(unsigned short* frame) {
-    px::flashPixels(frame, kFramePixels, flash);
+    px::fast::flashPixels(frame, kFramePixels, flash);
 }
 
 void c_mix::renderFadeToBlack(unsigned short* frame) {
-    px::fadePixels(frame, kFramePixels, fade);
+    px::fast::fadePixels(frame, kFramePixels, fade);
 }
 
 void c_mix::scale2x(unsigned short* frame) {
-    px::placePicture(videoView(), frame);
+    px::fast::placePicture(videoView(), frame);
 }

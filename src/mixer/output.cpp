@@ -62,9 +62,9 @@ Doubled doubledOrigin(const OutputView& view) {
 }
 
 void doublePixels(uint16_t* out, const uint16_t* source, int outCount) {
-    for (int i = 0; i + 1 < outCount; i += 2) {
-        out[i] = source[i / 2];
-        out[i + 1] = source[i / 2];
+    for (int i = 0; i < outCount / 2; ++i) {
+        out[2 * i] = source[i];
+        out[2 * i + 1] = source[i];
     }
     if (outCount % 2 != 0) {
         out[outCount - 1] = source[outCount / 2];

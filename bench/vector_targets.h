@@ -1,0 +1,38 @@
+#pragma once
+// The vector widths that the processor offers, and how to hold the fast functions to one of them.
+
+#include <string>
+#include <vector>
+
+#ifdef VELMORA_HIGHWAY
+#include <hwy/highway.h>
+#endif
+
+struct VectorTarget {
+    std::string name;
+    long long bit;
+};
+
+inline std::vector<VectorTarget> vectorTargets() {
+    std::vector<VectorTarget> targets;
+#ifdef VELMORA_HIGHWAY
+    hwy::SetSupportedTargetsForTest(0);
+    const long long supported = hwy::SupportedTargets() & HWY_TARGETS;
+    for (int bit = 62; bit >= 0; --bit) {
+        const long long target = 1LL << bit;
+        if ((supported & target) != 0 && target != HWY_EMU128 && target != HWY_SCALAR) {
+            targets.push_back({hwy::TargetName(target), target});
+        }
+    }
+#else
+    targets.push_back({"no vectors", 0});
+#endif
+    return targets;
+}
+
+inline void useTarget([[maybe_unused]] const VectorTarget& target) {
+#ifdef VELMORA_HIGHWAY
+    hwy::SetSupportedTargetsForTest(target.bit);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+#endif
+}
