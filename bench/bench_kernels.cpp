@@ -2,7 +2,8 @@
 // Both must give the same pixels before anything is timed. Beside each stands a copy that reads and
 // writes as many bytes as the function does, timed in turns with it; ratios are to that copy.
 //
-//   bench_kernels [ROUNDS]     ROUNDS: calls of each function, 300 unless given
+//   bench_kernels [ROUNDS]       ROUNDS: calls of each function, 300 unless given
+//   bench_kernels --every-pair   only compares the mixes, for all 2^32 pairs of pixels
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -273,9 +274,68 @@ void timeCase(const Case& each, const std::vector<VectorTarget>& targets, int ro
     printf("\n");
 }
 
+struct PairMix {
+    const char* name;
+    RowMix plain;
+    RowMix fast;
+};
+
+void plainKey(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count) {
+    memcpy(out, bottom, static_cast<size_t>(count) * sizeof *out);
+    px::keyByBlack(out, top, count);
+}
+
+void fastKey(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count) {
+    memcpy(out, bottom, static_cast<size_t>(count) * sizeof *out);
+    px::fast::keyByBlack(out, top, count);
+}
+
+// Every bottom pixel under every top pixel.
+bool samePairs(const PairMix& mix, const std::vector<VectorTarget>& targets) {
+    constexpr int kValues = 65536;
+    std::vector<uint16_t> bottom(kValues);
+    std::vector<uint16_t> plain(kValues);
+    std::vector<uint16_t> fast(kValues);
+    for (size_t i = 0; i < kValues; ++i) {
+        bottom[i] = static_cast<uint16_t>(i);
+    }
+    for (int value = 0; value < kValues; ++value) {
+        const std::vector<uint16_t> top(kValues, static_cast<uint16_t>(value));
+        mix.plain(plain.data(), bottom.data(), top.data(), kValues);
+        for (const VectorTarget& target : targets) {
+            useTarget(target);
+            mix.fast(fast.data(), bottom.data(), top.data(), kValues);
+            if (fast != plain) {
+                printf("%s, %s: wrong with top pixel 0x%04X\n", mix.name, target.name.c_str(),
+                       static_cast<unsigned>(value));
+                return false;
+            }
+        }
+    }
+    printf("%s: all 2^32 pairs are the same at every width\n", mix.name);
+    return true;
+}
+
+int compareEveryPair(const std::vector<VectorTarget>& targets) {
+    constexpr PairMix kMixes[] = {
+        {"blend", px::blendPixels, px::fast::blendPixels},
+        {"add", px::addPixels, px::fast::addPixels},
+        {"multiply", px::multiplyPixels, px::fast::multiplyPixels},
+        {"key by black", plainKey, fastKey},
+    };
+    bool good = true;
+    for (const PairMix& mix : kMixes) {
+        good = samePairs(mix, targets) && good;
+    }
+    return good ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 1 && strcmp(argv[1], "--every-pair") == 0) {
+        return compareEveryPair(vectorTargets());
+    }
     const int rounds = argc > 1 ? atoi(argv[1]) : 300;
     std::vector<Case> cases;
     addMixes(cases);

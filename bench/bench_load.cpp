@@ -4,7 +4,6 @@
 //
 //   cd FOLDER && bench_load [PLAYLIST]    FOLDER holds videos/ and userdata/playlists.xml
 //                                         PLAYLIST counts from 0
-#include <SDL.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,14 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "clip/moxel.h"
-#include "common/limits.h"
-#include "core/all.h"
-#include "core/globals.h"
-#include "mixer/filters.h"
-#include "mixer/mix.h"
-#include "options/options.h"
 #include "playlists/playlist.h"
+#include "stage.h"
 
 namespace {
 
@@ -43,22 +36,9 @@ long residentMb() {
 }
 
 void createObjects() {
-    moxelTiles16 = new uint16_t[kLayers * kFramePixels]();
-    moxelAlpha16 = new uint8_t[2 * kFramePixels]();
-    finalTilesTracks = new uint16_t[kLayers * kFramePixels]();
-    all = new c_all{};
-    all->appW = kHdmiWidth;
-    all->appH = kHdmiHeight;
-    moxel = new c_moxel[kClipSlots];
+    createStage();
     playlist = new c_playlist{};
     playlist->initPlaylist();
-    _filters = new c_filters{};
-    _filters->initFilters();
-    _options = new c_options{};
-    mix = new c_mix{};
-    mix->initMix();
-    screen[1] =
-        SDL_CreateRGBSurface(SDL_SWSURFACE, kHdmiWidth, kHdmiHeight, 16, 0xF800, 0x07E0, 0x001F, 0);
 }
 
 struct Frame {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <limits>
+#include <numeric>
 #include <vector>
 
 struct Timed {
@@ -19,6 +20,31 @@ inline double microseconds(const std::function<void()>& work) {
     work();
     return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start)
         .count();
+}
+
+// A pass of many short pieces, one after the other; each piece's best time counts by itself, so a
+// pass may be longer than the time that the system leaves it alone.
+struct TimedPass {
+    std::function<void(size_t)> work;
+    size_t pieces;
+    std::vector<double> best = std::vector<double>(pieces, std::numeric_limits<double>::infinity());
+
+    void run() {
+        for (size_t i = 0; i < pieces; ++i) {
+            best[i] = std::min(best[i], microseconds([&] { work(i); }));
+        }
+    }
+    double mean() const {
+        return std::accumulate(best.begin(), best.end(), 0.0) / static_cast<double>(pieces);
+    }
+};
+
+inline void takeTurns(std::vector<TimedPass>& passes, int rounds) {
+    for (int round = 0; round < rounds; ++round) {
+        for (TimedPass& pass : passes) {
+            pass.run();
+        }
+    }
 }
 
 inline void takeTurns(std::vector<Timed>& pieces, int rounds) {

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "clip/format.h"
-#include "clip/tile.h"
+#include "clip/tile_fast.h"
 
 enum ClipState : int32_t { CLIP_LOADING = 0, CLIP_READY = 3 };
 
@@ -89,6 +89,7 @@ public:
     std::unique_ptr<uint16_t[]> blockCodes[clip::kMaxBlocks];
     std::unique_ptr<uint8_t[]> blockRecords[clip::kMaxBlocks];
     std::unique_ptr<uint32_t[]> blockRecordOffsets[clip::kMaxBlocks];
+    std::unique_ptr<uint8_t[]> blockRecordTypes[clip::kMaxBlocks];
     std::unique_ptr<uint16_t[]> blockPalettes[clip::kMaxBlocks];
     std::unique_ptr<uint16_t[]> blockTypeCounts[clip::kMaxBlocks];
     std::unique_ptr<uint32_t[]> blockTypeStarts[clip::kMaxBlocks];
@@ -98,6 +99,7 @@ public:
     int32_t drawnDirect = 0;
     int32_t columnOrder = 0;
     clip::TileRuns tileRuns = {};
+    clip::fast::LinePainter linePainter;  // the same runs pixel by pixel, until they are painted
     uint8_t tileAlpha[clip::kTilePixels] = {};
     uint16_t scratchMap[clip::kMaxTiles];
     uint16_t blockRecordCounts[clip::kMaxBlocks] = {};  // bounds the record numbers of a map
@@ -111,5 +113,8 @@ private:
     int32_t finishBlock();
     void startBlock();
     void expandMaps();
-    void drawTile(uint16_t entry, int code, bool flatOnly, uint8_t* alphaOut);
+    struct FrameJob;
+    void drawTileRow(const FrameJob& job, int row);
+    void drawTile(const FrameJob& job, int position, int code);
+    void drawRecord(uint16_t entry, int code, uint8_t* alphaOut);
 };

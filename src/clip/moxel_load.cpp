@@ -223,6 +223,7 @@ void c_moxel::initKeyFrameRAM(int block) {
     blockRecords[block] =
         std::make_unique_for_overwrite<uint8_t[]>(recordRoom + clip::kMaxRecordBytes);
     blockRecordOffsets[block] = std::make_unique_for_overwrite<uint32_t[]>(recordCount);
+    blockRecordTypes[block] = std::make_unique_for_overwrite<uint8_t[]>(recordCount);
     blockTypeCounts[block] = std::make_unique_for_overwrite<uint16_t[]>(clip::kMaxTypeSlots);
     blockTypeStarts[block] = std::make_unique_for_overwrite<uint32_t[]>(clip::kMaxTypeSlots);
     blockRecordCounts[block] = recordCount;
@@ -259,6 +260,7 @@ int32_t c_moxel::load19C(int budget) {
         while (type + 1 < slots && starts[type + 1] <= static_cast<uint32_t>(record)) {
             ++type;
         }
+        blockRecordTypes[currentBlock][static_cast<size_t>(record)] = static_cast<uint8_t>(type);
         const int length =
             clip::readRecord(file, type, recordWrite, static_cast<size_t>(room - recordWrite));
         if (length == 0) {
@@ -305,6 +307,7 @@ void c_moxel::killRAM() {
             blockCodes[block].reset();
             blockRecords[block].reset();
             blockRecordOffsets[block].reset();
+            blockRecordTypes[block].reset();
             blockTypeCounts[block].reset();
             blockTypeStarts[block].reset();
         }
