@@ -1,4 +1,5 @@
 // diff on the command line.
+#include <cstring>
 #include <nlohmann/json.hpp>
 
 #include "clip_tool/media.h"
@@ -60,6 +61,27 @@ TEST_F(DiffCommand, SourceOptions_FindTheSameFrames) {
     EXPECT_GT(right.at("psnr").get<double>(), 38);
     const nlohmann::json wrong = nlohmann::json::parse(tool("diff --json a.m19 in.mkv").out);
     EXPECT_LT(wrong.at("psnr").get<double>(), 20);
+}
+
+// 48 x 48 pixels, seven times as large with black around: nothing is mixed, so that black and white
+// stay what they are. By any other way to fit them the lines lie elsewhere.
+TEST_F(DiffCommand, PixelPreset_IsExactWithItsFit) {
+    media::Recipe recipe;
+    recipe.path = "lines.mkv";
+    recipe.width = 48;
+    recipe.height = 48;
+    recipe.fill = [](int, AVFrame& picture) {
+        for (int y = 0; y < 48; ++y) {
+            std::memset(picture.data[0] + y * picture.linesize[0], y % 2 == 0 ? 255 : 0, 48 * 4);
+        }
+    };
+    media::write(recipe);
+    EXPECT_EQ(tool("encode lines.mkv -o lines.m19 --preset pixel").status, 0);
+    const Outcome whole = tool("diff lines.m19 lines.mkv --brief --fit whole");
+    EXPECT_EQ(whole.status, 0) << whole.err;
+    EXPECT_NE(whole.out.find("PSNR exact, SSIM 1.0000"), std::string::npos) << whole.out;
+    EXPECT_EQ(tool("diff lines.m19 lines.mkv --brief --fit contain").out.find("exact"),
+              std::string::npos);
 }
 
 TEST_F(DiffCommand, SourceThatEndsEarly_IsWarnedOf) {

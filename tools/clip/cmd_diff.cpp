@@ -8,6 +8,7 @@
 
 #include "common/limits.h"
 #include "tools/clip/commands.h"
+#include "tools/clip/encode_options.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/examine/compare.h"
 #include "tools/clip/examine/feed.h"
@@ -24,10 +25,6 @@ struct DiffOptions {
     bool json = false;
     bool brief = false;
 };
-
-Fit fitOf(const std::string& name) {
-    return name == "contain" ? Fit::CONTAIN : name == "stretch" ? Fit::STRETCH : Fit::COVER;
-}
 
 Comparison compare(const DiffOptions& options) {
     Feed shown = openStageFeed(options.clip);
@@ -134,8 +131,8 @@ void addDiff(CLI::App& app, int& status) {
         ->check(CLI::Range(0.01, 1000.0))
         ->option_text("RATE");
     command->add_option("--fit", options->fit, "how the source was fitted (default cover)")
-        ->check(CLI::IsMember({"cover", "contain", "stretch"}))
-        ->option_text("cover|contain|stretch");
+        ->check(isFit())
+        ->option_text("cover|contain|stretch|whole");
     command->add_flag("--brief", options->brief, "only the line for the whole clip");
     command->add_flag("--json", options->json, "as a JSON object");
     command->footer(

@@ -65,13 +65,6 @@ Colour colourOf(const std::string& text) {
     return {channel(0), channel(2), channel(4)};
 }
 
-Fit fitOf(const std::string& name) {
-    return name == "contain"   ? Fit::CONTAIN
-           : name == "stretch" ? Fit::STRETCH
-           : name == "whole"   ? Fit::WHOLE
-                               : Fit::COVER;
-}
-
 void addPictureOptions(CLI::App& command, EncodeArguments& arguments) {
     command.add_option("--start", arguments.start, "begin at this second of the input")
         ->check(CLI::Range(0.0, kLongest))
@@ -89,7 +82,7 @@ void addPictureOptions(CLI::App& command, EncodeArguments& arguments) {
         .add_option("--fit", arguments.fit,
                     "fill the frame, show the whole picture, distort, or enlarge pixels by a "
                     "whole factor")
-        ->check(CLI::IsMember({"cover", "contain", "stretch", "whole"}))
+        ->check(isFit())
         ->option_text("cover|contain|stretch|whole (cover)");
     command
         .add_option("--long", arguments.longInput,
@@ -148,6 +141,17 @@ std::string sizeText(size_t bytes) {
 }
 
 }  // namespace
+
+Fit fitOf(const std::string& name) {
+    return name == "contain"   ? Fit::CONTAIN
+           : name == "stretch" ? Fit::STRETCH
+           : name == "whole"   ? Fit::WHOLE
+                               : Fit::COVER;
+}
+
+CLI::Validator isFit() {
+    return CLI::IsMember({"cover", "contain", "stretch", "whole"});
+}
 
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments) {
     arguments.workers = defaultWorkers();

@@ -29,6 +29,10 @@ struct EncodeArguments {
     int workers = 1;
 };
 
+// One of the names that --fit takes.
+Fit fitOf(const std::string& name);
+CLI::Validator isFit();
+
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments);
 
 // Throws CLI::ValidationError where options do not go together.
