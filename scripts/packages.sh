@@ -60,7 +60,15 @@ need_virtual_display() {
 }
 
 need_drawings() {
-    need "drawings of the documents" librsvg2-bin
+    need "drawings of the documents" librsvg2-bin python3
+}
+
+need_sheets() {
+    need "contact sheets of the demo clips" imagemagick
+}
+
+need_art() {
+    need "rendering art/ into data/" python3 python3-fonttools python3-numpy python3-pil
 }
 
 need_package() {
