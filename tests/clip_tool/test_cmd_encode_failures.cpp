@@ -98,7 +98,7 @@ TEST_F(Commands, Encode_OtherFilesAreRefused) {
 }
 
 TEST_F(Commands, Encode_TruncatedVideoIsRefusedUnlessAskedFor) {
-    inputs::noise("in.mkv", 40);
+    inputs::levels("in.mkv", std::vector<int>(40, 20));
     fs::resize_file("in.mkv", fs::file_size("in.mkv") / 2);
     expectRefused("in.mkv", "it is to last 1.6 seconds and ends after ");
     const Outcome outcome = tool("encode in.mkv -o out.m19 --partial --preset graphics");
@@ -108,7 +108,7 @@ TEST_F(Commands, Encode_TruncatedVideoIsRefusedUnlessAskedFor) {
 }
 
 TEST_F(Commands, Encode_PartBeforeTheBreakIsTaken) {
-    inputs::noise("in.mkv", 40);
+    inputs::levels("in.mkv", std::vector<int>(40, 20));
     fs::resize_file("in.mkv", fs::file_size("in.mkv") / 2);
     const Outcome outcome = tool("encode in.mkv -o out.m19 --duration 0.2");
     EXPECT_EQ(outcome.status, 0) << outcome.err;

@@ -1,0 +1,1 @@
+// Owns the precompiled GoogleTest header; there is nothing else in it.
