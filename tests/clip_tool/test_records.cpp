@@ -367,7 +367,8 @@ TEST(Numbering, TooManyFillers_LetTheClashBe) {
     EXPECT_EQ(numbering.recordAt.size(), 1u);
 }
 
-TEST(Numbering, FullBlock_GetsNoFiller) {
+TEST(Numbering, SearchThatIsGivenUp_TakesNobodysNumber) {
+    // Records 0 and 1 clash with the 2000 numbers that are tried, and both come to number 2000.
     maker::NumberHistory history;
     Uses uses;
     for (uint32_t record = 0; record < 65535; ++record) {

@@ -30,6 +30,7 @@ public:
 
 private:
     bool clashes(UseRange uses, size_t slot) const;
+    bool taken(size_t slot) const { return slot < slots_.size() && slots_[slot] != kFiller; }
     void place(uint32_t record, UseRange uses);
 
     size_t first_;
@@ -50,20 +51,20 @@ void TypeNumbering::place(uint32_t record, UseRange uses) {
     const size_t end = records_ + spare_;
     size_t slot = lowestFree_;
     for (int tries = 0; slot < end && tries < kTries; ++slot) {
-        const bool taken = slot < slots_.size() && slots_[slot] != kFiller;
-        if (!taken && !clashes(uses, slot)) {
+        if (!taken(slot) && !clashes(uses, slot)) {
             break;
         }
-        tries += taken ? 0 : 1;
+        tries += taken(slot) ? 0 : 1;
     }
-    if (slot >= end || clashes(uses, slot)) {
+    // Where the tries have run out, nothing is known of the slot that comes next.
+    if (slot >= end || taken(slot) || clashes(uses, slot)) {
         slot = lowestFree_;
     }
     if (slot >= slots_.size()) {
         slots_.resize(slot + 1, kFiller);
     }
     slots_[slot] = record;
-    while (lowestFree_ < slots_.size() && slots_[lowestFree_] != kFiller) {
+    while (taken(lowestFree_)) {
         ++lowestFree_;
     }
 }
