@@ -370,12 +370,28 @@ TEST(Numbering, TooManyFillers_LetTheClashBe) {
 TEST(Numbering, SearchThatIsGivenUp_TakesNobodysNumber) {
     // Records 0 and 1 clash with the 2000 numbers that are tried, and both come to number 2000.
     maker::NumberHistory history;
-    Uses uses;
-    for (uint32_t record = 0; record < 65535; ++record) {
-        uses.push_back({record, 5, 1, record});
-        history.add({record, 5, 1, record + 1}, record);
+    for (size_t number = 0; number < 2000; ++number) {
+        history.add({0, 5, 1, 10}, number);
     }
-    const std::vector<uint8_t> types(65535, 2);
+    const std::vector<uint8_t> types(2010, 2);
+    const Uses uses{{0, 5, 1, 11}, {1, 5, 1, 12}};
+    const maker::Numbering numbering = maker::numberRecords(types, uses, history);
+    EXPECT_EQ(numbering.numberOf[0], 2000);
+    std::vector<uint32_t> records = numbering.recordAt;
+    std::sort(records.begin(), records.end());
+    ASSERT_EQ(records.size(), 2010u);
+    for (uint32_t record = 0; record < 2010; ++record) {
+        EXPECT_EQ(records[record], record);
+    }
+}
+
+TEST(Numbering, FullBlock_GetsNoFiller) {
+    // The last record is the only one of its type, and the last number shows something else.
+    maker::NumberHistory history;
+    history.add({0, 5, 1, 10}, 65534);
+    std::vector<uint8_t> types(65534, 2);
+    types.push_back(9);
+    const Uses uses{{65534, 5, 1, 11}};
     EXPECT_EQ(maker::numberRecords(types, uses, history).recordAt.size(), 65535u);
 }
 
