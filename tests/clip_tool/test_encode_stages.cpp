@@ -1,17 +1,22 @@
 // The stages before the encoder: keys, loops, seams, names, numbered pictures, tasks on threads.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <atomic>
+#include <cerrno>
+#include <csignal>
 #include <fstream>
 #include <stdexcept>
 
 #include "support/folder.h"
+#include "tools/clip/errors.h"
 #include "tools/clip/input/batch.h"
 #include "tools/clip/input/image_sequence.h"
 #include "tools/clip/input/keying.h"
 #include "tools/clip/input/loop.h"
 #include "tools/clip/input/seam.h"
 #include "tools/clip/library/clip_names.h"
+#include "tools/clip/library/import_log.h"
 #include "tools/clip/progress.h"
 
 namespace {
@@ -230,6 +235,35 @@ TEST(Batch, Failure_EndsItAndIsThrown) {
                  std::runtime_error);
     EXPECT_EQ(begun, 3);
     EXPECT_EQ(reported, (std::vector<size_t>{0, 1}));
+}
+
+class Log : public testing::Test {
+protected:
+    TemporaryFolder folder_;
+};
+
+// The disk is full in the middle of a line; later lines are whole again and count.
+TEST_F(Log, LineThatBreaksOff_SpoilsNoOther) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::ofstream("in.gif") << "x";
+    {
+        maker::ImportLog log(".");
+        log.begin("first", "first");
+        const rlim_t size = std::filesystem::file_size("imported.jsonl");
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit full{size + 10, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+        try {
+            log.begin("second", "second");
+            ADD_FAILURE() << "the file has grown beyond its limit";
+        } catch (const maker::ToolError& error) {
+            EXPECT_STREQ(error.what(), "cannot write ./imported.jsonl: File too large");
+        }
+        setrlimit(RLIMIT_FSIZE, &before);
+        log.begin("third", "third");
+    }
+    EXPECT_EQ(maker::ImportLog(".").names(), (std::vector<std::string>{"first", "third"}));
 }
 
 TEST(Progress, Text_TellsRateAndTimeLeft) {

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <string_view>
 
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/errors.h"
@@ -29,6 +30,18 @@ std::string keyOf(const std::string& input) {
 }
 
 }  // namespace
+// A disk that has become full takes a part at first, and tells why only when asked for the rest.
+bool writeAll(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = write(descriptor, text.data(), text.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        text.remove_prefix(written > 0 ? static_cast<size_t>(written) : 0);
+    }
+    return true;
+}
+
 
 ImportLog::ImportLog(const fs::path& folder) : folder_(folder) {
     std::error_code ignored;
@@ -101,9 +114,8 @@ void ImportLog::append(const std::string& line) {
     std::string text = brokenOff_ ? "\n" : "";
     text += line;
     text += "\n";
-    const bool written =
-        file_ >= 0 && write(file_, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    if (!written || fdatasync(file_) != 0) {
+    brokenOff_ = true;  // until all of it is there; an empty line does no harm
+    if (file_ < 0 || !writeAll(file_, text) || fdatasync(file_) != 0) {
         throw ToolError("cannot write " + path.string() + ": " + std::strerror(errno));
     }
     brokenOff_ = false;
