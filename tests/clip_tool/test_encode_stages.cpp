@@ -1,6 +1,7 @@
 // The stages before the encoder: keys, loops, seams, names, numbered pictures, tasks on threads.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -15,6 +16,7 @@
 #include "tools/clip/input/keying.h"
 #include "tools/clip/input/loop.h"
 #include "tools/clip/input/seam.h"
+#include "tools/clip/interrupt.h"
 #include "tools/clip/library/clip_names.h"
 #include "tools/clip/library/import_log.h"
 #include "tools/clip/progress.h"
@@ -235,6 +237,49 @@ TEST(Batch, Failure_EndsItAndIsThrown) {
                  std::runtime_error);
     EXPECT_EQ(begun, 3);
     EXPECT_EQ(reported, (std::vector<size_t>{0, 1}));
+}
+
+// The first task is done at once, and while it is reported an interrupt ends the second one. The
+// third waits for input that never comes, which only a signal of its own can end.
+[[noreturn]] void interruptWhileReporting() {
+    alarm(20);
+    maker::catchInterrupts();
+    int pipe[2];
+    std::atomic<bool> waiting = false;
+    std::atomic<bool> ended = false;
+    int status = ::pipe(pipe);
+    try {
+        maker::runInOrder(
+            3, 3,
+            [&](size_t task) {
+                if (task == 1) {
+                    while (!waiting) {
+                        usleep(1000);
+                    }
+                    kill(getpid(), SIGINT);
+                    ended = true;
+                    throw maker::Interrupted();
+                }
+                char byte = 0;
+                waiting = waiting || task == 2;
+                if (task == 2 && read(pipe[0], &byte, 1) < 0) {
+                    throw maker::Interrupted();
+                }
+            },
+            [&](size_t) {
+                while (!ended) {
+                    usleep(1000);
+                }
+                usleep(100000);
+            });
+    } catch (const maker::Interrupted&) {
+        status = maker::interrupted() ? 3 : 4;
+    }
+    _exit(status);
+}
+
+TEST(BatchDeathTest, Interrupt_ReachesWhoWaitsThoughOthersHaveFailed) {
+    EXPECT_EXIT(interruptWhileReporting(), testing::ExitedWithCode(3), "");
 }
 
 class Log : public testing::Test {

@@ -28,28 +28,38 @@ void wake(std::vector<std::jthread>& threads) {
 
 class Batch {
 public:
-    Batch(size_t tasks, const std::function<void(size_t)>& task) : task_(task), done_(tasks) {}
+    Batch(size_t tasks, size_t workers, const std::function<void(size_t)>& task)
+        : task_(task), done_(tasks), working_(workers) {}
 
+    // What each of the workers does.
     void work() {
         for (size_t mine = take(); mine < done_.size(); mine = take()) {
+            std::exception_ptr failure;
             try {
                 task_(mine);
             } catch (...) {
-                const std::lock_guard lock(mutex_);
-                failure_ = failure_ ? failure_ : std::current_exception();
-                changed_.notify_all();
-                return;
+                failure = std::current_exception();
             }
             const std::lock_guard lock(mutex_);
-            done_[mine] = true;
+            done_[mine] = !failure;
+            failure_ = failure_ ? failure_ : failure;
             changed_.notify_all();
         }
+        const std::lock_guard lock(mutex_);
+        --working_;
+        changed_.notify_all();
     }
 
     // Waits a little while.
     void wait(size_t task) {
         std::unique_lock lock(mutex_);
         changed_.wait_for(lock, kPause, [this, task] { return done_[task] || failure_; });
+    }
+
+    // The same for the end of all work; whether it has come.
+    bool waitForEnd() {
+        std::unique_lock lock(mutex_);
+        return changed_.wait_for(lock, kPause, [this] { return working_ == 0; });
     }
 
     bool failed() {
@@ -77,6 +87,7 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<bool> done_;
+    size_t working_;  // workers
     size_t next_ = 0;
     std::exception_ptr failure_;
 };
@@ -93,7 +104,7 @@ void runInOrder(size_t tasks, int workers, const std::function<void(size_t)>& ta
         }
         return;
     }
-    Batch batch(tasks, task);
+    Batch batch(tasks, count, task);
     size_t reported = 0;
     {
         std::vector<std::jthread> threads;
@@ -105,6 +116,11 @@ void runInOrder(size_t tasks, int workers, const std::function<void(size_t)>& ta
             if (batch.isDone(reported)) {
                 report(reported++);
             } else if (interrupted()) {
+                wake(threads);
+            }
+        }
+        while (!batch.waitForEnd()) {
+            if (interrupted()) {
                 wake(threads);
             }
         }
