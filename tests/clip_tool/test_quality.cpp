@@ -7,6 +7,7 @@
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
 #include "common/rgb565.h"
+#include "tools/clip/encode/block_coder.h"
 #include "tools/clip/encode/encoder.h"
 
 namespace {
@@ -212,6 +213,32 @@ TEST(Budget, DefaultQuality_LoadsInTwelveSecondsAtWorst) {
     encoder.finish();
     EXPECT_LE(encoder.stats().records - encoder.stats().fillers, 37440);
     EXPECT_GE(encoder.stats().records, 30000);
+}
+
+// Eighty tiles, the left half opaque, each with an edge or an alpha that no other has, and room for
+// twenty records: alpha is never given up.
+TEST(Budget, TilesOfTheirOwnAlpha_StayBeyondTheLimit) {
+    pictures::Random random(12);
+    maker::SourceBlock block{1, 80, {}};
+    for (int tile = 0; tile < 80; ++tile) {
+        maker::SourceTile source{};
+        source.alpha.fill(15);
+        for (size_t i = 0; i < 64; ++i) {
+            const bool bright = i % 8 < 4;
+            source.colours[0][i] = static_cast<uint8_t>(bright ? 250 - tile : 0);
+            source.alpha[i] = static_cast<uint8_t>(tile < 40 ? 15 : 1 + random.below(14));
+        }
+        block.tiles.push_back(source);
+    }
+    const maker::CodedBlock coded = maker::codeBlock(
+        block,
+        {.quality = maker::kDefaultQuality, .content = maker::Content::FOOTAGE, .mostRecords = 20});
+    EXPECT_EQ(coded.set.records.size(), 40u);
+    for (size_t tile = 40; tile < 80; ++tile) {
+        const maker::Placement& shown = coded.tiles.placements[tile];
+        ASSERT_EQ(shown.fill, maker::Fill::PICTURE) << tile;
+        EXPECT_EQ(coded.tiles.pictures[shown.value].alpha, block.tiles[tile].alpha) << tile;
+    }
 }
 
 TEST(Dither, GradientsBreakUp) {

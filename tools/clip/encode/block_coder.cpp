@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <limits>
 
 #include "tools/clip/encode/simplify.h"
 
@@ -98,18 +99,19 @@ double costOf(const CodedBlock& coded, const Rate& rate) {
 
 // Doing without a record can leave others that were like it on their own, so it takes a few rounds
 // to get down to the limit, each asking for more than the surplus. Every round ends with fewer
-// records, or with none that could be done without.
+// records, or with none that could be done without: those of infinite saving stay, limit or not.
 CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan) {
+    constexpr double kMostSaving = std::numeric_limits<double>::max();
     const Simplifier simplifier(block, rateFor(plan));
     for (double leastSaving = 0;;) {
         ShownBlock shown = simplifier.show(leastSaving);
         CodedBlock coded = codeTiles(block, shown.tiles, &simplifier.palette());
         const int64_t surplus = excess(coded, plan);
-        if (surplus <= 0 || shown.savings.empty()) {
+        if (surplus <= 0 || shown.savings.empty() || leastSaving == kMostSaving) {
             return coded;
         }
         const int64_t more = surplus / 8 + static_cast<int64_t>(shown.savings.size()) / 100 + 1;
-        leastSaving = thresholdFor(std::move(shown.savings), surplus + more);
+        leastSaving = std::min(thresholdFor(std::move(shown.savings), surplus + more), kMostSaving);
     }
 }
 

@@ -17,7 +17,8 @@ namespace maker {
 
 struct ShownBlock {
     std::vector<Tile> tiles;  // frame by frame, raster order
-    // What each new record saves over the best picture without one: error plus rate x bytes.
+    // What each new record saves over the best picture without one: error plus rate x bytes. It is
+    // infinite where nothing else has the tile's alpha.
     std::vector<double> savings;
 };
 
@@ -26,7 +27,7 @@ public:
     // `rate.perByte` is above 0. The block must outlive this.
     Simplifier(const SourceBlock& block, const Rate& rate);
 
-    // New records that save no more than `leastSaving` are done without.
+    // New records that save no more than `leastSaving`, which is finite, are done without.
     ShownBlock show(double leastSaving) const;
 
     const PaletteColours& palette() const { return palette_; }
