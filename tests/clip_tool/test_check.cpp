@@ -339,6 +339,22 @@ TEST_F(Set, MissingAndBrokenClips_AreProblems) {
     EXPECT_NE(maker::asText(report).find("\n4 problems, 1 note.\n"), std::string::npos);
 }
 
+// One clip that cannot be read is one problem; the rest is checked all the same.
+TEST_F(Set, ClipThatCannotBeRead_IsOneProblem) {
+    write("videos/huge.m19", "");
+    fs::resize_file("videos/huge.m19", size_t{300} << 20);
+    setPlaylists(playlistText("one", {"huge.m19", "a.m19"}));
+    const maker::SetReport report = maker::checkSet(".");
+    ASSERT_EQ(report.findings.all().size(), 2u);
+    EXPECT_EQ(report.findings.all()[0].where, "one");
+    EXPECT_EQ(report.findings.all()[0].text,
+              "cannot read ./videos/huge.m19: it is larger than any clip");
+    EXPECT_EQ(report.findings.all()[1].text, "no playlist names it");
+    const nlohmann::json json = nlohmann::json::parse(maker::asJson(".", report));
+    EXPECT_EQ(json.at("playlists").at(0).at("tracks").at(0).at("verdict"),
+              "cannot read ./videos/huge.m19: it is larger than any clip");
+}
+
 TEST_F(Set, OlderClips_AreNoted) {
     write("videos/old.m17", "x");
     setPlaylists(playlistText("one", {"a.m19", "sub/b.m19"}));

@@ -68,6 +68,14 @@ TEST_F(Files, WriteWhole_NoFolderIsAnError) {
     EXPECT_EQ(filesIn("."), 1u);
 }
 
+// A device would be replaced by a file just as well.
+TEST_F(Files, WriteWhole_PipeIsLeftAlone) {
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    EXPECT_THROW(maker::writeWholeFile("pipe", Bytes{1}), maker::ToolError);
+    EXPECT_THROW(maker::checkWritable("pipe"), maker::ToolError);
+    EXPECT_TRUE(std::filesystem::is_fifo("pipe"));
+}
+
 TEST_F(Files, ReadWhole_MissingFileIsAnError) {
     EXPECT_THROW(maker::readWholeFile("no.m19"), maker::ToolError);
     EXPECT_THROW(maker::readWholeFile("."), maker::ToolError);
@@ -77,6 +85,18 @@ TEST_F(Files, ReadWhole_MissingFileIsAnError) {
 
 // 17 frames of 8 lines in flat colours: no records; headers of 10 + 2 x (10 + 20 + 512) bytes,
 // 15 run bytes, 80 + 15 x 0 + 80 entries, 16 code words a frame.
+// The file takes no room: nothing was ever written to it.
+TEST_F(Files, ReadWhole_LargerThanAnyClipIsRefused) {
+    std::ofstream("a.m19").close();
+    std::filesystem::resize_file("a.m19", size_t{300} << 20);
+    try {
+        maker::readWholeFile("a.m19");
+        ADD_FAILURE();
+    } catch (const maker::ToolError& error) {
+        EXPECT_STREQ(error.what(), "cannot read a.m19: it is larger than any clip");
+    }
+}
+
 TEST(Describe, FlatClip_HasItsBytesBySection) {
     const Bytes bytes =
         pictures::encode(std::vector<maker::Frame>(17, pictures::flat(8, 0x1234)), 80);

@@ -22,6 +22,9 @@ namespace {
 
 constexpr size_t kPieceBytes = size_t{1} << 20;
 
+// The largest clip that there can be takes 240 MB; nothing else that is read whole comes near it.
+constexpr size_t kMostBytesRead = size_t{256} << 20;
+
 [[noreturn]] void fail(const char* action, const fs::path& path) {
     throw ToolError(std::string("cannot ") + action + " " + path.string() + ": " +
                     std::strerror(errno));
@@ -44,6 +47,18 @@ public:
 private:
     int descriptor_;
 };
+
+// A folder cannot be replaced; a device or a pipe could, and would be gone.
+void checkReplaceable(const fs::path& path) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(path, ignored);
+    if (fs::is_directory(status)) {
+        throw ToolError("cannot write " + path.string() + ": it is a folder");
+    }
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        throw ToolError("cannot write " + path.string() + ": it is no ordinary file");
+    }
+}
 
 // mkstemp makes the file private; a clip is as readable as any file that the user makes.
 void setOrdinaryMode(int descriptor) {
@@ -82,10 +97,7 @@ fs::path folderOf(const fs::path& path) {
 }
 
 PendingFile::PendingFile(const fs::path& path, std::span<const uint8_t> bytes) {
-    std::error_code ignored;
-    if (fs::is_directory(path, ignored)) {
-        throw ToolError("cannot write " + path.string() + ": it is a folder");
-    }
+    checkReplaceable(path);
     std::string name = folderOf(path).string();
     name += "/.";
     name += path.filename().string();
@@ -148,10 +160,8 @@ FolderInMaking::~FolderInMaking() {
 }
 
 void checkWritable(const fs::path& path) {
+    checkReplaceable(path);
     std::error_code ignored;
-    if (fs::is_directory(path, ignored)) {
-        throw ToolError("cannot write " + path.string() + ": it is a folder");
-    }
     fs::path folder = folderOf(path);
     while (!folder.empty() && !fs::exists(folder, ignored)) {
         folder = folder.parent_path();
@@ -168,16 +178,24 @@ void writeWholeFile(const fs::path& path, std::span<const uint8_t> bytes) {
 }
 
 std::vector<uint8_t> readWholeFile(const fs::path& path) {
-    if (fs::is_directory(path)) {
+    std::error_code ignored;
+    if (fs::is_directory(path, ignored)) {
         throw ToolError("cannot read " + path.string() + ": it is a folder");
     }
     const OpenFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (file.get() < 0) {
+        stopIfInterrupted();
         fail("read", path);
     }
+    struct stat facts {};
+    const bool known = fstat(file.get(), &facts) == 0;
     std::vector<uint8_t> bytes;
     size_t used = 0;
     for (;;) {
+        stopIfInterrupted();
+        if (used > kMostBytesRead || (known && facts.st_size > off_t{kMostBytesRead})) {
+            throw ToolError("cannot read " + path.string() + ": it is larger than any clip");
+        }
         bytes.resize(used + kPieceBytes);
         const ssize_t got = read(file.get(), bytes.data() + used, kPieceBytes);
         if (got < 0 && errno != EINTR) {

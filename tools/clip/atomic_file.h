@@ -52,6 +52,7 @@ void checkWritable(const std::filesystem::path& path);
 
 void writeWholeFile(const std::filesystem::path& path, std::span<const uint8_t> bytes);
 
+// Refuses what is larger than 256 MB, which no clip can be.
 std::vector<uint8_t> readWholeFile(const std::filesystem::path& path);
 
 }  // namespace maker

@@ -51,7 +51,7 @@ Json jsonOf(const TrackReport& track) {
         return json;
     }
     json["plays"] = track.clip.plays();
-    json["verdict"] = verdictText(track.clip);
+    json["verdict"] = readable(track.fault.empty() ? verdictText(track.clip) : track.fault);
     json["bytes"] = track.clip.fileBytes;
     if (track.clip.plays()) {
         json["frames"] = track.clip.header.frameCount;

@@ -70,7 +70,11 @@ const TrackReport& SetChecker::track(const std::string& path) {
     std::error_code ignored;
     track.there = fs::is_regular_file(file, ignored);
     if (track.there) {
-        describe(readWholeFile(file), track.clip);
+        try {
+            describe(readWholeFile(file), track.clip);
+        } catch (const ToolError& error) {
+            track.fault = error.what();
+        }
     }
     return track;
 }
@@ -95,6 +99,8 @@ void SetChecker::checkTracks(const PlaylistReport& playlist) {
         const std::string label = inQuotes(track.path) + " ";
         if (!track.there) {
             report_.findings.problem(playlist.name, missingText(track.path));
+        } else if (!track.fault.empty()) {
+            report_.findings.problem(playlist.name, readable(track.fault));
         } else if (!track.clip.plays()) {
             report_.findings.problem(playlist.name, label + "is " + verdictText(track.clip));
         } else if (track.clip.slow() || !track.clip.verdict.ok) {

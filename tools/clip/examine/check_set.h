@@ -19,6 +19,7 @@ namespace maker {
 struct TrackReport {
     std::string path;  // below videos/
     bool there = false;
+    std::string fault;  // why it could not be read; empty when it was
     Description clip;
 };
 
