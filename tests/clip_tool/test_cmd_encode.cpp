@@ -313,3 +313,5 @@ TEST_F(Commands, Encode_WrongUseHasItsOwnStatus) {
 }
 
 }  // namespace
+                                  "encode in.mkv -o a.m19 --size 0",
+                                  "encode in.mkv -o a.m19 --size=-5",

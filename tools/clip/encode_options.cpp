@@ -13,6 +13,7 @@ namespace maker {
 namespace {
 
 constexpr double kLongest = 1e6;  // seconds
+constexpr int64_t kLargestBudget = int64_t{1} << 40;
 constexpr int kLongestBlend = clip::kMaxFrames - 1;
 constexpr const char* kCrossfade = "crossfade:";
 constexpr const char* kKey = "key:";
@@ -120,10 +121,11 @@ void addCodingOptions(CLI::App& command, EncodeArguments& arguments) {
     command
         .add_option("--records", arguments.records,
                     "tile records that a clip may have: fewer load faster")
-        ->check(CLI::Range(int64_t{1}, int64_t{1} << 40))
+        ->check(CLI::Range(int64_t{1}, kLargestBudget))
         ->option_text("N");
     command.add_option("--size", arguments.bytes, "bytes that a clip may have, like 500K or 8M")
         ->transform(CLI::AsSizeValue(false))
+        ->check(CLI::Range(int64_t{1}, kLargestBudget))
         ->option_text("BYTES");
     command.add_flag("--partial", arguments.partial,
                      "take what is there of an input that breaks off");
