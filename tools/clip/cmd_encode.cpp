@@ -109,7 +109,7 @@ int encode(const EncodeCommand& command) {
         } catch (const Interrupted&) {
             throw;
         } catch (const std::exception& error) {
-            outcomes[i].error = error.what();
+            outcomes[i].error = lineOf(error);
         }
         progress.finish(i);
     };

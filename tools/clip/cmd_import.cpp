@@ -135,7 +135,7 @@ void Import::makeClips() {
         } catch (const Interrupted&) {
             throw;
         } catch (const std::exception& error) {
-            item.error = error.what();
+            item.error = lineOf(error);
         }
         progress_->finish(i);
     };

@@ -19,9 +19,11 @@ void askStop(int) {
 void catchInterrupts() {
     struct sigaction action {};
     action.sa_handler = askStop;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
         sigaction(signal, &action, nullptr);
     }
+    // A file that grows too large is then an error of the call that writes it.
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool interrupted() {

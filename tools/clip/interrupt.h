@@ -1,6 +1,6 @@
 #pragma once
-// Stopping cleanly: SIGINT, SIGTERM and SIGHUP set a flag that long work looks at, so that what is
-// half done is undone by the ordinary way out.
+// Stopping cleanly: SIGINT, SIGTERM, SIGHUP and SIGPIPE set a flag that long work looks at, so that
+// what is half done is undone by the ordinary way out.
 
 namespace maker {
 

@@ -39,16 +39,26 @@ int run(int argc, char** argv) {
     return status;
 }
 
+// What was printed counts as done only once it is there.
+int flushed(int status) {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+        return status;
+    }
+    maker::stopIfInterrupted();  // nobody reads on
+    throw maker::ToolError("cannot write all of the output");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     maker::catchInterrupts();
     try {
-        return run(argc, argv);
+        return flushed(run(argc, argv));
     } catch (const maker::Interrupted&) {
         return maker::kExitInterrupted;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "velmora-clip: %s\n", error.what());
+        std::fflush(stdout);
+        std::fprintf(stderr, "velmora-clip: %s\n", maker::lineOf(error));
         return maker::kExitFailed;
     }
 }
