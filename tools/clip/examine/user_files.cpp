@@ -25,12 +25,14 @@ FilePtr openFile(const fs::path& path) {
     return FilePtr(fs::is_regular_file(path, ignored) ? std::fopen(path.c_str(), "r") : nullptr);
 }
 
-std::string contentOf(const fs::path& path) {
-    const FilePtr file = openFile(path);
+// From its beginning, where the file then stands again: it may have no name any more.
+std::string contentOf(FILE* file) {
+    std::rewind(file);
     std::string text;
-    for (int c = std::fgetc(file.get()); c != EOF; c = std::fgetc(file.get())) {
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) {
         text += static_cast<char>(c);
     }
+    std::rewind(file);
     return text;
 }
 
@@ -129,7 +131,7 @@ PlaylistsFile readPlaylists(const fs::path& path) {
         result.read.push_back(std::move(playlist));
         playlist = {};
     }
-    const std::string content = contentOf(path);
+    const std::string content = contentOf(file.get());
     pugi::xml_document document;
     result.fault = faultOf(parse(content, document));
     result.written = result.fault.empty() ? parsedPlaylists(document) : plainPlaylists(content);
@@ -143,7 +145,7 @@ ElementsFile readElements(const fs::path& path, const std::vector<std::string>& 
         return result;
     }
     result.there = true;
-    const std::string content = contentOf(path);
+    const std::string content = contentOf(file.get());
     pugi::xml_document document;
     result.fault = faultOf(parse(content, document));
     std::map<std::string, size_t> used;
