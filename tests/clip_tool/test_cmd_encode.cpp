@@ -3,6 +3,7 @@
 #include <regex.h>
 
 #include "clip_tool/inputs.h"
+#include "clip_tool/media.h"
 #include "clip_tool/tool.h"
 
 namespace {
@@ -181,6 +182,21 @@ TEST_F(Commands, Encode_AlphaIsKeptOrDropped) {
     EXPECT_EQ(inputs::readClip("out.m19").alpha, 0u);
 }
 
+// Programs that write sequences leave the alpha out of pictures that are opaque.
+TEST_F(Commands, Encode_AlphaThatBeginsLaterIsKept) {
+    inputs::picture("img2.png", 64, 36, [](int, int) { return 0xFF000080U; });
+    media::Recipe opaque;
+    opaque.path = "img%d.png";
+    opaque.codec = AV_CODEC_ID_PNG;
+    opaque.pixels = AV_PIX_FMT_RGB24;
+    opaque.width = 64;
+    opaque.height = 36;
+    opaque.fill = [](int, AVFrame&) {};
+    media::write(opaque);
+    ASSERT_EQ(tool("encode img%d.png -o out.m19").status, 0);
+    EXPECT_EQ(inputs::readClip("out.m19").alpha, 1u);
+}
+
 // 100 x 50 pixels grow six times to 600 x 300, 20 and 30 pixels from the edges.
 TEST_F(Commands, Encode_PixelPresetEnlargesByWholeFactors) {
     inputs::picture("in.png", 100, 50,
@@ -301,6 +317,8 @@ TEST_F(Commands, Encode_WrongUseHasItsOwnStatus) {
                                   "encode in.mkv -o a.m19 --alpha key:00gg00",
                                   "encode in.mkv -o a.m19 --preset film",
                                   "encode in.mkv -o a.m19 --size much",
+                                  "encode in.mkv -o a.m19 --size 0",
+                                  "encode in.mkv -o a.m19 --size=-5",
                                   "encode in.mkv -o a.m19 --records 0",
                                   "encode in.mkv -o a.m19 -j 0"}) {
         const Outcome outcome = tool(arguments);
@@ -313,5 +331,3 @@ TEST_F(Commands, Encode_WrongUseHasItsOwnStatus) {
 }
 
 }  // namespace
-                                  "encode in.mkv -o a.m19 --size 0",
-                                  "encode in.mkv -o a.m19 --size=-5",

@@ -6,6 +6,7 @@
 #include <array>
 #include <fstream>
 
+#include "clip_tool/inputs.h"
 #include "clip_tool/media.h"
 #include "support/folder.h"
 #include "tools/clip/errors.h"
@@ -386,6 +387,19 @@ TEST_F(Source, StillPicture_IsOneFrameOrTheAskedDuration) {
     SourceOptions held = options("one1.png", 10);
     held.duration = 0.5;
     EXPECT_EQ(readAll(held).size(), 5u);
+}
+
+TEST_F(Source, PatternInAFolderWithAColon_IsFound) {
+    std::filesystem::create_directory("a:b");
+    for (const char* name : {"a:b/img1.png", "a:b/img2.png"}) {
+        inputs::picture(name, 64, 36, [](int, int) { return 0x000000FFU; });
+    }
+    EXPECT_EQ(readAll(options("a:b/img%d.png")).size(), 2u);
+}
+
+TEST_F(Source, PictureNamedLikeAPattern_IsThatPicture) {
+    inputs::picture("img%d.png", 64, 36, [](int, int) { return 0x000000FFU; });
+    EXPECT_EQ(readAll(options("img%d.png")).size(), 1u);
 }
 
 TEST_F(Source, NameWithAColon_IsAFile) {

@@ -15,6 +15,7 @@ namespace maker {
 namespace {
 
 constexpr double kFallbackFrameSeconds = 1.0 / 25;
+constexpr int kMostThreads = 16;  // each may hold a picture
 
 // A file that ends earlier than it announces, by more than rounding explains, is cut off.
 constexpr double kCutOffSeconds = 0.5;
@@ -22,6 +23,16 @@ constexpr double kCutOffPart = 0.05;
 
 double secondsOf(AVRational rational) {
     return av_q2d(rational);
+}
+
+// When the stream begins, in its own units. Times are counted from there in floating point: files
+// may name any.
+int64_t firstTime(const AVStream& stream) {
+    return stream.start_time == AV_NOPTS_VALUE ? 0 : stream.start_time;
+}
+
+double sinceFirst(double time, const AVStream& stream) {
+    return (time - static_cast<double>(firstTime(stream))) * secondsOf(stream.time_base);
 }
 
 int64_t durationOf(const AVFrame& frame) {
@@ -123,7 +134,7 @@ void Decoder::openCodec(const AVCodec* codec) {
     if (error >= 0) {
         codec_->pkt_timebase = stream_->time_base;
         codec_->max_pixels = kMaxPicturePixels;
-        codec_->thread_count = options_.threads;
+        codec_->thread_count = std::min(options_.threads, kMostThreads);
         error = avcodec_open2(codec_.get(), codec, nullptr);
     }
     if (error < 0) {
@@ -133,9 +144,8 @@ void Decoder::openCodec(const AVCodec* codec) {
 
 // A seek that lands too late, or fails, is of no use: the caller opens the file again.
 bool Decoder::seek(double start) {
-    const int64_t first = stream_->start_time == AV_NOPTS_VALUE ? 0 : stream_->start_time;
-    const int64_t target =
-        first + static_cast<int64_t>(std::floor(start / secondsOf(stream_->time_base)));
+    const int64_t units = static_cast<int64_t>(std::floor(start / secondsOf(stream_->time_base)));
+    const int64_t target = av_sat_add64(firstTime(*stream_), units);
     if (av_seek_frame(format_.get(), stream_->index, target, AVSEEK_FLAG_BACKWARD) < 0) {
         return false;
     }
@@ -176,10 +186,8 @@ void Decoder::notePacket(const AVPacket& packet) {
     if (packet.pts == AV_NOPTS_VALUE) {
         return;
     }
-    const int64_t first = stream.start_time == AV_NOPTS_VALUE ? 0 : stream.start_time;
-    const double end =
-        static_cast<double>(packet.pts + packet.duration - first) * secondsOf(stream.time_base);
-    packetsEnd_ = std::max(packetsEnd_, end);
+    const double end = static_cast<double>(packet.pts) + static_cast<double>(packet.duration);
+    packetsEnd_ = std::max(packetsEnd_, sinceFirst(end, stream));
 }
 
 std::string Decoder::cutOff() const {
@@ -238,8 +246,7 @@ void Decoder::setTimes(TimedFrame& frame) {
     }
     frame.time = expectedTime_;
     if (picture.best_effort_timestamp != AV_NOPTS_VALUE) {
-        const int64_t first = stream_->start_time == AV_NOPTS_VALUE ? 0 : stream_->start_time;
-        frame.time = static_cast<double>(picture.best_effort_timestamp - first) * unit;
+        frame.time = sinceFirst(static_cast<double>(picture.best_effort_timestamp), *stream_);
     }
     expectedTime_ = frame.time + frame.duration;
 }

@@ -28,10 +28,14 @@ int interruptAsked(void*) {
     return interrupted() ? 1 : 0;
 }
 
-// A colon would make FFmpeg look for a protocol in the name of a file that is there.
-std::string addressOf(const std::string& path) {
+bool isThere(const std::string& path) {
     std::error_code ignored;
-    const bool isFile = std::filesystem::exists(path, ignored);
+    return std::filesystem::exists(path, ignored);
+}
+
+// A colon would make FFmpeg look for a protocol in the name of a file or pattern.
+std::string addressOf(const std::string& path) {
+    const bool isFile = isThere(path) || imagePattern(path);
     return isFile && path.find(':') != std::string::npos ? "file:" + path : path;
 }
 
@@ -64,7 +68,8 @@ private:
     AVDictionary* entries_ = nullptr;
 };
 
-// Left alone, FFmpeg looks for a first picture numbered 0 to 4 only, and shows 25 a second.
+// Left alone, FFmpeg looks for a first picture numbered 0 to 4 only, and shows 25 a second; and a
+// picture that is there under the name of a pattern is not found.
 Dictionary sequenceOptions(const std::string& path, double fps) {
     Dictionary options;
     const std::optional<ImagePattern> pattern = imagePattern(path);
@@ -72,6 +77,8 @@ Dictionary sequenceOptions(const std::string& path, double fps) {
     if (first) {
         options.set("start_number", std::to_string(*first));
         options.set("framerate", std::to_string(fps > 0 ? fps : kFallbackFps));
+    } else if (isThere(path)) {
+        options.set("pattern_type", "none");
     }
     return options;
 }

@@ -95,15 +95,19 @@ void Scaler::Image::resize(int newWidth, int newHeight) {
     rgba.resize(pitch * static_cast<size_t>(height) + kRowAlign);
 }
 
+void Scaler::fail(const char* what) const {
+    throw ToolError("cannot read " + options_.path + ": pictures of this kind cannot be " + what);
+}
+
 void Scaler::prepare(ContextPtr& context, int width, int height, AVPixelFormat format,
-                     const Image& to) {
+                     const Image& to) const {
     const bool smaller = to.width < width || to.height < height;
     const int flags = (smaller ? SWS_AREA : SWS_BICUBIC) | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT;
     context.reset(sws_getCachedContext(context.release(), width, height, format, to.width,
                                        to.height, AV_PIX_FMT_RGBA, flags, nullptr, nullptr,
                                        nullptr));
     if (!context) {
-        throw ToolError("pictures of this kind cannot be converted");
+        fail("converted");
     }
 }
 
@@ -116,7 +120,10 @@ void Scaler::convert(const AVFrame& picture, int width, int height, Image& to) {
                              kPlain, kPlain);
     uint8_t* const planes[] = {to.rgba.data(), nullptr, nullptr, nullptr};
     const int pitches[] = {static_cast<int>(to.pitch), 0, 0, 0};
-    sws_scale(toRgba_.get(), picture.data, picture.linesize, 0, picture.height, planes, pitches);
+    if (sws_scale(toRgba_.get(), picture.data, picture.linesize, 0, picture.height, planes,
+                  pitches) < 0) {
+        fail("converted");
+    }
 }
 
 void Scaler::scaleImage(const Image& from, int width, int height, Image& to) {
@@ -126,7 +133,9 @@ void Scaler::scaleImage(const Image& from, int width, int height, Image& to) {
     const int sourcePitches[] = {static_cast<int>(from.pitch), 0, 0, 0};
     uint8_t* const planes[] = {to.rgba.data(), nullptr, nullptr, nullptr};
     const int pitches[] = {static_cast<int>(to.pitch), 0, 0, 0};
-    sws_scale(toSize_.get(), sources, sourcePitches, 0, from.height, planes, pitches);
+    if (sws_scale(toSize_.get(), sources, sourcePitches, 0, from.height, planes, pitches) < 0) {
+        fail("converted");
+    }
 }
 
 // Colours are weighed by their alpha on the way.
@@ -186,7 +195,7 @@ void Scaler::render(AVFrame& picture, double pixelAspect, int turns, std::vector
     picture.crop_left = picture.crop_right = cutX;
     picture.crop_top = picture.crop_bottom = cutY;
     if (av_frame_apply_cropping(&picture, AV_FRAME_CROP_UNALIGNED) < 0) {
-        throw ToolError("pictures of this kind cannot be cut");
+        fail("cut");
     }
     const int width = sideways ? plan.height : plan.width;
     const int height = sideways ? plan.width : plan.height;

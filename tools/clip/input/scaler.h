@@ -3,10 +3,11 @@
 //
 // The picture is cut, scaled and turned as its plan says (fit.h). Colours keep the range and the
 // matrix that the picture names. Scaling weighs colours by their alpha, so that what a transparent
-// pixel hides never bleeds into its neighbours.
+// pixel hides never bleeds into its neighbours. What cannot be converted is thrown as ToolError.
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "tools/clip/input/decoder.h"
@@ -23,6 +24,7 @@ struct FreeScaler {
 };
 
 struct ScalerOptions {
+    std::string path;  // of the source, for errors
     Fit fit = Fit::COVER;
     bool alpha = false;    // keep alpha and make bars transparent; else everything lies over black
     bool nearest = false;  // every pixel of the frame is a pixel of the source, unmixed
@@ -57,8 +59,9 @@ private:
     void scaleImage(const Image& from, int width, int height, Image& to);
     void scaleSeeThrough(const AVFrame& picture, int width, int height);
     void scaleNearest(const AVFrame& picture, int width, int height);
-    static void prepare(ContextPtr& context, int width, int height, AVPixelFormat format,
-                        const Image& to);
+    void prepare(ContextPtr& context, int width, int height, AVPixelFormat format,
+                 const Image& to) const;
+    [[noreturn]] void fail(const char* what) const;
     void place(const Image& image, int turns, const FitPlan& plan, std::vector<uint8_t>& rgba);
 
     ScalerOptions options_;

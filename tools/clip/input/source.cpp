@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tools/clip/errors.h"
+#include "tools/clip/input/image_sequence.h"
 #include "tools/clip/interrupt.h"
 
 namespace maker {
@@ -24,13 +25,14 @@ double pictureFps(const SourceOptions& options) {
 VideoSource::VideoSource(const SourceOptions& options)
     : options_(options),
       decoder_({options.path, options.start, pictureFps(options), options.threads}),
-      scaler_({options.fit, options.alpha, options.nearest || options.fit == Fit::WHOLE}),
+      scaler_(
+          {options.path, options.fit, options.alpha, options.nearest || options.fit == Fit::WHOLE}),
       pacer_(options.fps, frameLimit(options)) {
     more_ = decoder_.next(upcoming_);
     if (!more_) {
         throw ToolError("cannot read " + options.path + ": no picture could be decoded");
     }
-    canSeeThrough_ = formatHasAlpha(*upcoming_.picture);
+    canSeeThrough_ = formatHasAlpha(*upcoming_.picture) || imagePattern(options.path).has_value();
 }
 
 int VideoSource::expectedFrames() const {

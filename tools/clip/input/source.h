@@ -47,7 +47,8 @@ public:
     // After a step and before picture(): whether anything in the frame is not opaque.
     bool seesThrough();
 
-    // Whether the pictures are of a kind that can be transparent. The first one tells.
+    // Whether the pictures are of a kind that can be transparent. The first one tells; but those of
+    // a sequence may be of different kinds.
     bool canSeeThrough() const { return canSeeThrough_; }
 
     int expectedFrames() const;                // as the file announces; 0 when it does not
