@@ -41,6 +41,18 @@ TEST_F(SheetCommand, Failures_AreOneLineAndLeaveNothing) {
     EXPECT_EQ(filesHere(), (Names{"empty", "set"}));
 }
 
+TEST_F(SheetCommand, PictureOfTooManyClips_IsRefusedAtOnce) {
+    std::string clips;
+    for (int i = 0; i < 601; ++i) {
+        clips += " set/flat.m19";
+    }
+    const Outcome outcome = tool("sheet" + clips + " -o sheet.png");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err,
+              "velmora-clip: a picture has room for 600 clips, not for 601; a page, --html, takes "
+              "any number\n");
+}
+
 TEST_F(SheetCommand, WithoutOutput_IsWrongUse) {
     EXPECT_EQ(tool("sheet set").status, 2);
     EXPECT_EQ(tool("sheet").status, 2);

@@ -30,6 +30,14 @@ std::vector<int> framesIn(const maker::SheetClip& clip) {
     return frames;
 }
 
+std::string pageOf(const std::string& title, const std::vector<maker::SheetClip>& clips) {
+    maker::SheetPage page;
+    for (const maker::SheetClip& clip : clips) {
+        page.add(clip);
+    }
+    return page.finish(title);
+}
+
 size_t count(const std::string& text, const std::string& part) {
     size_t found = 0;
     for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
@@ -56,7 +64,7 @@ TEST_F(Sheet, BrokenClip_HasNoMoments) {
     maker::writeWholeFile("a.m19", std::vector<uint8_t>{19, 0});
     const maker::SheetClip clip = maker::readSheetClip("a", "a.m19", 8, 4);
     EXPECT_TRUE(clip.moments.empty());
-    const std::string page = maker::sheetPage("t", {clip});
+    const std::string page = pageOf("t", {clip});
     EXPECT_NE(page.find("class=\"bad\">broken in the file header"), std::string::npos);
     EXPECT_GT(maker::drawSheet("t", {clip}).height, 100);
 }
@@ -89,7 +97,7 @@ TEST_F(Sheet, Picture_HoldsEveryMoment) {
 TEST_F(Sheet, Page_NeedsNoOtherFile) {
     makeClip("a.m19", 30, true);
     maker::SheetClip clip = maker::readSheetClip("<a> & \"b\"", "a.m19", 24, 2);
-    const std::string page = maker::sheetPage("my videos", {clip, clip});
+    const std::string page = pageOf("my videos", {clip, clip});
     EXPECT_EQ(count(page, "<article>"), 2u);
     EXPECT_EQ(count(page, "http"), 0u);
     EXPECT_EQ(count(page, "src: url(data:font/ttf;base64,"), 1u);
@@ -98,6 +106,8 @@ TEST_F(Sheet, Page_NeedsNoOtherFile) {
     EXPECT_EQ(count(page, "--moments: 24; --time: 1.17s;"), 2u);
     EXPECT_EQ(count(page, "<span class=\"alpha\">alpha</span>"), 2u);
     EXPECT_NE(page.find("<title>my videos</title>"), std::string::npos);
+    // 60 frames at 25.6 a second
+    EXPECT_NE(page.find("<p>2 clips, 2 s, "), std::string::npos);
 }
 
 TEST_F(Sheet, ClipsBelow_AreFoundInSubfolders) {
@@ -109,6 +119,10 @@ TEST_F(Sheet, ClipsBelow_AreFoundInSubfolders) {
     EXPECT_EQ(maker::clipsBelow("v"),
               (std::vector<std::string>{"a.m19", "b.m19/c.m19", "old.m17"}));
     EXPECT_TRUE(maker::clipsBelow("none").empty());
+    std::filesystem::create_directory_symlink("..", "v/b.m19/up");
+    std::filesystem::create_directory_symlink("b.m19", "v/side");
+    EXPECT_EQ(maker::clipsBelow("v"),
+              (std::vector<std::string>{"a.m19", "b.m19/c.m19", "old.m17", "side/c.m19"}));
 }
 
 }  // namespace

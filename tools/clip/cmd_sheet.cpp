@@ -32,7 +32,8 @@ using Clips = std::vector<std::pair<std::string, std::string>>;
 Clips clipsOf(const std::vector<std::string>& inputs) {
     Clips clips;
     for (const std::string& input : inputs) {
-        if (!fs::is_directory(input)) {
+        std::error_code ignored;
+        if (!fs::is_directory(input, ignored)) {
             clips.emplace_back(fs::path(input).filename().string(), input);
             continue;
         }
@@ -54,12 +55,25 @@ std::string titleOf(const std::vector<std::string>& inputs) {
     return inputs.size() == 1 ? name : std::to_string(inputs.size()) + " clips";
 }
 
-std::vector<SheetClip> readAll(const Clips& clips, int moments, int shrink) {
+std::vector<uint8_t> pictureOf(const std::string& title, const Clips& clips) {
+    if (clips.size() > kMostSheetClips) {
+        throw ToolError("a picture has room for " + std::to_string(kMostSheetClips) +
+                        " clips, not for " + std::to_string(clips.size()) +
+                        "; a page, --html, takes any number");
+    }
     std::vector<SheetClip> read;
     for (const auto& [name, path] : clips) {
-        read.push_back(readSheetClip(name, path, moments, shrink));
+        read.push_back(readSheetClip(name, path, kSheetMoments, kSheetShrink));
     }
-    return read;
+    return pictureFile(kPng, drawSheet(title, read), false);
+}
+
+std::string pageOf(const std::string& title, const Clips& clips) {
+    SheetPage page;
+    for (const auto& [name, path] : clips) {
+        page.add(readSheetClip(name, path, kPageMoments, kPageShrink));
+    }
+    return page.finish(title);
 }
 
 void report(const std::string& path, size_t clips, size_t bytes) {
@@ -70,13 +84,12 @@ void makeSheets(const SheetOptions& options) {
     const Clips clips = clipsOf(options.inputs);
     const std::string title = titleOf(options.inputs);
     if (!options.picture.empty()) {
-        const std::vector<uint8_t> file =
-            pictureFile(kPng, drawSheet(title, readAll(clips, kSheetMoments, kSheetShrink)), false);
+        const std::vector<uint8_t> file = pictureOf(title, clips);
         writeWholeFile(options.picture, file);
         report(options.picture, clips.size(), file.size());
     }
     if (!options.page.empty()) {
-        const std::string page = sheetPage(title, readAll(clips, kPageMoments, kPageShrink));
+        const std::string page = pageOf(title, clips);
         writeWholeFile(options.page, {reinterpret_cast<const uint8_t*>(page.data()), page.size()});
         report(options.page, clips.size(), page.size());
     }

@@ -120,31 +120,30 @@ std::string articleOf(const SheetClip& clip) {
     return text + "</p>\n</article>\n";
 }
 
-std::string summaryOf(const std::vector<SheetClip>& clips) {
-    size_t bytes = 0;
-    int frames = 0;
-    for (const SheetClip& clip : clips) {
-        bytes += clip.facts.fileBytes;
-        frames += clip.facts.plays() ? clip.facts.header.frameCount : 0;
-    }
+std::string summaryOf(size_t clips, int frames, size_t bytes) {
     char text[96];
-    std::snprintf(text, sizeof(text), "%zu clip%s, %.0f s, ", clips.size(),
-                  clips.size() == 1 ? "" : "s", frames / kStageFps);
+    std::snprintf(text, sizeof(text), "%zu clip%s, %.0f s, ", clips, clips == 1 ? "" : "s",
+                  frames / kStageFps);
     return text + sizeText(bytes);
 }
 
 }  // namespace
 
-std::string sheetPage(const std::string& title, const std::vector<SheetClip>& clips) {
+void SheetPage::add(const SheetClip& clip) {
+    articles_ += articleOf(clip);
+    ++clips_;
+    bytes_ += clip.facts.fileBytes;
+    frames_ += clip.facts.plays() ? clip.facts.header.frameCount : 0;
+}
+
+std::string SheetPage::finish(const std::string& title) const {
     const std::string name = escaped(title);
     std::string page = kHead;
     page += "<title>" + name + "</title>\n<style>\n@font-face { font-family: velmora; src: url(" +
             dataUri("font/ttf", kFontFile) + "); }" + kStyle + "</style>\n</head>\n<body>\n";
-    page += "<header><h1>" + name + "</h1><p>" + summaryOf(clips) + "</p></header>\n<main>\n";
-    for (const SheetClip& clip : clips) {
-        page += articleOf(clip);
-    }
-    return page + "</main>\n</body>\n</html>\n";
+    page += "<header><h1>" + name + "</h1><p>" + summaryOf(clips_, frames_, bytes_) +
+            "</p></header>\n<main>\n";
+    return page + articles_ + "</main>\n</body>\n</html>\n";
 }
 
 }  // namespace maker
