@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdlib>
 
+#include "tools/clip/examine/clip_frames.h"
+
 namespace pictures {
 
 namespace {
@@ -152,8 +154,10 @@ std::vector<uint8_t> encode(const std::vector<maker::Frame>& frames, int quality
                             maker::ClipStats* stats) {
     maker::ClipEncoder encoder(
         {.height = frames[0].height, .alpha = !frames[0].alpha.empty(), .quality = quality});
+    std::vector<uint8_t> rgba;
     for (const maker::Frame& frame : frames) {
-        encoder.add(frame);
+        maker::toRgba(frame, rgba);
+        encoder.add(rgba.data());
     }
     std::vector<uint8_t> bytes = encoder.finish();
     if (stats != nullptr) {

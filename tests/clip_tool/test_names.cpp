@@ -39,7 +39,6 @@ TEST(PixelFont, Widths_AreThoseOfTheProgram) {
     EXPECT_EQ(small.widthOf(U"j"), 3);
     EXPECT_EQ(small.widthOf(U"\u00E9t\u00E9"), 14);
     EXPECT_EQ(small.widthOf(U""), 0);
-    EXPECT_EQ(small.lineHeight(), 11);
     const maker::PixelFont large(maker::kLargeText);
     EXPECT_EQ(large.widthOf(U"my set"), 56);
     EXPECT_EQ(large.widthOf(U"A fairly long playlist name"), 224);

@@ -68,8 +68,8 @@ TEST(SourceBlock, TransparentPixel_IsBlack) {
     maker::appendPicture(rgba(255, 9, 9, 9).data(), 8, true, block);
     EXPECT_EQ(block.tiles[0].alpha[5], 0);
     EXPECT_EQ(block.tiles[0].colours[0][5], 0);
-    EXPECT_EQ(block.frame(1)[0].alpha[5], 1);
-    EXPECT_EQ(block.frame(1)[0].colours[0][5], 255);
+    EXPECT_EQ(block.tiles[80].alpha[5], 1);
+    EXPECT_EQ(block.tiles[80].colours[0][5], 255);
 }
 
 TEST(SourceBlock, WithoutAlpha_TheChannelIsIgnored) {

@@ -11,6 +11,7 @@
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/examine/names.h"
 #include "tools/clip/input/batch.h"
 #include "tools/clip/library/clip_names.h"
 #include "tools/clip/library/import_log.h"
@@ -158,11 +159,11 @@ bool Import::addTracks(const std::string& playlist) const {
                      change.keptCopy.c_str());
     }
     for (const PlaylistPart& part : change.parts) {
-        std::printf("playlist '%s': %d added, %d in it\n", utf8Of(part.name).c_str(), part.added,
-                    part.tracks);
+        std::printf("playlist '%s': %d added, %d in it\n", latin1AsUtf8(part.name).c_str(),
+                    part.added, part.tracks);
     }
     if (change.parts.empty() && change.leftOut.empty() && !tracks.empty()) {
-        std::printf("playlist '%s': as it was\n", utf8Of(playlist).c_str());
+        std::printf("playlist '%s': as it was\n", latin1AsUtf8(playlist).c_str());
     }
     if (!change.leftOut.empty()) {
         std::fprintf(

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "clip/validate.h"
-#include "common/rgb565.h"
 #include "tools/clip/encode/block_sections.h"
 #include "tools/clip/encode/quantise.h"
 #include "tools/clip/interrupt.h"
@@ -30,22 +29,6 @@ bool hasBudget(const ClipSettings& settings) {
     return settings.recordBudget > 0 || settings.byteBudget > 0;
 }
 
-std::vector<uint8_t> rgbaOf(const Frame& frame) {
-    constexpr uint8_t kFullAlpha = 255;
-    constexpr uint8_t kAlphaStep = kFullAlpha / clip::kAlphaOpaque;
-    std::vector<uint8_t> rgba;
-    rgba.reserve(frame.pixels.size() * 4);
-    for (size_t i = 0; i < frame.pixels.size(); ++i) {
-        const uint16_t colour = frame.pixels[i];
-        rgba.push_back(static_cast<uint8_t>(px::red8Of(colour)));
-        rgba.push_back(static_cast<uint8_t>(px::green8Of(colour)));
-        rgba.push_back(static_cast<uint8_t>(px::blue8Of(colour)));
-        rgba.push_back(frame.alpha.empty() ? kFullAlpha
-                                           : static_cast<uint8_t>(frame.alpha[i] * kAlphaStep));
-    }
-    return rgba;
-}
-
 }  // namespace
 
 double ClipStats::psnr() const {
@@ -61,11 +44,6 @@ ClipEncoder::ClipEncoder(const ClipSettings& settings)
     assert(settings.height >= clip::kTileSize && settings.height <= kFrameHeight &&
            settings.height % clip::kTileSize == 0);
     assert(settings.quality >= 0 && settings.quality <= kBestQuality);
-}
-
-void ClipEncoder::add(const Frame& frame) {
-    assert(frame.height == settings_.height && frame.alpha.empty() != settings_.alpha);
-    add(rgbaOf(frame).data());
 }
 
 void ClipEncoder::add(const uint8_t* rgba) {
@@ -125,7 +103,8 @@ std::vector<CodedBlock> ClipEncoder::codeAll(double factor) const {
     CodingPlan plan = plan_;
     plan.byteFactor = settings_.byteBudget > 0 ? factor : 1;
     plan.recordFactor = settings_.recordBudget > 0 ? factor : 1;
-    const size_t workers = static_cast<size_t>(std::max(settings_.workers, 1));
+    const size_t workers =
+        std::min(static_cast<size_t>(std::max(settings_.workers, 1)), sources_.size());
     std::vector<CodedBlock> blocks(sources_.size());
     std::vector<std::future<void>> tasks;
     for (size_t worker = 0; worker < workers; ++worker) {

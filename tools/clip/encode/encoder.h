@@ -51,9 +51,6 @@ public:
     // At most kMaxFrames times: 640 x height x 4 bytes, red, green, blue, straight alpha.
     void add(const uint8_t* rgba);
 
-    // The same for a picture that is RGB565 already, with alpha when the settings say so.
-    void add(const Frame& frame);
-
     int added() const { return added_; }  // frames
 
     // Once, after one frame or more.

@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "tools/clip/encode/frame.h"
@@ -27,10 +26,6 @@ struct SourceBlock {
     int frames = 0;
     size_t tileCount = 0;           // of a frame
     std::vector<SourceTile> tiles;  // frame by frame, raster order
-
-    std::span<const SourceTile> frame(int number) const {
-        return std::span(tiles).subspan(static_cast<size_t>(number) * tileCount, tileCount);
-    }
 };
 
 // Appends one picture of 640 x height x 4 bytes (red, green, blue, straight alpha).

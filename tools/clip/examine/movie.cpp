@@ -23,15 +23,15 @@ constexpr int kLargestTerm = 100000;  // of the frame rate as a fraction
 // An MP4's colours are those of high-definition video, as players expect.
 // clang-format off
 constexpr MovieKind kMovies[] = {
-    {".apng", "apng", "apng", "format=rgb24", "format=rgba", "", true, true},
+    {".apng", "apng", "apng", "format=rgb24", "format=rgba", "", true},
     {".gif", "gif", "gif",
      "split[a][b];[a]palettegen=stats_mode=single:reserve_transparent=0[p];[b][p]paletteuse=new=1",
      "split[a][b];[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:alpha_threshold=128",
-     "", true, false},
-    {".mkv", "matroska", "ffv1", "format=bgr0", "format=bgra", "level=3:slicecrc=1", true, true},
+     "", true},
+    {".mkv", "matroska", "ffv1", "format=bgr0", "format=bgra", "level=3:slicecrc=1", true},
     {".mp4", "mp4", "libx264",
      "scale=out_color_matrix=bt709:out_range=limited:flags=accurate_rnd,format=yuv420p", "",
-     "crf=16:colorspace=bt709:color_primaries=bt709:color_trc=bt709:color_range=tv", false, false},
+     "crf=16:colorspace=bt709:color_primaries=bt709:color_trc=bt709:color_range=tv", false},
 };
 // clang-format on
 
@@ -52,11 +52,10 @@ FramePtr frameOf(const Picture& picture) {
 
 }  // namespace
 
-const MovieKind kPng{".png", "image2pipe", "png", "format=rgb24", "format=rgba", "", true, true};
+const MovieKind kPng{".png", "image2pipe", "png", "format=rgb24", "format=rgba", "", true};
 // The quality is 3 of 2 (best) to 31, in FFmpeg's units of 118.
 const MovieKind kJpeg{
-    ".jpg", "image2pipe", "mjpeg", "format=yuvj444p", "", "flags=qscale:global_quality=354",
-    false,  false};
+    ".jpg", "image2pipe", "mjpeg", "format=yuvj444p", "", "flags=qscale:global_quality=354", false};
 
 const MovieKind* movieKindOf(const std::string& path) {
     for (const MovieKind& kind : kMovies) {

@@ -26,7 +26,6 @@ struct MovieKind {
     const char* alphaFilters;
     const char* options;  // of the encoder, "key=value:key=value"
     bool keepsAlpha;      // wholly or as on and off
-    bool lossless;
 };
 
 // APNG, GIF, MKV (FFV1) and MP4 (H.264) by the ending of a file name; null for any other.

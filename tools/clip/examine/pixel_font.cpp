@@ -54,10 +54,6 @@ PixelFont::~PixelFont() {
     FT_Done_FreeType(library_);
 }
 
-int PixelFont::lineHeight() const {
-    return ceiled(face_->size->metrics.height);
-}
-
 // A text begins at its leftmost pixel and ends at its rightmost one, or where the last character
 // leaves off.
 int PixelFont::widthOf(std::u32string_view text) const {

@@ -23,7 +23,6 @@ public:
     PixelFont(const PixelFont&) = delete;
     PixelFont& operator=(const PixelFont&) = delete;
 
-    int lineHeight() const;
     // Pixels that the program's own text takes.
     int widthOf(std::u32string_view text) const;
     // (x, y) is the top left of the line.

@@ -1,16 +1,11 @@
 #include "tools/clip/library/clip_names.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string_view>
-#include <vector>
 
-extern "C" {
-#include <libavutil/avstring.h>
-}
-
+#include "tools/clip/examine/names.h"
 #include "tools/clip/input/image_sequence.h"
 
 namespace maker {
@@ -21,7 +16,7 @@ constexpr size_t kLongest = 80;  // characters; a playlist holds paths of 91
 constexpr const char* kFallback = "clip";
 
 // The letters that U+00C0 to U+017F are without their accents.
-constexpr uint32_t kFirstAccent = 0xC0;
+constexpr char32_t kFirstAccent = 0xC0;
 constexpr std::string_view kPlainLetters =
     "aaaaaaaceeeeiiiidnooooo_ouuuuyts"
     "aaaaaaaceeeeiiiidnooooo_ouuuuyty"
@@ -30,27 +25,11 @@ constexpr std::string_view kPlainLetters =
 static_assert(kPlainLetters.size() == 0x180 - kFirstAccent);
 
 // Accents that follow their letter.
-constexpr uint32_t kFirstCombining = 0x300;
-constexpr uint32_t kLastCombining = 0x36F;
-
-// The characters of UTF-8; of bytes that are none, those of Latin-1.
-std::vector<uint32_t> charactersOf(const std::string& text) {
-    const auto* at = reinterpret_cast<const uint8_t*>(text.data());
-    const uint8_t* end = at + text.size();
-    std::vector<uint32_t> characters;
-    while (at < end) {
-        int32_t character = 0;
-        if (av_utf8_decode(&character, &at, end, AV_UTF8_FLAG_ACCEPT_ALL) < 0) {
-            const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-            return {bytes, bytes + text.size()};
-        }
-        characters.push_back(static_cast<uint32_t>(character));
-    }
-    return characters;
-}
+constexpr char32_t kFirstCombining = 0x300;
+constexpr char32_t kLastCombining = 0x36F;
 
 // What stands for a character in a name; 0 for nothing.
-char plainCharacter(uint32_t character) {
+char plainCharacter(char32_t character) {
     if (character >= 'A' && character <= 'Z') {
         return static_cast<char>(character - 'A' + 'a');
     }
@@ -75,7 +54,7 @@ std::string withoutEdges(const std::string& name) {
 
 std::string plainName(const std::string& text) {
     std::string name;
-    for (const uint32_t character : charactersOf(text)) {
+    for (const char32_t character : codePoints(text)) {
         const char plain = plainCharacter(character);
         if (plain != '\0' && !(plain == '_' && name.ends_with('_'))) {
             name += plain;
@@ -123,27 +102,13 @@ std::string safeName(const std::string& input) {
 
 std::string latin1Of(const std::string& text) {
     std::string latin1;
-    for (const uint32_t character : charactersOf(text)) {
+    for (const char32_t character : codePoints(text)) {
         if (character > 0xFF) {
             return "";
         }
         latin1 += static_cast<char>(character);
     }
     return latin1;
-}
-
-std::string utf8Of(const std::string& latin1) {
-    std::string text;
-    for (const char c : latin1) {
-        const unsigned char byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            text += c;
-        } else {
-            text += static_cast<char>(0xC0 | byte >> 6);
-            text += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
-    return text;
 }
 
 int panelWidth(const std::string& name) {

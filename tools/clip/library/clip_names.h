@@ -17,7 +17,6 @@ std::string safeName(const std::string& input);
 // UTF-8 as Latin-1, which the program's files hold; bytes that are no UTF-8 stay. Empty when there
 // are characters that Latin-1 does not have.
 std::string latin1Of(const std::string& text);
-std::string utf8Of(const std::string& latin1);
 
 // Pixels in the panel's smaller font; the larger one takes twice as many.
 int panelWidth(const std::string& name);

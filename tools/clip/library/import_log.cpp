@@ -12,6 +12,7 @@
 
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/errors.h"
+#include "tools/clip/examine/names.h"
 #include "tools/clip/library/clip_names.h"
 
 namespace maker {
@@ -29,7 +30,6 @@ std::string keyOf(const std::string& input) {
     return fs::absolute(input).lexically_normal().string();
 }
 
-}  // namespace
 // A disk that has become full takes a part at first, and tells why only when asked for the rest.
 bool writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
@@ -42,6 +42,7 @@ bool writeAll(int descriptor, std::string_view text) {
     return true;
 }
 
+}  // namespace
 
 ImportLog::ImportLog(const fs::path& folder) : folder_(folder) {
     std::error_code ignored;
@@ -153,7 +154,7 @@ std::vector<std::string> ImportLog::clipsOf(const std::string& input, const Inpu
 }
 
 void ImportLog::begin(const std::string& input, const std::string& name) {
-    append(nlohmann::json{{"input", utf8Of(keyOf(input))}, {"name", name}}.dump());
+    append(nlohmann::json{{"input", latin1AsUtf8(keyOf(input))}, {"name", name}}.dump());
 }
 
 void ImportLog::finish(const std::string& input, const std::string& name, const InputState& state,
@@ -163,7 +164,7 @@ void ImportLog::finish(const std::string& input, const std::string& name, const 
         list.push_back({{"file", clip.path.filename().string()}, {"bytes", clip.bytes}});
     }
     append(nlohmann::json{
-        {"input", utf8Of(keyOf(input))},
+        {"input", latin1AsUtf8(keyOf(input))},
         {"name", name},
         {"bytes", state.bytes},
         {"changed", state.changed},
