@@ -290,8 +290,8 @@ TEST_F(Import, TwoAtOnce_AreNotAllowed) {
 TEST_F(Import, WrongUse_HasItsOwnStatus) {
     for (const char* arguments :
          {"import", "import films", "import --playlist live", "import films --playlist ''",
-          "import films --playlist 'a<b'", "import films --playlist 100%",
-          "import films --playlist 123456789012345678901",
+          "import films --playlist '  '", "import films --playlist 'a<b'",
+          "import films --playlist 100%", "import films --playlist 123456789012345678901",
           "import films --playlist live -o x.m19"}) {
         EXPECT_EQ(tool(arguments).status, 2) << arguments;
     }

@@ -188,7 +188,9 @@ int Import::report() const {
 }
 
 std::string checkPlaylist(const std::string& name) {
-    return playlistName(name).empty() ? "it has 1 to 20 Western characters, without < > & %" : "";
+    return playlistName(name).empty()
+               ? "it has 1 to 20 Western characters, not only blanks, without < > & %"
+               : "";
 }
 
 int import(const ImportCommand& command) {

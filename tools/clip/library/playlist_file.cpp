@@ -146,7 +146,8 @@ std::string playlistName(const std::string& text) {
         return byte >= ' ' && (byte < 0x7F || byte >= 0xA0) &&
                std::string("<>&%").find(c) == std::string::npos;
     });
-    return readable && name.size() <= static_cast<size_t>(page::kLongestName) ? name : "";
+    const bool seen = name.find_first_not_of(" \xA0") != std::string::npos;
+    return readable && seen && name.size() <= static_cast<size_t>(page::kLongestName) ? name : "";
 }
 
 PlaylistChange addToPlaylist(const std::string& name, const std::vector<std::string>& tracks) {

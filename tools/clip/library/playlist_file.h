@@ -11,7 +11,7 @@
 namespace maker {
 
 // A playlist's name as the file holds it: Latin-1, of 1 to 20 characters that the program can read
-// back. Empty for any other.
+// back, not all of them blank. Empty for any other.
 std::string playlistName(const std::string& text);
 
 struct PlaylistPart {
