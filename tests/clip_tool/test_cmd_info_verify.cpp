@@ -91,6 +91,14 @@ TEST_F(InfoCommand, BrokenClip_HasItsFaultAndNoCosts) {
     EXPECT_FALSE(facts.contains("loadSeconds"));
 }
 
+TEST_F(InfoCommand, FullDiskBehindTheOutput_Fails) {
+    const std::string line =
+        "'" + kTool + "' info --json '" + kClips + "flat-200.m19' >/dev/full 2>../err.txt";
+    const int status = std::system(line.c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+    EXPECT_EQ(textOf("../err.txt"), "velmora-clip: cannot write all of the output\n");
+}
+
 TEST_F(InfoCommand, NoClip_Fails) {
     std::ofstream("text.m19") << "hello";
     const Outcome outcome = tool("info --json text.m19");
