@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "clip/format.h"
-#include "clip/tile_fast.h"
+#include "clip/tile.h"
 
 enum ClipState : int32_t { CLIP_LOADING = 0, CLIP_READY = 3 };
 
@@ -99,7 +99,6 @@ public:
     int32_t drawnDirect = 0;
     int32_t columnOrder = 0;
     clip::TileRuns tileRuns = {};
-    clip::fast::LinePainter linePainter;  // the same runs pixel by pixel, until they are painted
     uint8_t tileAlpha[clip::kTilePixels] = {};
     uint16_t scratchMap[clip::kMaxTiles];
     uint16_t blockRecordCounts[clip::kMaxBlocks] = {};  // bounds the record numbers of a map
@@ -114,7 +113,8 @@ private:
     void startBlock();
     void expandMaps();
     struct FrameJob;
-    void drawTileRow(const FrameJob& job, int row);
-    void drawTile(const FrameJob& job, int position, int code);
-    void drawRecord(uint16_t entry, int code, uint8_t* alphaOut);
+    void drawTileRow(FrameJob& job, int row);
+    void drawTile(FrameJob& job, int position, int code, int offset);
+    void drawLevels(uint8_t* alphaOut, int type, int code);
+    void keepLevels(const FrameJob& job);
 };

@@ -5,6 +5,7 @@
 
 #include "clip/moxel.h"
 #include "clip/paint.h"
+#include "clip/tile_fast.h"
 #include "core/globals.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
@@ -22,10 +23,16 @@ bool sameWords(const uint16_t* a, const uint16_t* b, int count) {
     return memcmp(a, b, static_cast<size_t>(count) * sizeof *a) == 0;
 }
 
+// Of a tile's first pixel in its frame.
+int tileOffset(int position) {
+    return (position / clip::kTilesAcross * kFrameWidth + position % clip::kTilesAcross) *
+           clip::kTileSize;
+}
+
 }  // namespace
 
-// The tile's runs, pixels and alpha levels from its record. Types 0 and 1 are drawn at drawPointer
-// right away, whatever the code; the run types go to tileRuns and the painter's line.
+// One tile's record, plainly: types 0 and 1 are drawn at drawPointer right away, whatever the code;
+// the run types go to tileRuns. Its alpha levels go to tileAlpha.
 void c_moxel::unRLETile19(unsigned char* record, int type, int) {
     const bool hasAlphaRecord = type >= clip::kColourTypes;
     const int colourType = type % clip::kColourTypes;
@@ -35,19 +42,18 @@ void c_moxel::unRLETile19(unsigned char* record, int type, int) {
             length = clip::drawRawTile(record, drawPointer);
             break;
         case clip::TYPE_PALETTE:
-            length = clip::fast::drawPaletteTile(record, palette, drawPointer);
+            length = clip::drawPaletteTile(record, palette, drawPointer);
             break;
         default:
             columnOrder = colourType % 2;
-            length =
-                clip::fast::decodeRuns(record, colourType, palette, tileRuns, linePainter.line());
+            length = clip::decodeRuns(record, colourType, palette, tileRuns);
             break;
     }
     if (alpha == 0) {
         return;
     }
     if (hasAlphaRecord) {
-        clip::fast::decodeAlpha(record + length, tileAlpha);
+        clip::decodeAlpha(record + length, tileAlpha);
     } else {
         memset(tileAlpha, clip::kAlphaOpaque, sizeof tileAlpha);
     }
@@ -61,87 +67,98 @@ struct c_moxel::FrameJob {
     uint8_t* alphaOut;  // the alpha buffer; null when alpha is not wanted
     bool everything;    // also the tiles that the last frame had
     bool flatOnly;      // GLITCH: every tile as a flat one
-
-    bool unchanged(int position, const uint16_t* drawnMap, int count) const {
-        return !everything && sameWords(map + position, drawnMap + position, count);
-    }
+    const uint8_t* records;
+    const uint32_t* recordOffsets;
+    const uint8_t* recordTypes;
+    uint16_t recordCount;
+    clip::fast::TilePainter painter;
+    int lastRecord = -1;  // position of the last tile that has one, for the levels that it leaves
 };
 
-// `alphaOut` is the tile's place in the alpha buffer, or null when alpha is not wanted.
-void c_moxel::drawRecord(uint16_t entry, int code, uint8_t* alphaOut) {
-    uint16_t* const out = drawPointer;
-    const int type = blockRecordTypes[currentBlock][entry];
-    drawnDirect = 0;
-    unRLETile19(blockRecords[currentBlock].get() + blockRecordOffsets[currentBlock][entry], type,
-                code);
-    // Deliberate: an empty tile that names a record of types 0 or 1 shows that record's pixels,
-    // fully transparent; with a run record it stays black. [quirk_empty_tile_shows_raw_record]
-    if (type % clip::kColourTypes >= clip::TYPE_FOUR_RUNS && code != clip::CODE_EMPTY) {
-        linePainter.paint(out, code, columnOrder);
-    }
-    if (alphaOut != nullptr) {
-        if (code == clip::CODE_EMPTY) {
-            clip::fillTileAlpha(alphaOut, 0);
-        } else {
-            clip::copyTileAlpha(alphaOut, tileAlpha);
-        }
+// The levels of a tile whose record has none, or that shows none.
+void c_moxel::drawLevels(uint8_t* alphaOut, int type, int code) {
+    if (code == clip::CODE_EMPTY) {
+        clip::fillTileAlpha(alphaOut, 0);
+    } else if (alpha == 0) {
+        clip::copyTileAlpha(alphaOut, tileAlpha);
+    } else if (type < clip::kColourTypes) {
+        clip::fillTileAlpha(alphaOut, clip::kAlphaOpaque);
     }
 }
 
-void c_moxel::drawTile(const FrameJob& job, int position, int code) {
+void c_moxel::drawTile(FrameJob& job, int position, int code, int offset) {
     const uint16_t entry = job.map[position];
-    const int offset =
-        (position / clip::kTilesAcross * kFrameWidth + position % clip::kTilesAcross) *
-        clip::kTileSize;
-    drawPointer = job.out + offset;
+    uint16_t* const out = job.out + offset;
     uint8_t* const alphaOut = job.alphaOut != nullptr ? job.alphaOut + offset : nullptr;
     if (code == clip::CODE_FLAT || job.flatOnly) {
-        clip::fillTile(drawPointer, entry);
+        clip::fillTile(out, entry);
         if (alphaOut != nullptr) {
             clip::fillTileAlpha(alphaOut, clip::kAlphaOpaque);
         }
         return;
     }
-    if (code == clip::CODE_EMPTY) {
-        clip::fillTile(drawPointer, 0);
-    }
     // Guard: a record that the block does not have is an empty tile.
-    if (entry >= blockRecordCounts[currentBlock]) {
-        clip::fillTile(drawPointer, 0);
+    const bool known = entry < job.recordCount;
+    if (code == clip::CODE_EMPTY || !known) {
+        clip::fillTile(out, 0);
+    }
+    if (!known) {
         if (alphaOut != nullptr) {
             clip::fillTileAlpha(alphaOut, 0);
         }
         return;
     }
-    drawRecord(entry, code, alphaOut);
+    const int type = job.recordTypes[entry];
+    job.lastRecord = position;
+    // Deliberate: an empty tile that names a record of types 0 or 1 shows that record's pixels,
+    // fully transparent; with a run record it stays black. [quirk_empty_tile_shows_raw_record]
+    if (code != clip::CODE_EMPTY || type % clip::kColourTypes < clip::TYPE_FOUR_RUNS) {
+        job.painter.add(job.records + job.recordOffsets[entry], type, code, offset);
+    }
+    if (alphaOut != nullptr) {
+        drawLevels(alphaOut, type, code);
+    }
 }
 
 // A row whose map and codes are those of the frame drawn last costs a comparison, and so do five
 // tiles whose codes share a word.
-void c_moxel::drawTileRow(const FrameJob& job, int row) {
+void c_moxel::drawTileRow(FrameJob& job, int row) {
     const int first = row * clip::kTilesAcross;
-    const int firstWord = first / clip::kCodesPerWord;
-    if (job.unchanged(first, prevMap.data(), clip::kTilesAcross) &&
-        sameWords(job.codes + firstWord, &prevCodes[static_cast<size_t>(firstWord)], kRowWords)) {
+    const uint16_t* map = job.map + first;
+    const uint16_t* codes = job.codes + first / clip::kCodesPerWord;
+    uint16_t* const drawnMap = prevMap.data() + first;
+    uint16_t* const drawnCodes = prevCodes.data() + first / clip::kCodesPerWord;
+    if (!job.everything && sameWords(map, drawnMap, clip::kTilesAcross) &&
+        sameWords(codes, drawnCodes, kRowWords)) {
         return;
     }
-    for (int word = firstWord; word < firstWord + kRowWords; ++word) {
-        const uint16_t codes = job.codes[word];
-        const uint16_t drawnCodes = prevCodes[static_cast<size_t>(word)];
-        int position = word * clip::kCodesPerWord;
-        if (codes == drawnCodes && job.unchanged(position, prevMap.data(), clip::kCodesPerWord)) {
-            continue;
-        }
-        for (int shift = 0; shift < 3 * clip::kCodesPerWord; shift += 3, ++position) {
-            const int code = codes >> shift & 7;
-            if (code == (drawnCodes >> shift & 7) && job.unchanged(position, prevMap.data(), 1)) {
-                continue;
+    int offset = row * clip::kTileSize * kFrameWidth;
+    for (int word = 0; word < kRowWords; ++word) {
+        for (int i = 0; i < clip::kCodesPerWord; ++i, offset += clip::kTileSize) {
+            const int tile = word * clip::kCodesPerWord + i;
+            const int code = codes[word] >> (3 * i) & 7;
+            if (job.everything || map[tile] != drawnMap[tile] ||
+                code != (drawnCodes[word] >> (3 * i) & 7)) {
+                drawTile(job, first + tile, code, offset);
             }
-            drawTile(job, position, code);
         }
     }
-    std::copy_n(job.codes + firstWord, kRowWords, prevCodes.begin() + firstWord);
-    std::copy_n(job.map + first, clip::kTilesAcross, prevMap.begin() + first);
+    std::copy_n(codes, kRowWords, drawnCodes);
+    std::copy_n(map, clip::kTilesAcross, drawnMap);
+}
+
+// Deliberate: a clip without alpha shows the levels of the record that its object drew last, so the
+// last one of a frame leaves them, whoever drew it.
+void c_moxel::keepLevels(const FrameJob& job) {
+    if (alpha == 0 || job.lastRecord < 0) {
+        return;
+    }
+    const uint16_t entry = job.map[job.lastRecord];
+    const int offset = tileOffset(job.lastRecord);
+    drawPointer = job.out + offset;
+    drawnDirect = 0;
+    unRLETile19(blockRecords[currentBlock].get() + job.recordOffsets[entry], job.recordTypes[entry],
+                clip::codeAt(job.codes, job.lastRecord));
 }
 
 void c_moxel::renderMoxel19(int layer, int frame, int mode) {
@@ -160,20 +177,29 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
     if (glitch == kGlitchLeavesMap) {
         _filters->fx_glitchMap(map, tileCount);
     }
-    FrameJob job;
-    job.map = map;
-    job.codes = blockCodes[currentBlock].get() + frameInBlock * clip::codeWordsFor(tileCount);
     // Deliberate: a layer starts at its own clip's pixelCount, so the top layer of a clip lower
     // than 360 lines lies higher in memory than the mixer's top slot.
     // [quirk_low_clip_moves_top_layer]
-    job.out = moxelTiles16 + layer * pixelCount;
-    job.alphaOut = mode == MODE_KEY && layer == 1 ? moxelAlpha16 : nullptr;
-    job.everything = redrawCount != 0;
-    job.flatOnly = glitch == kGlitchFlat;
+    uint16_t* const out = moxelTiles16 + layer * pixelCount;
+    uint8_t* const alphaOut = mode == MODE_KEY && layer == 1 ? moxelAlpha16 : nullptr;
+    FrameJob job{
+        .map = map,
+        .codes = blockCodes[currentBlock].get() + frameInBlock * clip::codeWordsFor(tileCount),
+        .out = out,
+        .alphaOut = alphaOut,
+        .everything = redrawCount != 0,
+        .flatOnly = glitch == kGlitchFlat,
+        .records = blockRecords[currentBlock].get(),
+        .recordOffsets = blockRecordOffsets[currentBlock].get(),
+        .recordTypes = blockRecordTypes[currentBlock].get(),
+        .recordCount = blockRecordCounts[currentBlock],
+        .painter = clip::fast::TilePainter({out, alphaOut, palette}),
+    };
     for (int row = 0; row < tilesDown; ++row) {
         drawTileRow(job, row);
     }
-    linePainter.flush();
+    job.painter.flush();
+    keepLevels(job);
     if (redrawCount != 0) {
         --redrawCount;
     }

@@ -10,23 +10,6 @@ namespace {
 
 using Path = std::array<uint16_t, kTilePixels>;  // offsets from the tile's top-left pixel
 
-constexpr int kCodes = CODE_LAST_RECORD - CODE_FIRST_RECORD + 1;
-
-// One way through a tile: line after line, each pixel by pixel.
-struct Walk {
-    bool columns;      // a line is a column, else a row
-    bool lineReverse;  // pixels run right to left, or bottom to top
-    bool lastFirst;    // the bottom row, or the right column, comes first
-};
-
-// Codes 1 to 6 with column order 0 and 1: code 1 is the record as coded, 2 to 4 its mirror images,
-// 5 and 6 the walks of 3 and 4 with rows and columns exchanged.
-constexpr Walk kWalks[kCodes][2] = {
-    {{false, false, false}, {true, false, false}}, {{false, true, false}, {true, false, true}},
-    {{false, false, true}, {true, true, false}},   {{false, true, true}, {true, true, true}},
-    {{true, true, false}, {false, false, true}},   {{true, true, true}, {false, true, true}},
-};
-
 constexpr Path makePath(Walk walk) {
     Path path{};
     for (int i = 0; i < kTilePixels; ++i) {
@@ -45,16 +28,16 @@ constexpr Path makePath(Walk walk) {
     return path;
 }
 
-constexpr std::array<Path, 2 * kCodes> makePaths() {
-    std::array<Path, 2 * kCodes> paths{};
-    for (size_t code = 0; code < kCodes; ++code) {
+constexpr std::array<Path, 2 * kWalkCodes> makePaths() {
+    std::array<Path, 2 * kWalkCodes> paths{};
+    for (size_t code = 0; code < kWalkCodes; ++code) {
         paths[2 * code] = makePath(kWalks[code][0]);
         paths[2 * code + 1] = makePath(kWalks[code][1]);
     }
     return paths;
 }
 
-constexpr std::array<Path, 2 * kCodes> kPaths = makePaths();
+constexpr std::array<Path, 2 * kWalkCodes> kPaths = makePaths();
 
 }  // namespace
 

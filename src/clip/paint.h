@@ -12,6 +12,22 @@ void fillTile(uint16_t* out, uint16_t colour);
 void fillTileAlpha(uint8_t* out, uint8_t level);
 void copyTileAlpha(uint8_t* out, const uint8_t* levels);
 
+// One way through a tile: line after line, each pixel by pixel.
+struct Walk {
+    bool columns;      // a line is a column, else a row
+    bool lineReverse;  // pixels run right to left, or bottom to top
+    bool lastFirst;    // the bottom row, or the right column, comes first
+};
+
+// Codes 1 to 6 with column order 0 and 1: code 1 is the record as coded, 2 to 4 its mirror images,
+// 5 and 6 the walks of 3 and 4 with rows and columns exchanged.
+inline constexpr int kWalkCodes = CODE_LAST_RECORD - CODE_FIRST_RECORD + 1;
+inline constexpr Walk kWalks[kWalkCodes][2] = {
+    {{false, false, false}, {true, false, false}}, {{false, true, false}, {true, false, true}},
+    {{false, false, true}, {true, true, false}},   {{false, true, true}, {true, true, true}},
+    {{true, true, false}, {false, false, true}},   {{true, true, true}, {false, true, true}},
+};
+
 // Paints 64 pixels of the run list along the path of `code` (1 to 6). `columnOrder` is 1 for the
 // odd record types, whose runs follow columns where the even ones follow rows.
 void paintRuns(uint16_t* out, const TileRuns& runs, int code, int columnOrder);

@@ -1,18 +1,54 @@
 #include "clip/tile_fast.h"
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 
+#include "clip/paint.h"
 #include "common/bytes.h"
 
-namespace clip::fast {
+#ifdef VELMORA_HIGHWAY
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "clip/tile_fast.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+#else
+#define HWY_NAMESPACE          basic_set
+#define HWY_BEFORE_NAMESPACE() static_assert(true)
+#define HWY_AFTER_NAMESPACE()  static_assert(true)
+#define HWY_MAX_BYTES          16
+#define HWY_ONCE               1
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace clip::fast::HWY_NAMESPACE {
 
 namespace {
 
-// A row of a tile. Every processor that matters has vectors of this size in its basic set, so the
-// compiler's own vectors will do.
+// The compiler's own vectors: a row of a tile, and as much as the processor writes at once.
 using Row = uint16_t __attribute__((vector_size(16)));
+template <int pixels>
+using Pixels = uint16_t
+    __attribute__((vector_size(std::min<int>(HWY_MAX_BYTES, pixels* int{sizeof(uint16_t)}))));
 
-Row load(const uint16_t* pixels) {
+// The 64 pixels of a tile in painting order. Runs are written in whole vectors, so what stands
+// behind the 64th pixel is left over: the last run of the longest kind starts at pixel 96 and
+// writes 64.
+constexpr int kLinePixels = 96 + kTilePixels;
+struct alignas(64) TileLine {
+    uint16_t pixels[kLinePixels];
+};
+
+template <int count>
+void fill(uint16_t* out, uint16_t colour) {
+    const Pixels<count> vector = Pixels<count>{} + colour;
+    for (size_t i = 0; i < count * sizeof colour; i += sizeof vector) {
+        memcpy(reinterpret_cast<uint8_t*>(out) + i, &vector, sizeof vector);
+    }
+}
+
+Row load(const void* pixels) {
     Row row;
     memcpy(&row, pixels, sizeof row);
     return row;
@@ -20,15 +56,6 @@ Row load(const uint16_t* pixels) {
 
 void store(uint16_t* out, Row row) {
     memcpy(out, &row, sizeof row);
-}
-
-// `rows` x 8 pixels of one colour.
-template <int rows>
-void fill(uint16_t* out, uint16_t colour) {
-    const Row row = Row{} + colour;
-    for (int i = 0; i < rows; ++i) {
-        store(out + i * kTileSize, row);
-    }
 }
 
 Row lowHalves(Row a, Row b) {
@@ -53,221 +80,358 @@ void transpose(Row rows[kTileSize]) {
     }
 }
 
-// A colour of either width: both are read, one is taken.
-struct RecordCursor {
-    const uint8_t* at;
-    const uint16_t* palette;
+// A colour of either width: both are read, one is taken. By a mask, which is 0 for RGB565 and all
+// bits for an index, since compilers make branches of anything else, and nothing foretells them.
+uint16_t colourAt(const uint8_t* at, const uint16_t* palette, unsigned indexed) {
+    const unsigned fromPalette = palette[at[0]];
+    const unsigned direct = le16(at);
+    return static_cast<uint16_t>(direct ^ ((direct ^ fromPalette) & indexed));
+}
 
-    uint16_t colour(unsigned indexed) {
-        const unsigned fromPalette = palette[at[0]];
-        const unsigned direct = le16(at);
-        at += 2 - indexed;
-        return static_cast<uint16_t>(direct ^ ((direct ^ fromPalette) & (0u - indexed)));
+// The decoders write the runs of a record to a line and return the record's end. Up to 32 pixels a
+// run, and a fourth that covers the rest. Two runs reach pixel 64 at most, three pixel 96. Colours
+// that the record does not have are read all the same and painted behind the tile.
+const uint8_t* decodeFourRuns(const uint8_t* record, const uint16_t* palette, uint16_t* line) {
+    const unsigned header = be16(record);
+    const unsigned indexed = header >> 15;
+    const unsigned width = 2 - indexed;
+    const unsigned second = (header & 31) + 1;
+    const unsigned third = second + (header >> 5 & 31) + 1;
+    const unsigned fourth = third + (header >> 10 & 31) + 1;
+    const uint8_t* const colours = record + 2;
+    fill<32>(line, colourAt(colours, palette, 0 - indexed));
+    fill<32>(line + second, colourAt(colours + width, palette, 0 - indexed));
+    fill<32>(line + third, colourAt(colours + 2 * width, palette, 0 - indexed));
+    fill<64>(line + fourth, colourAt(colours + 3 * width, palette, 0 - indexed));
+    return colours + width * (2u + (third < kTilePixels) + (fourth < kTilePixels));
+}
+
+// Where decoding a record of groups of two runs stands.
+struct Groups {
+    const uint8_t* at;
+    unsigned covered = 0;          // pixels of the line
+    const uint8_t* end = nullptr;  // of the record, when the line is full
+};
+
+// Groups are decoded whole, also when their first run ends the tile: the second is painted behind
+// it then, and the record is shorter.
+// What a control byte of short runs says.
+struct ShortControl {
+    uint8_t first;          // pixels of the first run
+    uint8_t both;           // and of both
+    uint8_t second;         // where the second colour stands in the group
+    uint8_t bytes;          // of the group
+    uint16_t firstIndexed;  // all bits set for a palette index
+    uint16_t secondIndexed;
+};
+
+constexpr auto kShortControls = [] {
+    std::array<ShortControl, 256> controls{};
+    for (unsigned control = 0; control < controls.size(); ++control) {
+        const unsigned first = (control >> 5) + 1;
+        const unsigned indexed[] = {control >> 1 & 1, control & 1};
+        controls[control] = {static_cast<uint8_t>(first),
+                             static_cast<uint8_t>(first + (control >> 2 & 7) + 1),
+                             static_cast<uint8_t>(3 - indexed[0]),
+                             static_cast<uint8_t>(5 - indexed[0] - indexed[1]),
+                             static_cast<uint16_t>(0u - indexed[0]),
+                             static_cast<uint16_t>(0u - indexed[1])};
+    }
+    return controls;
+}();
+
+struct ShortRuns {  // of 1 to 8 pixels
+    [[gnu::always_inline]] static void decode(Groups& groups, const uint16_t* palette,
+                                              uint16_t* line) {
+        const ShortControl& control = kShortControls[groups.at[0]];
+        const uint8_t* const second = groups.at + control.second;
+        const unsigned afterFirst = groups.covered + control.first;
+        fill<8>(line + groups.covered, colourAt(groups.at + 1, palette, control.firstIndexed));
+        fill<8>(line + afterFirst, colourAt(second, palette, control.secondIndexed));
+        groups.covered += control.both;
+        groups.at += control.bytes;
+        groups.end = afterFirst < kTilePixels ? groups.at : second;
     }
 };
 
-// Writes run `i` of the list and `rows` x 8 pixels of the line; returns where the next run starts.
-template <int rows>
-int addRun(TileRuns& runs, TileLine& line, int i, int start, unsigned length, uint16_t colour) {
-    runs.lengths[i] = static_cast<uint16_t>(length);
-    runs.colours[i] = colour;
-    fill<rows>(line.pixels + start, colour);
-    return start + static_cast<int>(length) + 1;
-}
-
-// Runs of 1 to 8 pixels: one vector each. Both runs of a group are read, also when the first one
-// ends the tile: nothing of the second is painted then, and the record is shorter.
-size_t decodeShortRuns(RecordCursor cursor, TileRuns& runs, TileLine& line) {
-    const uint8_t* const record = cursor.at;
-    const uint8_t* afterFirst = record;
-    int covered = 0;
-    int coveredByFirst = 0;
-    for (int i = 0; covered < kTilePixels; i += 2) {
-        const unsigned control = *cursor.at++;
-        const uint16_t first = cursor.colour(control >> 1 & 1);
-        afterFirst = cursor.at;
-        const uint16_t second = cursor.colour(control & 1);
-        coveredByFirst = addRun<1>(runs, line, i, covered, control >> 5, first);
-        covered = addRun<1>(runs, line, i + 1, coveredByFirst, control >> 2 & 7, second);
+struct PaletteRuns {  // of 1 to 16 pixels; the first two groups cover 64 pixels at most
+    [[gnu::always_inline]] static void decode(Groups& groups, const uint16_t* palette,
+                                              uint16_t* line) {
+        const unsigned control = groups.at[0];
+        const unsigned afterFirst = groups.covered + (control >> 4) + 1;
+        fill<16>(line + groups.covered, palette[groups.at[1]]);
+        fill<16>(line + afterFirst, palette[groups.at[2]]);
+        groups.covered = afterFirst + (control & 15) + 1;
+        groups.at += 3;
+        groups.end = afterFirst < kTilePixels ? groups.at : groups.at - 1;
     }
-    return static_cast<size_t>((coveredByFirst < kTilePixels ? cursor.at : afterFirst) - record);
+};
+
+const uint8_t* decodeTwoColours(const uint8_t* record, const uint16_t* palette, uint16_t* line) {
+    const unsigned control = record[0];
+    const unsigned firstIndexed = control >> 6 & 1;
+    const unsigned secondIndexed = control >> 7;
+    const uint8_t* const second = record + 3 - firstIndexed;
+    fill<64>(line, colourAt(record + 1, palette, 0 - firstIndexed));
+    fill<64>(line + (control & 63) + 1, colourAt(second, palette, 0 - secondIndexed));
+    return second + 2 - secondIndexed;
 }
 
-// Runs of 1 to 16 pixels: two vectors each, read like short ones. The first two groups are always
-// complete; they cover 64 pixels at most.
-size_t decodePaletteRuns(RecordCursor cursor, TileRuns& runs, TileLine& line) {
-    const uint8_t* at = cursor.at;
-    int covered = 0;
-    int coveredByFirst = 0;
-    for (int i = 0; covered < kTilePixels; i += 2, at += 3) {
-        const unsigned control = at[0];
-        coveredByFirst = addRun<2>(runs, line, i, covered, control >> 4, cursor.palette[at[1]]);
-        covered = addRun<2>(runs, line, i + 1, coveredByFirst, control & 15, cursor.palette[at[2]]);
-    }
-    return static_cast<size_t>(at - cursor.at) - (coveredByFirst < kTilePixels ? 0 : 1);
-}
-
-// Up to 32 pixels a run, and a fourth that covers the rest. Two runs reach pixel 64 at most, three
-// pixel 96. Colours that the record does not have are read all the same and painted behind the
-// tile.
-size_t decodeFourRuns(RecordCursor cursor, TileRuns& runs, TileLine& line) {
-    const unsigned header = be16(cursor.at);
-    const unsigned indexed = header >> 15;
-    cursor.at += 2;
-    runs.lengths[0] = header & 31;
-    runs.lengths[1] = header >> 5 & 31;
-    runs.lengths[2] = header >> 10 & 31;
-    const int pair = runs.lengths[0] + runs.lengths[1] + 2;
-    const int three = pair + runs.lengths[2] + 1;
-    // Deliberate: the last run comes out one pixel longer than what is left of the tile.
-    // [quirk_last_of_four_runs_is_one_too_long]
-    runs.lengths[3] = static_cast<uint16_t>(kTilePixels - three);
-    uint16_t* at = line.pixels;
-    for (int run = 0; run < 3; ++run) {
-        runs.colours[run] = cursor.colour(indexed);
-        fill<4>(at, runs.colours[run]);
-        at += runs.lengths[run] + 1;
-    }
-    runs.colours[3] = cursor.colour(indexed);
-    fill<8>(at, runs.colours[3]);
-    const unsigned colours = 2u + (pair < kTilePixels) + (three < kTilePixels);
-    return 2 + colours * (2 - indexed);
-}
-
-size_t decodeTwoColours(RecordCursor cursor, TileRuns& runs, TileLine& line) {
-    const uint8_t* const record = cursor.at;
-    const unsigned control = *cursor.at++;
-    const unsigned split = control & 63;
-    runs.lengths[0] = static_cast<uint16_t>(split);
-    runs.lengths[1] = static_cast<uint16_t>(62 - split);
-    runs.colours[0] = cursor.colour(control >> 6 & 1);
-    runs.colours[1] = cursor.colour(control >> 7);
-    fill<8>(line.pixels, runs.colours[0]);
-    fill<8>(line.pixels + split + 1, runs.colours[1]);
-    return static_cast<size_t>(cursor.at - record);
-}
-
-// How a code goes through a tile: where the rows of the line are read from and where the rows of
-// the tile are written to, and how far it is to the next one, backward from the last row or not.
-struct Way {
-    Turn turn;
+// Where the rows of a line are read from and where the rows of the tile are written to, and how far
+// it is to the next one, backward from the last row or not.
+struct Steps {
     int from;
     int fromStep;
     int out;
     int outStep;
 };
 
-constexpr Way wayOf(Turn turn, bool lineBackward, bool tileBackward) {
+// Walking columns, the lines of the tile are its columns: their order is that of the rows read, and
+// walking them from below writes the rows from below.
+constexpr Steps stepsOf(Walk walk) {
     constexpr int kLast = kTileSize - 1;
-    return {turn, lineBackward ? kLast * kTileSize : 0, lineBackward ? -kTileSize : kTileSize,
+    const bool lineBackward = walk.columns && walk.lastFirst;
+    const bool tileBackward = walk.columns ? walk.lineReverse : walk.lastFirst;
+    return {lineBackward ? kLast * kTileSize : 0, lineBackward ? -kTileSize : kTileSize,
             tileBackward ? kLast * kFrameWidth : 0, tileBackward ? -kFrameWidth : kFrameWidth};
 }
 
-// Walking columns, the lines of the tile are its columns: their order is that of the rows read, and
-// walking them from below writes the rows from below.
-constexpr Way wayOf(bool columns, bool stepsBackward, bool lastFirst) {
-    if (columns) {
-        return wayOf(Turn::kTransposed, lastFirst, stepsBackward);
+constexpr auto kSteps = [] {
+    std::array<Steps, 2 * kWalkCodes> steps{};
+    for (size_t i = 0; i < steps.size(); ++i) {
+        steps[i] = stepsOf(kWalks[i / 2][i % 2]);
     }
-    return wayOf(stepsBackward ? Turn::kReversed : Turn::kStraight, false, lastFirst);
-}
+    return steps;
+}();
 
-constexpr Way kWays[CODE_LAST_RECORD][2] = {
-    {wayOf(false, false, false), wayOf(true, false, false)},
-    {wayOf(false, true, false), wayOf(true, false, true)},
-    {wayOf(false, false, true), wayOf(true, true, false)},
-    {wayOf(false, true, true), wayOf(true, true, true)},
-    {wayOf(true, true, false), wayOf(false, false, true)},
-    {wayOf(true, true, true), wayOf(false, true, true)},
-};
-
-}  // namespace
-
-size_t drawPaletteTile(const uint8_t* record, const uint16_t* palette, uint16_t* out) {
-    for (int row = 0; row < kTileSize; ++row) {
-        const uint8_t* i = record + row * kTileSize;
-        const Row colours = {palette[i[0]], palette[i[1]], palette[i[2]], palette[i[3]],
-                             palette[i[4]], palette[i[5]], palette[i[6]], palette[i[7]]};
-        store(out + row * kFrameWidth, colours);
-    }
-    return kTilePixels;
-}
-
-size_t decodeRuns(const uint8_t* record, int colourType, const uint16_t* palette, TileRuns& runs,
-                  TileLine& line) {
-    switch (colourType & ~1) {
-        case TYPE_FOUR_RUNS:
-            return decodeFourRuns({record, palette}, runs, line);
-        case TYPE_SHORT_RUNS:
-            return decodeShortRuns({record, palette}, runs, line);
-        case TYPE_PALETTE_RUNS:
-            return decodePaletteRuns({record, palette}, runs, line);
-        default:
-            return decodeTwoColours({record, palette}, runs, line);
-    }
-}
-
-void decodeAlpha(const uint8_t* record, uint8_t* levels) {
-    constexpr int kLongestRun = 16;
-    const uint8_t first = record[0];
-    if ((first & kAlphaFlatBit) != 0) {
-        memset(levels, first & 15, kTilePixels);
-        return;
-    }
-    uint8_t line[kTilePixels + kLongestRun];
-    int covered = 0;
-    while (covered < kTilePixels) {
-        const uint8_t run = *++record;
-        memset(line + covered, run & 15, kLongestRun);
-        covered += (run >> 4) + 1;
-    }
-    memcpy(levels, line, kTilePixels);
-}
-
-namespace {
-
-// `turn` is known when it is compiled, so that nothing is asked tile by tile.
 template <Turn turn>
-void turnLine(const LineTask& task) {
+void turnLine(const uint16_t* line, const Steps& steps, uint16_t* out) {
     Row rows[kTileSize];
-    const uint16_t* from = task.from;
-    for (int row = 0; row < kTileSize; ++row, from += task.fromStep) {
+    const uint16_t* from = line + steps.from;
+    for (int row = 0; row < kTileSize; ++row, from += steps.fromStep) {
         rows[row] = load(from);
     }
     if constexpr (turn == Turn::kTransposed) {
         transpose(rows);
     }
-    uint16_t* out = task.out;
-    for (int row = 0; row < kTileSize; ++row, out += task.outStep) {
+    out += steps.out;
+    for (int row = 0; row < kTileSize; ++row, out += steps.outStep) {
         store(out, turn == Turn::kReversed ? reversed(rows[row]) : rows[row]);
     }
 }
 
-template <Turn turn>
-void turnLines(const LineTask* tasks, int& count) {
-    for (int i = 0; i < count; ++i) {
-        turnLine<turn>(tasks[i]);
+// Tiles of one kind, `ends` gets where their colours end.
+struct Batch {
+    const TileTask* tasks;
+    int count;
+    TileTarget target;
+    const uint8_t* ends[kMostTogether];
+};
+
+void drawRaw(Batch& batch) {
+    static_assert(std::endian::native == std::endian::little, "colours are copied as they are");
+    for (int i = 0; i < batch.count; ++i) {
+        const uint8_t* at = batch.tasks[i].record;
+        uint16_t* out = batch.target.frame + batch.tasks[i].offset;
+        for (int row = 0; row < kTileSize; ++row, at += sizeof(Row), out += kFrameWidth) {
+            store(out, load(at));
+        }
+        batch.ends[i] = at;
     }
-    count = 0;
+}
+
+void drawPalette(Batch& batch) {
+    const uint16_t* const palette = batch.target.palette;
+    for (int i = 0; i < batch.count; ++i) {
+        const uint8_t* at = batch.tasks[i].record;
+        uint16_t* out = batch.target.frame + batch.tasks[i].offset;
+        for (int row = 0; row < kTileSize; ++row, at += kTileSize, out += kFrameWidth) {
+            const Row colours = {palette[at[0]], palette[at[1]], palette[at[2]], palette[at[3]],
+                                 palette[at[4]], palette[at[5]], palette[at[6]], palette[at[7]]};
+            store(out, colours);
+        }
+        batch.ends[i] = at;
+    }
+}
+
+using Decode = const uint8_t*(const uint8_t*, const uint16_t*, uint16_t*);
+
+template <Decode decode>
+void decodeLines(Batch& batch, TileLine* lines) {
+    for (int i = 0; i < batch.count; ++i) {
+        batch.ends[i] = decode(batch.tasks[i].record, batch.target.palette, lines[i].pixels);
+    }
+}
+
+// Several records side by side: each group waits for the one before it, and nothing foretells how
+// many there are. A line that is full before the others takes what stands behind its record, behind
+// its last pixel; 32 groups end within the longest record.
+template <typename Kind>
+void decodeGroups(Batch& batch, TileLine* lines) {
+    constexpr int kSideBySide = 2;
+    static_assert(kMostTogether % kSideBySide == 0);
+    const uint16_t* const palette = batch.target.palette;
+    for (int first = 0; first < batch.count; first += kSideBySide) {
+        Groups groups[kSideBySide];
+        for (int i = 0; i < kSideBySide; ++i) {
+            groups[i].at = batch.tasks[std::min(first + i, batch.count - 1)].record;
+        }
+        uint16_t* const line = lines[first].pixels;
+        unsigned covered = 0;
+        while (covered < kSideBySide * kTilePixels) {
+            covered = 0;
+            for (int i = 0; i < kSideBySide; ++i) {
+                Kind::decode(groups[i], palette, line + i * kLinePixels);
+                groups[i].covered = std::min<unsigned>(groups[i].covered, kTilePixels);
+                covered += groups[i].covered;
+            }
+        }
+    }
+}
+
+template <typename Kind>
+void decodeGroupsToEnds(Batch& batch, TileLine* lines) {
+    for (int i = 0; i < batch.count; ++i) {
+        Groups groups{batch.tasks[i].record};
+        while (groups.covered < kTilePixels) {
+            Kind::decode(groups, batch.target.palette, lines[i].pixels);
+        }
+        batch.ends[i] = groups.end;
+    }
+}
+
+template <Turn turn>
+void turnLines(const Batch& batch, const TileLine* lines) {
+    for (int i = 0; i < batch.count; ++i) {
+        turnLine<turn>(lines[i].pixels, kSteps[batch.tasks[i].walk],
+                       batch.target.frame + batch.tasks[i].offset);
+    }
+}
+
+// A line is read back in other pieces than it was written in, which waits for the writes when it
+// comes at once: all are written first.
+void drawRuns(Batch& batch, int pair, int turn, bool alpha) {
+    constexpr void (*kDecoders[kRunPairs][2])(Batch&, TileLine*) = {
+        {decodeLines<decodeFourRuns>, decodeLines<decodeFourRuns>},
+        {decodeGroups<ShortRuns>, decodeGroupsToEnds<ShortRuns>},
+        {decodeGroups<PaletteRuns>, decodeGroupsToEnds<PaletteRuns>},
+        {decodeLines<decodeTwoColours>, decodeLines<decodeTwoColours>},
+    };
+    constexpr void (*kTurners[kTurns])(const Batch&, const TileLine*) = {
+        turnLines<Turn::kStraight>, turnLines<Turn::kReversed>, turnLines<Turn::kTransposed>};
+    TileLine lines[kMostTogether];
+    kDecoders[pair][alpha ? 1 : 0](batch, lines);
+    kTurners[turn](batch, lines);
+}
+
+constexpr int kLongestLevelRun = 16;
+
+void decodeLevels(const uint8_t* record, uint8_t* levels) {
+    const uint8_t first = record[0];
+    if ((first & kAlphaFlatBit) != 0) {
+        memset(levels, first & 15, kTilePixels);
+        return;
+    }
+    int covered = 0;
+    while (covered < kTilePixels) {
+        const uint8_t run = *++record;
+        memset(levels + covered, run & 15, kLongestLevelRun);
+        covered += (run >> 4) + 1;
+    }
+}
+
+void drawLevels(const Batch& batch) {
+    uint8_t levels[kMostTogether][kTilePixels + kLongestLevelRun];
+    for (int i = 0; i < batch.count; ++i) {
+        decodeLevels(batch.ends[i], levels[i]);
+    }
+    for (int i = 0; i < batch.count; ++i) {
+        copyTileAlpha(batch.target.levels + batch.tasks[i].offset, levels[i]);
+    }
 }
 
 }  // namespace
 
-void LinePainter::paint(uint16_t* out, int code, int columnOrder) {
-    const Way& way = kWays[code - CODE_FIRST_RECORD][columnOrder];
-    const auto turn = static_cast<int>(way.turn);
-    tasks_[turn][taskCounts_[turn]++] = {line().pixels + way.from, out + way.out, way.fromStep,
-                                         way.outStep};
-    if (++count_ == kLines) {
-        flush();
+void drawTiles(int kind, const TileTask* tasks, int count, const TileTarget& target) {
+    Batch batch;
+    batch.tasks = tasks;
+    batch.count = count;
+    batch.target = target;
+    const int colourKind = kind % kColourKinds;
+    if (colourKind == TYPE_RAW) {
+        drawRaw(batch);
+    } else if (colourKind == TYPE_PALETTE) {
+        drawPalette(batch);
+    } else {
+        drawRuns(batch, (colourKind - kFirstRunKind) / kTurns,
+                 (colourKind - kFirstRunKind) % kTurns, kind >= kColourKinds);
+    }
+    if (kind >= kColourKinds) {
+        drawLevels(batch);
     }
 }
 
-void LinePainter::flush() {
-    turnLines<Turn::kStraight>(tasks_[0], taskCounts_[0]);
-    turnLines<Turn::kReversed>(tasks_[1], taskCounts_[1]);
-    turnLines<Turn::kTransposed>(tasks_[2], taskCounts_[2]);
-    count_ = 0;
+}  // namespace clip::fast::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace clip::fast {
+
+#ifdef VELMORA_HIGHWAY
+HWY_EXPORT(drawTiles);
+#endif
+
+namespace {
+
+constexpr int turnOf(Walk walk) {
+    return static_cast<int>(walk.columns       ? Turn::kTransposed
+                            : walk.lineReverse ? Turn::kReversed
+                                               : Turn::kStraight);
+}
+
+}  // namespace
+
+constexpr TilePainter::PathTable TilePainter::makePaths(bool alpha) {
+    PathTable paths{};
+    for (size_t type = 0; type < kMaxTypeSlots; ++type) {
+        for (size_t code = CODE_FIRST_RECORD; code <= CODE_EMPTY; ++code) {
+            const size_t colourType = type % kColourTypes;
+            size_t kind = colourType;
+            size_t walk = 0;
+            if (colourType >= TYPE_FOUR_RUNS && code != CODE_EMPTY) {
+                const size_t number = code - CODE_FIRST_RECORD;
+                kind = kFirstRunKind + (colourType - TYPE_FOUR_RUNS) / 2 * kTurns +
+                       static_cast<size_t>(turnOf(kWalks[number][colourType % 2]));
+                walk = 2 * number + colourType % 2;
+            }
+            if (alpha && type >= kColourTypes && code != CODE_EMPTY) {
+                kind += kColourKinds;
+            }
+            paths[type][code] = {static_cast<uint8_t>(kind), static_cast<uint8_t>(walk)};
+        }
+    }
+    return paths;
+}
+
+constinit const TilePainter::PathTable TilePainter::kPaths = makePaths(false);
+constinit const TilePainter::PathTable TilePainter::kAlphaPaths = makePaths(true);
+
+void TilePainter::drawWaiting(int kind) {
+#ifdef VELMORA_HIGHWAY
+    HWY_DYNAMIC_DISPATCH(drawTiles)(kind, tasks_[kind], counts_[kind], target_);
+#else
+    basic_set::drawTiles(kind, tasks_[kind], counts_[kind], target_);
+#endif
+    counts_[kind] = 0;
+}
+
+void TilePainter::flush() {
+    for (int kind = 0; kind < kTileKinds; ++kind) {
+        if (counts_[kind] != 0) {
+            drawWaiting(kind);
+        }
+    }
 }
 
 }  // namespace clip::fast
+#endif

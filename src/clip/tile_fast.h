@@ -1,11 +1,12 @@
 #pragma once
-// Decodes and paints tiles in the time that a frame has: the same results as the functions of
-// clip/tile.h and clip/paint.h, whose contracts hold here too.
+// Draws the tile records of a frame in the time that a frame has: the same pixels and levels as the
+// functions of clip/tile.h and clip/paint.h give, whose contracts hold here too.
 //
-// A tile of runs becomes a line first, its 64 pixels in painting order, and the line is turned onto
-// the frame a row of 8 pixels at a time. Records are read without branching on the width of their
-// colours, up to 8 bytes past their end, which the room promised by clip/tile.h allows.
+// Tiles that are drawn alike wait for each other, so that nothing is asked tile by tile and their
+// records are on their way from memory before they are read. The widest vectors of the processor
+// are chosen at the first drawing; a build without Highway has those of its basic set.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -13,51 +14,65 @@
 
 namespace clip::fast {
 
-// The pixels of a tile in painting order. Runs are written in whole vectors, so what stands behind
-// the 64th pixel is left over: the last run of the longest kind starts at pixel 96 and writes 64.
-struct TileLine {
-    uint16_t pixels[96 + kTilePixels];
-};
-
-size_t drawPaletteTile(const uint8_t* record, const uint16_t* palette, uint16_t* out);
-
-// As decodeRuns(), and the runs as a line.
-size_t decodeRuns(const uint8_t* record, int colourType, const uint16_t* palette, TileRuns& runs,
-                  TileLine& line);
-
-void decodeAlpha(const uint8_t* record, uint8_t* levels);
-
-// What becomes of the rows of a line before they are the rows of a tile.
+// What becomes of the rows of a run record before they are the rows of its tile.
 enum class Turn { kStraight, kReversed, kTransposed };
 inline constexpr int kTurns = 3;
 
-struct LineTask {
-    const uint16_t* from;  // the first row of 8 pixels
-    uint16_t* out;         // where it goes
-    int fromStep;          // pixels to the next one
-    int outStep;
+// Tiles that are drawn alike: raw ones, palette ones, and those of each pair of run types by turn;
+// the same again with alpha records.
+inline constexpr int kRunPairs = (kColourTypes - TYPE_FOUR_RUNS) / 2;
+inline constexpr int kFirstRunKind = TYPE_FOUR_RUNS;
+inline constexpr int kColourKinds = kFirstRunKind + kRunPairs * kTurns;
+inline constexpr int kTileKinds = 2 * kColourKinds;
+inline constexpr int kMostTogether = 32;
+
+// Where frames are drawn and what their palette indices stand for.
+struct TileTarget {
+    uint16_t* frame;
+    uint8_t* levels;  // null when alpha is not wanted
+    const uint16_t* palette;
 };
 
-// Paints lines into a frame as paintRuns() paints their runs, some time after they were decoded: a
-// line is read back in other pieces than it was written in, which waits for the writes when it
-// comes at once, and lines that go the same way through their tiles are painted together.
-class LinePainter {
-public:
-    // Where the next line is to be decoded.
-    TileLine& line() { return lines_[count_]; }
+struct TileTask {
+    const uint8_t* record;
+    int32_t offset;  // of the tile's first pixel in the frame, and of its first level
+    uint32_t walk;   // which of the walks through a tile, twice its number and the column order
+};
 
-    // line() is complete: it goes to the tile at `out` by `code` and `columnOrder` when its turn
-    // comes, flush() at the latest.
-    void paint(uint16_t* out, int code, int columnOrder);
+class TilePainter {
+public:
+    explicit TilePainter(const TileTarget& target)
+        : paths_(target.levels != nullptr ? kAlphaPaths : kPaths), target_(target) {}
+
+    // The record of `type` (0 to 19) is drawn by `code` (1 to 6; 7 with colour types 0 and 1, then
+    // without its levels): when its turn comes, flush() at the latest.
+    void add(const uint8_t* record, int type, int code, int offset) {
+        const Path path = paths_[static_cast<size_t>(type)][static_cast<size_t>(code)];
+        __builtin_prefetch(record);
+        tasks_[path.kind][counts_[path.kind]] = {record, offset, path.walk};
+        if (++counts_[path.kind] == kMostTogether) {
+            drawWaiting(path.kind);
+        }
+    }
     void flush();
 
 private:
-    static constexpr int kLines = 24;
+    struct Path {
+        uint8_t kind;
+        uint8_t walk;
+    };
+    // By type and code.
+    using PathTable = std::array<std::array<Path, CODE_EMPTY + 1>, kMaxTypeSlots>;
+    static constexpr PathTable makePaths(bool alpha);
+    static const PathTable kPaths;
+    static const PathTable kAlphaPaths;
 
-    TileLine lines_[kLines];
-    LineTask tasks_[kTurns][kLines];
-    int taskCounts_[kTurns] = {};
-    int count_ = 0;
+    void drawWaiting(int kind);
+
+    const PathTable& paths_;
+    TileTarget target_;
+    int counts_[kTileKinds] = {};
+    TileTask tasks_[kTileKinds][kMostTogether];
 };
 
 }  // namespace clip::fast

@@ -1,153 +1,211 @@
-// The fast tile functions against the plain ones, which have tests of their own.
+// The fast drawing of tile records against the plain functions, which have tests of their own, at
+// every vector width of the processor that runs the tests.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <memory>
 #include <random>
 #include <vector>
 
+#include "bench/vector_targets.h"
 #include "clip/paint.h"
 #include "clip/tile_fast.h"
 
 namespace {
 
-using Frame = std::vector<uint16_t>;
+// Three rows of tiles, of which the middle one is drawn: what is written beside it shows.
+constexpr int kRowPixels = kFrameWidth * clip::kTileSize;
 
-constexpr size_t kTileX = 16;  // of the tile in the frame, with pixels around it
+struct Picture {
+    std::vector<uint16_t> pixels = std::vector<uint16_t>(3 * kRowPixels, 0x5A5A);
+    std::vector<uint8_t> levels = std::vector<uint8_t>(3 * kRowPixels, 0x77);
 
-std::vector<uint16_t> noisePalette() {
-    std::mt19937 random(256);
-    std::vector<uint16_t> palette(clip::kPaletteEntries);
-    for (uint16_t& colour : palette) {
-        colour = static_cast<uint16_t>(random() & 0xFFFF);
-    }
-    return palette;
-}
+    bool operator==(const Picture&) const = default;
+};
 
-Frame emptyFrame() {
-    return Frame(8 * kFrameWidth, 0x5A5A);
-}
+struct Tile {
+    std::shared_ptr<uint8_t[]> record;
+    int type;
+    int code;
+};
 
 // Exactly the room that decoders are promised: sanitizers see one byte more.
-std::vector<uint8_t> randomRecord(std::mt19937& random, unsigned end) {
-    std::vector<uint8_t> record(clip::kMaxRecordBytes);
-    for (uint8_t& byte : record) {
-        byte = static_cast<uint8_t>(random() % end);
+std::shared_ptr<uint8_t[]> noiseRecord(std::mt19937& random, unsigned end) {
+    std::shared_ptr<uint8_t[]> record(new uint8_t[clip::kMaxRecordBytes]);
+    for (int i = 0; i < clip::kMaxRecordBytes; ++i) {
+        record[i] = static_cast<uint8_t>(random() % end);
     }
     return record;
 }
 
+const std::vector<uint16_t>& noisePalette() {
+    static const std::vector<uint16_t> palette = [] {
+        std::mt19937 random(256);
+        std::vector<uint16_t> colours(clip::kPaletteEntries);
+        for (uint16_t& colour : colours) {
+            colour = static_cast<uint16_t>(random() & 0xFFFF);
+        }
+        return colours;
+    }();
+    return palette;
+}
+
+int offsetOf(size_t tile) {
+    return kRowPixels + static_cast<int>(tile % clip::kTilesAcross) * clip::kTileSize;
+}
+
+// An empty tile of types 10 to 19 shows the pixels of its colour types alone.
+void drawPlain(const Tile& tile, uint16_t* out, uint8_t* levelsOut) {
+    const uint16_t* palette = noisePalette().data();
+    const int colourType = tile.type % clip::kColourTypes;
+    const uint8_t* record = tile.record.get();
+    if (colourType == clip::TYPE_RAW) {
+        record += clip::drawRawTile(record, out);
+    } else if (colourType == clip::TYPE_PALETTE) {
+        record += clip::drawPaletteTile(record, palette, out);
+    } else {
+        clip::TileRuns runs;
+        record += clip::decodeRuns(record, colourType, palette, runs);
+        clip::paintRuns(out, runs, tile.code, colourType % 2);
+    }
+    if (tile.type >= clip::kColourTypes && levelsOut != nullptr && tile.code != clip::CODE_EMPTY) {
+        uint8_t levels[clip::kTilePixels];
+        clip::decodeAlpha(record, levels);
+        clip::copyTileAlpha(levelsOut, levels);
+    }
+}
+
+// Draws the tiles side by side, as often around as there are, with and without levels.
+void expectPlain(const std::vector<Tile>& tiles) {
+    for (const bool alpha : {false, true}) {
+        Picture expected;
+        for (size_t i = 0; i < tiles.size(); ++i) {
+            drawPlain(tiles[i], expected.pixels.data() + offsetOf(i),
+                      alpha ? expected.levels.data() + offsetOf(i) : nullptr);
+        }
+        for (const VectorTarget& target : vectorTargets()) {
+            useTarget(target);
+            Picture picture;
+            clip::fast::TilePainter painter({picture.pixels.data(),
+                                             alpha ? picture.levels.data() : nullptr,
+                                             noisePalette().data()});
+            for (size_t i = 0; i < tiles.size(); ++i) {
+                painter.add(tiles[i].record.get(), tiles[i].type, tiles[i].code, offsetOf(i));
+            }
+            painter.flush();
+            ASSERT_TRUE(picture == expected) << target.name << (alpha ? ", alpha" : "");
+        }
+    }
+}
+
+bool direct(int type) {
+    return type % clip::kColourTypes < clip::TYPE_FOUR_RUNS;
+}
+
+Tile noiseTile(std::mt19937& random, unsigned end) {
+    const int type = static_cast<int>(random() % clip::kMaxTypeSlots);
+    const unsigned codes = direct(type) ? clip::CODE_EMPTY : clip::CODE_LAST_RECORD;
+    return {noiseRecord(random, end), type, static_cast<int>(1 + random() % codes)};
+}
+
 // Large bytes are long runs, small ones short runs; both occur in one record as well.
-unsigned byteEnd(int round) {
+TEST(TilePainter, AnyBytesOfAnyType_AreDrawnAsPlain) {
     constexpr unsigned kEnds[] = {256, 4, 64, 160};
-    return kEnds[round % 4];
-}
-
-// The pixels in painting order that a run list stands for.
-std::vector<uint16_t> laidOut(const clip::TileRuns& runs) {
-    std::vector<uint16_t> pixels;
-    for (size_t i = 0; pixels.size() < clip::kTilePixels; ++i) {
-        const size_t room = clip::kTilePixels - pixels.size();
-        pixels.insert(pixels.end(), std::min<size_t>(runs.lengths[i] + 1u, room), runs.colours[i]);
-    }
-    return pixels;
-}
-
-void expectSameRuns(const std::vector<uint8_t>& record, int type) {
-    static const std::vector<uint16_t> palette = noisePalette();
-    clip::TileRuns plain{};
-    clip::TileRuns fast{};
-    clip::fast::TileLine line{};
-    const size_t length = clip::decodeRuns(record.data(), type, palette.data(), plain);
-    ASSERT_EQ(clip::fast::decodeRuns(record.data(), type, palette.data(), fast, line), length);
-    const std::vector<uint16_t> pixels = laidOut(plain);
-    ASSERT_EQ(laidOut(fast), pixels);
-    ASSERT_TRUE(std::equal(pixels.begin(), pixels.end(), line.pixels));
-}
-
-TEST(FastRuns, AnyBytes_GiveThePlainLengthAndPixels) {
     std::mt19937 random(1909);
-    for (int round = 0; round < 40000; ++round) {
-        const std::vector<uint8_t> record = randomRecord(random, byteEnd(round));
-        for (int type = 2; type < clip::kColourTypes; ++type) {
-            expectSameRuns(record, type);
-            ASSERT_FALSE(testing::Test::HasFailure()) << "type " << type << " round " << round;
+    for (int round = 0; round < 1200; ++round) {
+        std::vector<Tile> tiles;
+        for (int i = 0; i < clip::kTilesAcross; ++i) {
+            tiles.push_back(noiseTile(random, kEnds[round % 4]));
         }
+        expectPlain(tiles);
+        ASSERT_FALSE(testing::Test::HasFatalFailure()) << "round " << round;
     }
 }
 
-// Every header of four runs, every split of two colours, with both widths of their colours.
-TEST(FastRuns, EveryHeader_GivesThePlainPixels) {
-    std::mt19937 random(22);
-    std::vector<uint8_t> record = randomRecord(random, 256);
-    for (int header = 0; header < 65536; ++header) {
-        record[0] = static_cast<uint8_t>(header >> 8);
-        record[1] = static_cast<uint8_t>(header & 255);
-        for (const int type : {2, 9}) {
-            expectSameRuns(record, type);
-            ASSERT_FALSE(testing::Test::HasFailure()) << "type " << type << " header " << header;
-        }
-    }
-}
-
-TEST(FastAlpha, AnyBytes_GiveThePlainLevels) {
-    std::mt19937 random(4);
-    for (int round = 0; round < 40000; ++round) {
-        std::vector<uint8_t> record = randomRecord(random, byteEnd(round));
-        record.resize(clip::kMaxAlphaRecordBytes);
-        uint8_t plain[clip::kTilePixels];
-        uint8_t fast[clip::kTilePixels];
-        clip::decodeAlpha(record.data(), plain);
-        clip::fast::decodeAlpha(record.data(), fast);
-        ASSERT_TRUE(std::equal(plain, plain + clip::kTilePixels, fast)) << "round " << round;
-    }
-}
-
-TEST(FastPaletteTile, AnyIndices_GiveThePlainTile) {
+// The shortest runs make the most groups: 32 of them, with colours of both widths.
+TEST(TilePainter, RunsOfOnePixel_AreDrawnAsPlain) {
     std::mt19937 random(64);
-    const std::vector<uint16_t> palette = noisePalette();
-    for (int round = 0; round < 100; ++round) {
-        std::vector<uint8_t> record = randomRecord(random, 256);
-        record.resize(clip::kTilePixels);
-        Frame plain = emptyFrame();
-        Frame fast = emptyFrame();
-        clip::drawPaletteTile(record.data(), palette.data(), plain.data() + kTileX);
-        EXPECT_EQ(clip::fast::drawPaletteTile(record.data(), palette.data(), fast.data() + kTileX),
-                  size_t{clip::kTilePixels});
-        ASSERT_EQ(fast, plain);
+    for (const int type : {4, 5, 6, 7, 14, 15, 16, 17}) {
+        for (unsigned widths = 0; widths < 4; ++widths) {
+            std::vector<Tile> tiles;
+            for (int i = 0; i < clip::kTilesAcross; ++i) {
+                Tile tile{noiseRecord(random, 256), type, i % 6 + 1};
+                const bool palette = type % 10 >= clip::TYPE_PALETTE_RUNS;
+                const unsigned step = palette ? 3 : 5 - (widths >> 1) - (widths & 1);
+                for (unsigned group = 0; group < 32; ++group) {
+                    tile.record[group * step] = static_cast<uint8_t>(palette ? 0 : widths);
+                }
+                tiles.push_back(tile);
+            }
+            expectPlain(tiles);
+        }
     }
 }
 
-// 64 pixels of different colours, all paths, more tiles than the painter keeps waiting.
-TEST(LinePainter, EveryPath_IsPaintedAsItsRuns) {
-    clip::fast::LinePainter painter;
-    clip::TileRuns runs{};
-    for (int i = 0; i < clip::kTilePixels; ++i) {
-        runs.colours[i] = static_cast<uint16_t>(100 + i);
+// Every header of four runs, every control byte of two colours and of a first group.
+TEST(TilePainter, EveryHeader_IsDrawnAsPlain) {
+    std::mt19937 random(22);
+    for (int header = 0; header < 65536;) {
+        std::vector<Tile> tiles;
+        for (int i = 0; i < clip::kTilesAcross && header < 65536; ++i, ++header) {
+            Tile tile{noiseRecord(random, 256), header % 2 + (header & 255) % 4 * 2 + 2,
+                      header % 6 + 1};
+            tile.record[0] = static_cast<uint8_t>(header >> 8);
+            tile.record[1] = static_cast<uint8_t>(header & 255);
+            tiles.push_back(tile);
+        }
+        expectPlain(tiles);
+        ASSERT_FALSE(testing::Test::HasFatalFailure()) << "up to header " << header;
     }
-    Frame plain = emptyFrame();
-    Frame fast = emptyFrame();
-    for (int tile = 0; tile < clip::kTilesAcross; ++tile) {
-        const int code = tile % 6 + 1;
-        const int columnOrder = tile / 6 % 2;
-        runs.colours[0] = static_cast<uint16_t>(1000 + tile);
-        std::copy_n(runs.colours, clip::kTilePixels, painter.line().pixels);
-        painter.paint(fast.data() + tile * clip::kTileSize, code, columnOrder);
-        clip::paintRuns(plain.data() + tile * clip::kTileSize, runs, code, columnOrder);
-    }
-    painter.flush();
-    EXPECT_EQ(fast, plain);
 }
 
-TEST(LinePainter, Flushed_HasNothingLeft) {
-    clip::fast::LinePainter painter;
-    Frame frame = emptyFrame();
-    std::fill_n(painter.line().pixels, clip::kTilePixels, uint16_t{7});
-    painter.paint(frame.data(), 1, 0);
+// Tiles of one kind wait until there are 32; two decode side by side.
+TEST(TilePainter, AnyNumberOfOneKind_IsDrawn) {
+    std::mt19937 random(33);
+    for (int count = 0; count <= 67; ++count) {
+        for (const int type : {0, 1, 2, 4, 6, 8, 14}) {
+            std::vector<Tile> tiles;
+            for (int i = 0; i < count; ++i) {
+                tiles.push_back({noiseRecord(random, 256), type, 1});
+            }
+            expectPlain(tiles);
+            ASSERT_FALSE(testing::Test::HasFatalFailure()) << count << " of type " << type;
+        }
+    }
+}
+
+// 64 pixels of different colours, so that each shows where it went.
+TEST(TilePainter, EveryWalk_TakesEachPixelToItsPlace) {
+    std::mt19937 random(6);
+    std::vector<Tile> tiles;
+    for (int code = 1; code <= clip::CODE_LAST_RECORD; ++code) {
+        for (const int type : {4, 5}) {
+            Tile tile{noiseRecord(random, 256), type, code};
+            for (int group = 0; group < 32; ++group) {
+                // Two runs of one pixel, palette indices 2 x group and 2 x group + 1.
+                tile.record[3 * group] = 3;
+                tile.record[3 * group + 1] = static_cast<uint8_t>(2 * group);
+                tile.record[3 * group + 2] = static_cast<uint8_t>(2 * group + 1);
+            }
+            tiles.push_back(tile);
+        }
+    }
+    expectPlain(tiles);
+}
+
+TEST(TilePainter, Flushed_HasNothingLeft) {
+    std::mt19937 random(5);
+    const Tile tile{noiseRecord(random, 256), clip::TYPE_RAW, 1};
+    Picture picture;
+    clip::fast::TilePainter painter(
+        {picture.pixels.data(), picture.levels.data(), noisePalette().data()});
+    painter.add(tile.record.get(), tile.type, tile.code, kRowPixels);
     painter.flush();
-    EXPECT_EQ(frame[0], 7);
-    frame[0] = 9;
+    EXPECT_EQ(picture.pixels[kRowPixels], tile.record[0] | tile.record[1] << 8);
+    picture = Picture();
     painter.flush();
-    EXPECT_EQ(frame[0], 9);
+    EXPECT_TRUE(picture == Picture());
 }
 
 }  // namespace
