@@ -114,7 +114,8 @@ private:
     void expandMaps();
     struct FrameJob;
     void drawTileRow(FrameJob& job, int row);
-    void drawTile(FrameJob& job, int position, int code, int offset);
-    void drawLevels(uint8_t* alphaOut, int type, int code);
+    void drawTile(FrameJob& job, uint16_t entry, int code, int offset);
+    void drawFlat(const FrameJob& job, uint16_t colour, int offset);
+    void drawEmpty(FrameJob& job, uint16_t entry, int offset);
     void keepLevels(const FrameJob& job);
 };

@@ -23,12 +23,6 @@ bool sameWords(const uint16_t* a, const uint16_t* b, int count) {
     return memcmp(a, b, static_cast<size_t>(count) * sizeof *a) == 0;
 }
 
-// Of a tile's first pixel in its frame.
-int tileOffset(int position) {
-    return (position / clip::kTilesAcross * kFrameWidth + position % clip::kTilesAcross) *
-           clip::kTileSize;
-}
-
 }  // namespace
 
 // One tile's record, plainly: types 0 and 1 are drawn at drawPointer right away, whatever the code;
@@ -71,52 +65,56 @@ struct c_moxel::FrameJob {
     const uint32_t* recordOffsets;
     const uint8_t* recordTypes;
     uint16_t recordCount;
-    clip::fast::TilePainter painter;
-    int lastRecord = -1;  // position of the last tile that has one, for the levels that it leaves
+    clip::fast::TilePainter& painter;
+    int lastRecord = -1;  // offset of the last tile that has one, for the levels that it leaves
+
+    void add(uint16_t entry, int code, int offset) {
+        lastRecord = offset;
+        painter.add(records + recordOffsets[entry], recordTypes[entry], code, offset);
+    }
 };
 
-// The levels of a tile whose record has none, or that shows none.
-void c_moxel::drawLevels(uint8_t* alphaOut, int type, int code) {
-    if (code == clip::CODE_EMPTY) {
-        clip::fillTileAlpha(alphaOut, 0);
-    } else if (alpha == 0) {
-        clip::copyTileAlpha(alphaOut, tileAlpha);
-    } else if (type < clip::kColourTypes) {
-        clip::fillTileAlpha(alphaOut, clip::kAlphaOpaque);
+void c_moxel::drawFlat(const FrameJob& job, uint16_t colour, int offset) {
+    clip::fillTile(job.out + offset, colour);
+    if (job.alphaOut != nullptr) {
+        clip::fillTileAlpha(job.alphaOut + offset, clip::kAlphaOpaque);
     }
 }
 
-void c_moxel::drawTile(FrameJob& job, int position, int code, int offset) {
-    const uint16_t entry = job.map[position];
-    uint16_t* const out = job.out + offset;
-    uint8_t* const alphaOut = job.alphaOut != nullptr ? job.alphaOut + offset : nullptr;
-    if (code == clip::CODE_FLAT || job.flatOnly) {
-        clip::fillTile(out, entry);
-        if (alphaOut != nullptr) {
-            clip::fillTileAlpha(alphaOut, clip::kAlphaOpaque);
-        }
+// Guard: a record that the block does not have is an empty tile.
+void c_moxel::drawEmpty(FrameJob& job, uint16_t entry, int offset) {
+    clip::fillTile(job.out + offset, 0);
+    if (job.alphaOut != nullptr) {
+        clip::fillTileAlpha(job.alphaOut + offset, 0);
+    }
+    if (entry >= job.recordCount) {
         return;
     }
-    // Guard: a record that the block does not have is an empty tile.
-    const bool known = entry < job.recordCount;
-    if (code == clip::CODE_EMPTY || !known) {
-        clip::fillTile(out, 0);
-    }
-    if (!known) {
-        if (alphaOut != nullptr) {
-            clip::fillTileAlpha(alphaOut, 0);
-        }
-        return;
-    }
-    const int type = job.recordTypes[entry];
-    job.lastRecord = position;
+    job.lastRecord = offset;
     // Deliberate: an empty tile that names a record of types 0 or 1 shows that record's pixels,
     // fully transparent; with a run record it stays black. [quirk_empty_tile_shows_raw_record]
-    if (code != clip::CODE_EMPTY || type % clip::kColourTypes < clip::TYPE_FOUR_RUNS) {
-        job.painter.add(job.records + job.recordOffsets[entry], type, code, offset);
+    if (job.recordTypes[entry] % clip::kColourTypes < clip::TYPE_FOUR_RUNS) {
+        job.add(entry, clip::CODE_EMPTY, offset);
     }
-    if (alphaOut != nullptr) {
-        drawLevels(alphaOut, type, code);
+}
+
+void c_moxel::drawTile(FrameJob& job, uint16_t entry, int code, int offset) {
+    if (code == clip::CODE_FLAT || job.flatOnly) {
+        drawFlat(job, entry, offset);
+        return;
+    }
+    if (code == clip::CODE_EMPTY || entry >= job.recordCount) {
+        drawEmpty(job, entry, offset);
+        return;
+    }
+    job.add(entry, code, offset);
+    if (job.alphaOut == nullptr) {
+        return;
+    }
+    if (alpha == 0) {
+        clip::copyTileAlpha(job.alphaOut + offset, tileAlpha);
+    } else if (job.recordTypes[entry] < clip::kColourTypes) {
+        clip::fillTileAlpha(job.alphaOut + offset, clip::kAlphaOpaque);
     }
 }
 
@@ -132,15 +130,17 @@ void c_moxel::drawTileRow(FrameJob& job, int row) {
         sameWords(codes, drawnCodes, kRowWords)) {
         return;
     }
+    int tile = 0;
     int offset = row * clip::kTileSize * kFrameWidth;
     for (int word = 0; word < kRowWords; ++word) {
-        for (int i = 0; i < clip::kCodesPerWord; ++i, offset += clip::kTileSize) {
-            const int tile = word * clip::kCodesPerWord + i;
-            const int code = codes[word] >> (3 * i) & 7;
-            if (job.everything || map[tile] != drawnMap[tile] ||
-                code != (drawnCodes[word] >> (3 * i) & 7)) {
-                drawTile(job, first + tile, code, offset);
+        unsigned bits = codes[word];
+        unsigned changed = bits ^ drawnCodes[word];
+        for (int i = 0; i < clip::kCodesPerWord; ++i, ++tile, offset += clip::kTileSize) {
+            if (job.everything || map[tile] != drawnMap[tile] || (changed & 7) != 0) {
+                drawTile(job, map[tile], static_cast<int>(bits & 7), offset);
             }
+            bits >>= 3;
+            changed >>= 3;
         }
     }
     std::copy_n(codes, kRowWords, drawnCodes);
@@ -153,12 +153,13 @@ void c_moxel::keepLevels(const FrameJob& job) {
     if (alpha == 0 || job.lastRecord < 0) {
         return;
     }
-    const uint16_t entry = job.map[job.lastRecord];
-    const int offset = tileOffset(job.lastRecord);
-    drawPointer = job.out + offset;
+    const int position = job.lastRecord / (clip::kTileSize * kFrameWidth) * clip::kTilesAcross +
+                         job.lastRecord % kFrameWidth / clip::kTileSize;
+    const uint16_t entry = job.map[position];
     drawnDirect = 0;
+    drawPointer = job.out + job.lastRecord;
     unRLETile19(blockRecords[currentBlock].get() + job.recordOffsets[entry], job.recordTypes[entry],
-                clip::codeAt(job.codes, job.lastRecord));
+                clip::codeAt(job.codes, position));
 }
 
 void c_moxel::renderMoxel19(int layer, int frame, int mode) {
@@ -182,6 +183,7 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
     // [quirk_low_clip_moves_top_layer]
     uint16_t* const out = moxelTiles16 + layer * pixelCount;
     uint8_t* const alphaOut = mode == MODE_KEY && layer == 1 ? moxelAlpha16 : nullptr;
+    clip::fast::TilePainter painter({out, alphaOut, palette});
     FrameJob job{
         .map = map,
         .codes = blockCodes[currentBlock].get() + frameInBlock * clip::codeWordsFor(tileCount),
@@ -193,12 +195,12 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
         .recordOffsets = blockRecordOffsets[currentBlock].get(),
         .recordTypes = blockRecordTypes[currentBlock].get(),
         .recordCount = blockRecordCounts[currentBlock],
-        .painter = clip::fast::TilePainter({out, alphaOut, palette}),
+        .painter = painter,
     };
     for (int row = 0; row < tilesDown; ++row) {
         drawTileRow(job, row);
     }
-    job.painter.flush();
+    painter.flush();
     keepLevels(job);
     if (redrawCount != 0) {
         --redrawCount;

@@ -416,17 +416,18 @@ constexpr TilePainter::PathTable TilePainter::makePaths(bool alpha) {
 constinit const TilePainter::PathTable TilePainter::kPaths = makePaths(false);
 constinit const TilePainter::PathTable TilePainter::kAlphaPaths = makePaths(true);
 
-void TilePainter::drawWaiting(int kind) {
+void TilePainter::drawWaiting(size_t kind) {
+    const int count = static_cast<int>(counts_[kind]);
 #ifdef VELMORA_HIGHWAY
-    HWY_DYNAMIC_DISPATCH(drawTiles)(kind, tasks_[kind], counts_[kind], target_);
+    HWY_DYNAMIC_DISPATCH(drawTiles)(static_cast<int>(kind), tasks_[kind], count, target_);
 #else
-    basic_set::drawTiles(kind, tasks_[kind], counts_[kind], target_);
+    basic_set::drawTiles(static_cast<int>(kind), tasks_[kind], count, target_);
 #endif
     counts_[kind] = 0;
 }
 
 void TilePainter::flush() {
-    for (int kind = 0; kind < kTileKinds; ++kind) {
+    for (size_t kind = 0; kind < kTileKinds; ++kind) {
         if (counts_[kind] != 0) {
             drawWaiting(kind);
         }

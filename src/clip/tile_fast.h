@@ -67,11 +67,11 @@ private:
     static const PathTable kPaths;
     static const PathTable kAlphaPaths;
 
-    void drawWaiting(int kind);
+    void drawWaiting(size_t kind);
 
     const PathTable& paths_;
     TileTarget target_;
-    int counts_[kTileKinds] = {};
+    unsigned counts_[kTileKinds] = {};
     TileTask tasks_[kTileKinds][kMostTogether];
 };
 
