@@ -118,8 +118,7 @@ void c_moxel::drawTile(FrameJob& job, uint16_t entry, int code, int offset) {
     }
 }
 
-// A row whose map and codes are those of the frame drawn last costs a comparison, and so do five
-// tiles whose codes share a word.
+// A row whose map and codes are those of the frame drawn last costs a comparison.
 void c_moxel::drawTileRow(FrameJob& job, int row) {
     const int first = row * clip::kTilesAcross;
     const uint16_t* map = job.map + first;
@@ -147,8 +146,8 @@ void c_moxel::drawTileRow(FrameJob& job, int row) {
     std::copy_n(map, clip::kTilesAcross, drawnMap);
 }
 
-// Deliberate: a clip without alpha shows the levels of the record that its object drew last, so the
-// last one of a frame leaves them, whoever drew it.
+// A clip without alpha shows the levels of the record that its object drew last, perhaps of the
+// clip before it: the last record of a frame leaves them, whoever drew its pixels.
 void c_moxel::keepLevels(const FrameJob& job) {
     if (alpha == 0 || job.lastRecord < 0) {
         return;

@@ -4,7 +4,8 @@
 //
 // Tiles that are drawn alike wait for each other, so that nothing is asked tile by tile and their
 // records are on their way from memory before they are read. The widest vectors of the processor
-// are chosen at the first drawing; a build without Highway has those of its basic set.
+// are chosen at the first drawing; a build without Highway has those of its basic set. Records and
+// palette stay as they are until flush(), which the owner calls last.
 
 #include <array>
 #include <cstddef>

@@ -20,7 +20,9 @@ public:
           map_(static_cast<size_t>(clip.tileCount)),
           codes_(static_cast<size_t>(clip.tileCount)),
           tiles(kLayers * kFramePixels),
-          alpha(2 * kFramePixels) {}
+          alpha(2 * kFramePixels) {
+        std::copy_n(clip.tileAlpha, clip::kTilePixels, kept);
+    }
 
     void draw(int layer, int frame, int mode, bool flatOnly) {
         block_ = frame / clip::kFramesPerBlock;
@@ -47,28 +49,27 @@ public:
 
 private:
     void drawTile(uint16_t* out, uint8_t* levels, uint16_t entry, int code) {
-        // A clip without alpha never touches the levels that the object has.
-        uint8_t tileLevels[clip::kTilePixels];
-        std::copy_n(clip_.tileAlpha, clip::kTilePixels, tileLevels);
+        uint8_t levelsOut[clip::kTilePixels];
+        std::fill_n(levelsOut, clip::kTilePixels, uint8_t{15});
         if (code == clip::CODE_FLAT) {
             clip::fillTile(out, entry);
-            std::fill_n(tileLevels, clip::kTilePixels, uint8_t{15});
         } else {
             clip::fillTile(out, 0);
             const bool known = entry < clip_.blockRecordCounts[block_];
             if (known) {
-                drawRecord(out, entry, code, tileLevels);
+                drawRecord(out, entry, code);
             }
+            std::copy_n(kept, clip::kTilePixels, levelsOut);
             if (!known || code == clip::CODE_EMPTY) {
-                std::fill_n(tileLevels, clip::kTilePixels, uint8_t{0});
+                std::fill_n(levelsOut, clip::kTilePixels, uint8_t{0});
             }
         }
         if (levels != nullptr) {
-            clip::copyTileAlpha(levels, tileLevels);
+            clip::copyTileAlpha(levels, levelsOut);
         }
     }
 
-    void drawRecord(uint16_t* out, uint16_t entry, int code, uint8_t* levels) {
+    void drawRecord(uint16_t* out, uint16_t entry, int code) {
         const int type = clip::recordType(clip_.blockTypeStarts[block_].get(),
                                           clip::typeSlots(clip_.alpha), entry);
         const uint16_t* palette = clip_.blockPalettes[block_].get();
@@ -86,9 +87,9 @@ private:
             }
         }
         if (type >= clip::kColourTypes) {
-            clip::decodeAlpha(record, levels);
+            clip::decodeAlpha(record, kept);
         } else if (clip_.alpha != 0) {
-            std::fill_n(levels, clip::kTilePixels, uint8_t{15});
+            std::fill_n(kept, clip::kTilePixels, uint8_t{15});
         }
     }
 
@@ -99,6 +100,7 @@ private:
 
 public:
     int redraw = 2;
+    uint8_t kept[clip::kTilePixels];  // levels of the last record; a clip without alpha shows them
     std::vector<uint16_t> tiles;
     std::vector<uint8_t> alpha;
 };
@@ -154,6 +156,7 @@ void expectPlainFrames(ClipStage& stage, int rounds, std::mt19937& random) {
         plain.draw(layer, frame, mode, glitch == kGlitchFlat);
         ASSERT_TRUE(stage.tiles == plain.tiles) << "round " << round << " frame " << frame;
         ASSERT_TRUE(stage.alpha == plain.alpha) << "round " << round << " frame " << frame;
+        ASSERT_TRUE(std::equal(plain.kept, plain.kept + clip::kTilePixels, clip.tileAlpha));
         ASSERT_EQ(clip.redrawCount, plain.redraw);
     }
 }
