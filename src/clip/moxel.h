@@ -23,8 +23,8 @@ class c_moxel {
 public:
     // Prepares the object for loading ./videos/<name>. Reads and allocates nothing.
     void init(std::string prefix, std::string clipName);
-    // Reads the header of the file at `clipPath` only. 1, or 0 when it is missing or not
-    // version 19.
+    // Reads the header of the file at `clipPath` only, over this clip's own header fields. 1, or 0
+    // when it is missing or not version 19.
     int32_t miniLoad(std::string clipPath);
     // One step of loading: 0 failed, 1 more to do, 2 done. `budget` is how many tile records a step
     // may read.
@@ -102,13 +102,15 @@ public:
     uint8_t tileAlpha[clip::kTilePixels] = {};
     uint16_t scratchMap[clip::kMaxTiles];
     uint16_t blockRecordCounts[clip::kMaxBlocks] = {};  // bounds the record numbers of a map
-    size_t mapRoom = 0;     // entries that currentBlock's map buffer holds
-    size_t runRoom = 0;     // bytes that its run buffer holds
-    size_t recordRoom = 0;  // bytes that its record buffer holds
+    clip::FileHeader ownHeader = {};  // of the file being loaded; miniLoad() leaves it alone
+    int32_t framesLoaded = 0;  // that can be drawn, whatever header miniLoad() has read since
+    size_t mapRoom = 0;        // entries that currentBlock's map buffer holds
+    size_t runRoom = 0;        // bytes that its run buffer holds
+    size_t recordRoom = 0;     // bytes that its record buffer holds
 
 private:
     int32_t refuse();
-    int32_t readHeader(FILE* from);
+    int32_t takeHeader(const clip::FileHeader& header);
     int32_t finishBlock();
     void startBlock();
     void expandMaps();

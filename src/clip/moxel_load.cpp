@@ -44,6 +44,7 @@ void c_moxel::init(std::string, std::string clipName) {
     recordCount = 1;
     redrawCount = 2;
     state = CLIP_LOADING;
+    framesLoaded = 0;
     hasRAM = 0;
     loadStage = 0;
     recordsDone = 0;
@@ -53,8 +54,7 @@ void c_moxel::init(std::string, std::string clipName) {
     width = kFrameWidth;
 }
 
-int32_t c_moxel::readHeader(FILE* from) {
-    const clip::FileHeader header = clip::readFileHeader(from);
+int32_t c_moxel::takeHeader(const clip::FileHeader& header) {
     version = header.version;
     if (version != clip::kVersion) {
         return 0;
@@ -80,7 +80,7 @@ int32_t c_moxel::miniLoad(std::string clipPath) {
     if (opened == nullptr) {
         return 0;
     }
-    readHeader(opened);
+    takeHeader(clip::readFileHeader(opened));
     fclose(opened);
     return version == clip::kVersion ? 1 : 0;
 }
@@ -104,6 +104,10 @@ int32_t c_moxel::loopLoad(int budget) {
         if (miniLoad(checked) == 0) {
             return 0;
         }
+    } else {
+        // Guard: the playlists' scan may have read another file's header into this slot since the
+        // last step; the blocks that follow are those of the file that is open.
+        takeHeader(ownHeader);
     }
     switch (loadStage) {
         case 0:
@@ -134,6 +138,7 @@ int32_t c_moxel::loopLoad(int budget) {
         case 3:
             // The stage stays 3: loading a ready clip again repeats the expansion and answers 2.
             expandMaps();
+            framesLoaded = frameCount;
             state = CLIP_READY;
             return 2;
         default:
@@ -163,7 +168,8 @@ int32_t c_moxel::load19A() {
         puts(msg::kClipVanished);
         return 0;
     }
-    if (readHeader(file) == 0) {
+    ownHeader = clip::readFileHeader(file);
+    if (takeHeader(ownHeader) == 0) {
         return 0;
     }
     tilesAcross = width / clip::kTileSize;

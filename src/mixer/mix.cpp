@@ -106,7 +106,8 @@ void c_mix::finRender(int position, int length) {
     if (mode == MODE_TOP) {
         scale2x(top);
     }
-    if (_options->topbar != 0) {
+    // Guard: the playlists' scan may have read the header of a file without frames into the slot.
+    if (_options->topbar != 0 && length > 0) {
         const px::OutputView view = output.view();
         const int64_t bar = int64_t{position} * all->appW / length;
         px::fillRowStart(view, kTopBarRow, static_cast<int>(bar), kWhite);

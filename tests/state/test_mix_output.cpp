@@ -150,6 +150,14 @@ TEST_F(MixOutput, TopBar_PositionOfLength) {
     }
 }
 
+TEST_F(MixOutput, TopBarOfAClipWithoutFrames_IsNotDrawn) {
+    _options->topbar = 1;
+    setLayers(kBottom, kTop);
+    mix->mode = MODE_TOP;
+    mix->finRender(3, 0);
+    EXPECT_TRUE(allOf(kTop));
+}
+
 TEST_F(MixOutput, WithoutThePreference_NoTopBar) {
     mix->finRender(9, 10);
     EXPECT_TRUE(allOf(kTop));

@@ -223,6 +223,33 @@ TEST(Loading, ReadyClip_RepeatsTheExpansionAndAnswersDone) {
     EXPECT_EQ(stage.clip->state, CLIP_READY);
 }
 
+// As the playlists' scan does while the performer edits with a clip on stage.
+TEST(MiniLoad, OnAPlayingSlot_FramesThatItDoesNotHoldAreNotDrawn) {
+    ClipStage stage(TEST_DATA "/clips");
+    load(stage, "seventeen-200.m19");
+    EXPECT_EQ(stage.clip->miniLoad("./videos/long-256.m19"), 1);
+    EXPECT_EQ(stage.clip->frameCount, 256);
+    EXPECT_EQ(paintedTiles(stage, 16), 2000);  // 80 x 25 tiles: the second block's first frame
+    for (const int frame : {17, 32, 255}) {
+        EXPECT_EQ(paintedTiles(stage, frame), 0) << "frame " << frame;
+    }
+}
+
+TEST(MiniLoad, BetweenTheStepsOfALoad_DoesNotChangeWhatLoads) {
+    ClipStage stage(TEST_DATA "/clips");
+    stage.clip->init("", "seventeen-200.m19");
+    int result = 1;
+    while (result == 1) {
+        result = stage.clip->loopLoad(100);
+        stage.clip->miniLoad("./videos/long-256.m19");
+    }
+    EXPECT_EQ(result, 2);
+    EXPECT_EQ(stage.clip->loopLoad(100), 2);
+    EXPECT_EQ(stage.clip->frameCount, 17);
+    EXPECT_EQ(stage.clip->blockCount, 2);
+    EXPECT_EQ(paintedTiles(stage, 16), 2000);
+}
+
 TEST(Loading, StagePastThree_AnswersMore) {
     ClipStage stage(TEST_DATA "/clips");
     stage.clip->init("", "one-frame-8.m19");
