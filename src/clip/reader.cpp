@@ -12,6 +12,9 @@ namespace {
 
 // `count` bytes; those past the end of the file are zero.
 void readBytes(FILE* file, uint8_t* bytes, size_t count) {
+    if (count == 0) {
+        return;  // `bytes` may be null then, which fread() does not take
+    }
     const size_t got = fread(bytes, 1, count, file);
     memset(bytes + got, 0, count - got);
 }
