@@ -4,11 +4,6 @@ namespace xml {
 
 namespace {
 
-bool endsWith(const std::string& text, const std::string& end) {
-    return text.size() >= end.size() &&
-           text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
 // At the end of the file the byte 0xFF is appended, like any other.
 void appendChar(FILE* stream, std::string& buffer) {
     buffer.push_back(static_cast<char>(static_cast<unsigned char>(fgetc(stream))));
@@ -24,10 +19,10 @@ std::string skipTo(FILE* stream, const std::string& target) {
     std::string buffer;
     for (int read = 0; read < kMotBudget; ++read) {
         appendChar(stream, buffer);
-        if (endsWith(buffer, target)) {
+        if (buffer.ends_with(target)) {
             return "";
         }
-        if (endsWith(buffer, kEndOfAll)) {
+        if (buffer.ends_with(kEndOfAll)) {
             return kEndOfAll;
         }
     }
@@ -38,22 +33,22 @@ std::string readNode(FILE* stream, const std::string& name) {
     const std::string opening = "<" + name + ">";
     const std::string closing = "</" + name + ">";
     std::string before;
-    for (int read = 0; read < kNoeudBudget && !endsWith(before, opening); ++read) {
+    for (int read = 0; read < kNoeudBudget && !before.ends_with(opening); ++read) {
         appendChar(stream, before);
-        if (endsWith(before, opening)) {
+        if (before.ends_with(opening)) {
             break;
         }
-        if (endsWith(before, kEndOfAll)) {
+        if (before.ends_with(kEndOfAll)) {
             return kEndOfAll;
         }
-        if (endsWith(before, kEndOfPlaylist)) {
+        if (before.ends_with(kEndOfPlaylist)) {
             return kEndOfPlaylist;
         }
     }
     // Deliberate: an opening tag that did not come within its limit counts as found, and what
     // follows is read as the text. [quirk_missing_opening_tag_counts_as_found]
     std::string text;
-    while (text.size() < kNoeudBudget && !endsWith(text, closing)) {
+    while (text.size() < kNoeudBudget && !text.ends_with(closing)) {
         appendChar(stream, text);
     }
     // Deliberate: the closing tag's length is cut off whether or not it was found, so a text that
