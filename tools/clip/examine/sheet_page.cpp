@@ -17,7 +17,6 @@ namespace maker {
 namespace {
 
 constexpr int kFrameW = kFrameWidth / kPageShrink;
-constexpr int kFrameH = kFrameHeight / kPageShrink;
 
 constexpr const char* kHead = R"(<!doctype html>
 <html lang="en">

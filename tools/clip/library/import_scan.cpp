@@ -57,8 +57,9 @@ public:
         scan.stills += stills_;
         for (const auto& [key, group] : groups_) {
             const size_t fitting = static_cast<size_t>(std::count_if(
-                group.names.begin(), group.names.end(),
-                [&group](const auto& name) { return numberOf(group.pattern, name).has_value(); }));
+                group.names.begin(), group.names.end(), [&group = group](const auto& name) {
+                    return numberOf(group.pattern, name).has_value();
+                }));
             const bool sequence = fitting >= kFewestPictures;
             if (sequence) {
                 scan.inputs.push_back(group.pattern.text());
