@@ -1,58 +1,138 @@
-// Any bytes as a clip: it loads or is refused, and what loads can be drawn, whatever it holds.
-#include <unistd.h>
-
-#include <cstdint>
-#include <cstdlib>
-#include <memory>
-#include <string>
+// Any bytes as a clip: it loads or is refused, in one go as in small steps; what loads is drawn
+// whole as the plain functions draw it, and forwards, backwards and at random without leaving the
+// buffers. What the validator accepts loads.
+//
+// Input: the file. How it is stepped through follows from its bytes.
+#include <cstring>
 #include <vector>
 
 #include "clip/moxel.h"
+#include "clip/paint.h"
+#include "clip/validate.h"
 #include "common/limits.h"
 #include "core/globals.h"
+#include "fuzz/input.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
 
 namespace {
 
-// The clip object takes its file from ./videos of the working directory.
+using fuzz::require;
+
+constexpr int kReady = 2;
+constexpr int kWholeBudget = 65000;
+constexpr int kSteps[] = {1, 7, 60, 2000};
+constexpr int kMostTilesDrawn = 4000;
+constexpr int kMostDraws = 8;
+
 class Stage {
 public:
-    Stage() : tiles_(kLayers * kFramePixels), alpha_(2 * kFramePixels), clip(new c_moxel) {
-        char folder[] = "/tmp/velmora-fuzz-XXXXXX";
-        if (mkdtemp(folder) == nullptr || chdir(folder) != 0 || system("mkdir videos") != 0) {
-            abort();
-        }
-        if (freopen("/dev/null", "w", stdout) == nullptr) {
-            abort();
-        }
-        moxelTiles16 = tiles_.data();
-        moxelAlpha16 = alpha_.data();
+    Stage() : tiles(kLayers * kFramePixels), alpha(2 * kFramePixels), clip(new c_moxel) {
+        fuzz::silenceOutput();
+        moxelTiles16 = tiles.data();
+        moxelAlpha16 = alpha.data();
         _filters = &filters_;
         filters_.initFilters();
+        const uint8_t header[] = {clip::kVersion, 50, 0x80, 2, 8, 0, 1, 16, 0, 1};
+        otherFile.write(header, sizeof header);
     }
 
-private:
-    std::vector<uint16_t> tiles_;
-    std::vector<uint8_t> alpha_;
-    c_filters filters_{};
+    // With `scanned`, the playlists' scan reads another file's header between any two steps.
+    int load(int budget, bool scanned) {
+        clip->init("", "input.m19");
+        clip->path = file.path();
+        int result = 1;
+        while (result == 1) {
+            result = clip->loopLoad(budget);
+            if (scanned && result == 1) {
+                clip->miniLoad(otherFile.path());
+            }
+        }
+        return result;
+    }
 
-public:
+    std::vector<uint16_t> tiles;
+    std::vector<uint8_t> alpha;
     std::unique_ptr<c_moxel> clip;
+    fuzz::MemoryFile file;
+    fuzz::MemoryFile otherFile;  // the header of a clip of 256 frames
+
+private:
+    c_filters filters_{};
 };
 
-void writeInput(const uint8_t* data, size_t size) {
-    FILE* file = fopen("videos/input.m19", "wb");
-    if (file == nullptr || (size != 0 && fwrite(data, 1, size, file) != size) ||
-        fclose(file) != 0) {
-        abort();
+// A tile as clip/tile.h and clip/paint.h draw it.
+void drawPlainTile(const c_moxel& clip, int block, uint16_t entry, int code, uint16_t* out,
+                   uint8_t* levels) {
+    clip::fillTile(out, code == clip::CODE_FLAT ? entry : 0);
+    const bool record = code != clip::CODE_FLAT && entry < clip.blockRecordCounts[block];
+    const bool opaque = code == clip::CODE_FLAT || (record && code != clip::CODE_EMPTY);
+    clip::fillTileAlpha(levels, opaque ? clip::kAlphaOpaque : 0);
+    if (!record) {
+        return;
+    }
+    const uint8_t* bytes = clip.blockRecords[block].get() + clip.blockRecordOffsets[block][entry];
+    const int type = clip.blockRecordTypes[block][entry];
+    const int colourType = type % clip::kColourTypes;
+    const uint16_t* palette = clip.blockPalettes[block].get();
+    if (colourType == clip::TYPE_RAW) {
+        bytes += clip::drawRawTile(bytes, out);
+    } else if (colourType == clip::TYPE_PALETTE) {
+        bytes += clip::drawPaletteTile(bytes, palette, out);
+    } else {
+        clip::TileRuns runs;
+        bytes += clip::decodeRuns(bytes, colourType, palette, runs);
+        if (code != clip::CODE_EMPTY) {
+            clip::paintRuns(out, runs, code, colourType % 2);
+        }
+    }
+    if (type >= clip::kColourTypes && code != clip::CODE_EMPTY) {
+        uint8_t tileLevels[clip::kTilePixels];
+        clip::decodeAlpha(bytes, tileLevels);
+        clip::copyTileAlpha(levels, tileLevels);
     }
 }
 
-void drawSome(c_moxel& clip) {
-    for (int frame = 0; frame < clip.frameCount; frame += 3) {
-        clip.renderMoxel19(1, frame, MODE_KEY);
-        clip.renderMoxel19(0, clip.frameCount - 1 - frame, MODE_TOP);
+// The frame drawn whole by both.
+void checkWholeFrame(Stage& stage, int frame) {
+    static std::vector<uint16_t> pixels(kFramePixels);
+    static std::vector<uint8_t> levels(kFramePixels);
+    c_moxel& clip = *stage.clip;
+    const int block = frame / clip::kFramesPerBlock;
+    const uint16_t* codes = clip.blockCodes[block].get() +
+                            frame % clip::kFramesPerBlock * clip::codeWordsFor(clip.tileCount);
+    for (int tile = 0; tile < clip.tileCount; ++tile) {
+        const int at = tile / clip::kTilesAcross * clip::kTileSize * kFrameWidth +
+                       tile % clip::kTilesAcross * clip::kTileSize;
+        drawPlainTile(clip, block, clip.frameMaps[frame][tile], clip::codeAt(codes, tile),
+                      pixels.data() + at, levels.data() + at);
+    }
+    clip.redrawCount = 1;
+    clip.renderMoxel19(1, frame, MODE_KEY);
+    const auto drawn = static_cast<size_t>(clip.tileCount) * clip::kTilePixels;
+    require(memcmp(pixels.data(), stage.tiles.data() + clip.pixelCount, 2 * drawn) == 0,
+            "a frame has the pixels of its tiles");
+    require(clip.alpha == 0 || memcmp(levels.data(), stage.alpha.data(), drawn) == 0,
+            "a frame has the levels of its tiles");
+}
+
+uint32_t nextRandom(uint32_t& state) {
+    state = state * 1664525 + 1013904223;
+    return state >> 8;
+}
+
+void drawSome(Stage& stage, uint32_t random) {
+    c_moxel& clip = *stage.clip;
+    const int draws = std::clamp(kMostTilesDrawn / (clip.tileCount + 1), 3, kMostDraws);
+    const int frames = clip.frameCount;
+    for (int i = 0; i < draws; ++i) {
+        clip.renderMoxel19(1, i % frames, MODE_KEY);
+        clip.renderMoxel19(0, (frames - 1 - i % frames), MODE_TOP);
+        const int anywhere = static_cast<int>(nextRandom(random)) % frames;
+        clip.renderMoxel19(static_cast<int>(nextRandom(random) % kLayers), anywhere, MODE_KEY);
+    }
+    for (const int frame : {0, frames / 2, frames - 1}) {
+        checkWholeFrame(stage, frame);
     }
 }
 
@@ -61,17 +141,26 @@ void drawSome(c_moxel& clip) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static Stage stage;
     c_moxel& clip = *stage.clip;
-    writeInput(data, size);
-    clip.init("", "input.m19");
-    int result = 1;
-    while (result == 1) {
-        result = clip.loopLoad(60000);
+    stage.file.write(data, size);
+    uint32_t random = 2166136261u;
+    for (size_t i = 0; i < size; i += 1 + size / 64) {
+        random = (random ^ data[i]) * 16777619u;
     }
-    if (result == 2) {
-        drawSome(clip);
-    }
-    if (clip.hasRAM != 0) {
+    const int result = stage.load(kWholeBudget, false);
+    require(result == kReady || !clip::validate({data, size}).ok, "a clip in order loads");
+    if (result == kReady) {
+        drawSome(stage, random);
         clip.killRAM();
     }
+    require(stage.load(kSteps[nextRandom(random) % std::size(kSteps)], true) == result,
+            "the size of its steps does not decide whether a clip loads");
+    if (result == kReady) {
+        drawSome(stage, random);
+        // The playlists' scan reads other files' headers into slots that play.
+        clip.miniLoad(stage.otherFile.path());
+        clip.renderMoxel19(1, clip.frameCount - 1, MODE_KEY);
+    }
+    require(clip.file == nullptr, "no file stays open");
+    clip.killRAM();
     return 0;
 }
