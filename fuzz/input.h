@@ -77,14 +77,16 @@ public:
     MemoryFile& operator=(const MemoryFile&) = delete;
 
     void write(const void* data, size_t size) {
-        require(ftruncate(descriptor_, 0) == 0 &&
-                    pwrite(descriptor_, data, size, 0) == static_cast<ssize_t>(size),
+        require(pwrite(descriptor_, data, size, 0) == static_cast<ssize_t>(size) &&
+                    (size == size_ || ftruncate(descriptor_, static_cast<off_t>(size)) == 0),
                 "the file in memory can be written");
+        size_ = size;
     }
     const std::string& path() const { return path_; }
 
 private:
     int descriptor_;
+    size_t size_ = 0;
     std::string path_;
 };
 
