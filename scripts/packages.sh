@@ -87,3 +87,7 @@ need_tests() {
     need "tests with real windows and keys" xvfb libx11-dev libxext-dev libxtst-dev
     need "format check" clang-format git
 }
+
+need_fuzz() {
+    need "fuzzing" clang 'libclang-rt-dev|libclang-rt-14-dev|libclang-rt-19-dev'
+}
