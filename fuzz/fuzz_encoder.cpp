@@ -13,6 +13,7 @@
 #include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "tools/clip/encode/encoder.h"
+#include "tools/clip/examine/clip_frames.h"
 
 namespace {
 
@@ -137,8 +138,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzz::Input input(data, size);
     const Job job = readJob(input);
     maker::ClipEncoder encoder(job.settings);
+    std::vector<uint8_t> rgba;
     for (const Frame& frame : job.frames) {
-        encoder.add(frame);
+        maker::toRgba(frame, rgba);
+        encoder.add(rgba.data());
     }
     const std::vector<uint8_t> bytes = encoder.finish();
     const clip::Verdict verdict = clip::validate(bytes);
