@@ -6,6 +6,8 @@
 
 #ifdef VELMORA_HIGHWAY
 #include <hwy/highway.h>
+
+#include "mixer/vector_choice.h"
 #endif
 
 struct VectorTarget {
@@ -17,7 +19,7 @@ inline std::vector<VectorTarget> vectorTargets() {
     std::vector<VectorTarget> targets;
 #ifdef VELMORA_HIGHWAY
     hwy::SetSupportedTargetsForTest(0);
-    const long long supported = hwy::SupportedTargets() & HWY_TARGETS;
+    const long long supported = px::vectorsOfProcessor();
     for (int bit = 62; bit >= 0; --bit) {
         const long long target = 1LL << bit;
         if ((supported & target) != 0 && target != HWY_EMU128 && target != HWY_SCALAR) {

@@ -81,6 +81,13 @@ need_package_check() {
     need "comparing screenshots" imagemagick
 }
 
+need_arm() {
+    need "cross compilers and build system" g++ g++-aarch64-linux-gnu g++-arm-linux-gnueabihf cmake \
+        ninja-build pkg-config
+    need "the other processors' packages" mmdebstrap
+    need "running their programs" qemu-user
+}
+
 need_tests() {
     need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
     need "benchmarks" libbenchmark-dev

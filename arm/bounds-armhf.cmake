@@ -1,0 +1,30 @@
+velmora_count(neon cortex-a7
+    nothing 36
+    blend 705336
+    add 1000201
+    multiply 1295804
+    alpha-key 1599320
+    flat-tiles 287175
+    raw-tiles 815943
+    palette-tiles 1554015
+    four-runs-tiles 3797271
+    short-runs-tiles 5128499
+    short-runs-alpha 7225933
+    unchanged 20586
+    longest-frame 21180870
+)
+velmora_count(plain cortex-a7,neon=off
+    nothing 36
+    blend 4335478
+    add 7390583
+    multiply 8567093
+    alpha-key 11581714
+    flat-tiles 287497
+    raw-tiles 816265
+    palette-tiles 1554337
+    four-runs-tiles 3797592
+    short-runs-tiles 5128821
+    short-runs-alpha 7226255
+    unchanged 20586
+    longest-frame 55890470
+)
