@@ -1,5 +1,6 @@
 #pragma once
-// The vector widths that the processor offers, and how to hold the fast functions to one of them.
+// The vector widths that the processor offers, pairs of pixels included, and how to hold the fast
+// functions to one of them.
 
 #include <string>
 #include <vector>
@@ -22,8 +23,9 @@ inline std::vector<VectorTarget> vectorTargets() {
     const long long supported = px::vectorsOfProcessor();
     for (int bit = 62; bit >= 0; --bit) {
         const long long target = 1LL << bit;
-        if ((supported & target) != 0 && target != HWY_EMU128 && target != HWY_SCALAR) {
-            targets.push_back({hwy::TargetName(target), target});
+        const bool vectors = target != HWY_EMU128 && target != HWY_SCALAR;
+        if ((supported & target) != 0 && (vectors || VELMORA_HAS_PAIRS)) {
+            targets.push_back({vectors ? hwy::TargetName(target) : "pairs", target});
         }
     }
 #else

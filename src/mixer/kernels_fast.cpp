@@ -6,7 +6,6 @@
 #include <hwy/foreach_target.h>
 
 #include "mixer/pixel_ops-inl.h"
-#include "mixer/vector_choice.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace px::HWY_NAMESPACE {

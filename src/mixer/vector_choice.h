@@ -1,7 +1,8 @@
 #pragma once
 // Which of the vectors that Highway has code for this processor has. Highway finds out by itself at
 // the first call but on 32-bit Arm, where it asks for NEON by names that the C library does not
-// have. Included by every *_fast.cpp, so that the choice is made before main() in all programs.
+// have. Included with the operations on vectors, so that the choice is made before main() in every
+// program that has them.
 
 #include <hwy/targets.h>
 
@@ -9,6 +10,13 @@
 
 #if HWY_ARCH_ARM_V7
 #include <sys/auxv.h>
+#endif
+
+// Whether pairs of pixels in plain registers (pairs.h) serve where there are no vectors.
+#ifdef __ARM_FEATURE_SIMD32
+#define VELMORA_HAS_PAIRS 1
+#else
+#define VELMORA_HAS_PAIRS 0
 #endif
 
 namespace px {
