@@ -14,17 +14,17 @@ velmora_count(neon cortex-a7
     longest-frame 21180870
 )
 velmora_count(plain cortex-a7,neon=off
-    nothing 36
-    blend 4335478
-    add 7390583
-    multiply 8567093
-    alpha-key 11581714
-    flat-tiles 287497
-    raw-tiles 816265
-    palette-tiles 1554337
-    four-runs-tiles 3797592
-    short-runs-tiles 5128821
-    short-runs-alpha 7226255
-    unchanged 20586
-    longest-frame 55890470
+    nothing 37
+    blend 2261165
+    add 4024094
+    multiply 7080302
+    alpha-key 7885420
+    flat-tiles 287498
+    raw-tiles 816266
+    palette-tiles 1554338
+    four-runs-tiles 3797593
+    short-runs-tiles 5128822
+    short-runs-alpha 7226256
+    unchanged 20587
+    longest-frame 45712942
 )
