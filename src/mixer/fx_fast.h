@@ -2,9 +2,9 @@
 // The functions of mixer/fx.h that gain from several pixels at a time: same arguments, same results
 // to the bit. The widest vectors of the processor are chosen at the first call.
 //
-// 32-bit Arm without vectors takes two pixels at a time in plain registers. A build without Highway,
-// and another processor without vectors that Highway knows, has the plain functions under these
-// names; all but the scrolling, which needs no vectors.
+// 32-bit Arm without vectors takes two pixels at a time in plain registers. A build without
+// Highway, and another processor without vectors that Highway knows, has the plain functions under
+// these names; all but the scrolling, which needs no vectors.
 
 #include <cstdint>
 

@@ -3,9 +3,9 @@
 // bit. The widest vectors of the processor are chosen at the first call, so one program serves
 // them all.
 //
-// 32-bit Arm without vectors takes two pixels at a time in plain registers. A build without Highway,
-// and another processor without vectors that Highway knows, has the plain functions under these
-// names.
+// 32-bit Arm without vectors takes two pixels at a time in plain registers. A build without
+// Highway, and another processor without vectors that Highway knows, has the plain functions under
+// these names.
 
 #include <cstdint>
 
