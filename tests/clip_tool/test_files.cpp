@@ -1,6 +1,7 @@
 // Files that appear whole, descriptions of clips, the export of the demo loops.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -74,6 +75,30 @@ TEST_F(Files, WriteWhole_PipeIsLeftAlone) {
     EXPECT_THROW(maker::writeWholeFile("pipe", Bytes{1}), maker::ToolError);
     EXPECT_THROW(maker::checkWritable("pipe"), maker::ToolError);
     EXPECT_TRUE(std::filesystem::is_fifo("pipe"));
+}
+
+// No process has the number 4194304: one past the largest that the kernel gives.
+TEST_F(Files, WriteWhole_RemovesOnlyWhatEndedRunsLeft) {
+    const std::string running = std::to_string(getpid());
+    const std::vector<std::string> kept = {
+        ".a.m19.velmora-" + running + "-AbCd12",
+        ".a.m19.velmora-4194304-AbCd123",
+        ".a.m19.velmora-4194304",
+        ".a.m19.velmora--AbCd12",
+        ".a.m19.backup",
+        ".b.m19.velmora-4194304-AbCd12",
+        ".a.m19.velmora-99999999999999999999-AbCd12",
+    };
+    for (const std::string& name : kept) {
+        std::ofstream(name) << "kept";
+    }
+    std::ofstream(".a.m19.velmora-4194304-AbCd12") << "left";
+    maker::writeWholeFile("a.m19", Bytes{1});
+    EXPECT_FALSE(fs::exists(".a.m19.velmora-4194304-AbCd12"));
+    for (const std::string& name : kept) {
+        EXPECT_EQ(textOf(name), "kept") << name;
+    }
+    EXPECT_EQ(filesIn("."), kept.size() + 1);
 }
 
 TEST_F(Files, ReadWhole_MissingFileIsAnError) {

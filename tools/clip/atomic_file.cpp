@@ -1,14 +1,18 @@
 #include "tools/clip/atomic_file.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "tools/clip/errors.h"
@@ -21,6 +25,10 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kPieceBytes = size_t{1} << 20;
+// A temporary file: ".", the target's name, the mark, the writer's process number and a name part
+// by chance.
+constexpr const char* kMark = ".velmora-";
+constexpr std::string_view kByChance = "-XXXXXX";
 
 // The largest clip that there can be takes 240 MB; nothing else that is read whole comes near it.
 constexpr size_t kMostBytesRead = size_t{256} << 20;
@@ -82,6 +90,37 @@ void writePieces(int descriptor, std::span<const uint8_t> bytes, const fs::path&
     }
 }
 
+std::string temporaryStart(const fs::path& path) {
+    std::string start = ".";
+    start += path.filename().string();
+    return start += kMark;
+}
+
+// What stands behind temporaryStart() in the name of a file whose writer has ended.
+bool isAbandoned(const std::string& rest) {
+    const auto digit = [](unsigned char letter) { return std::isdigit(letter) != 0; };
+    const auto end = std::find_if_not(rest.begin(), rest.end(), digit);
+    if (end == rest.begin() || end - rest.begin() > std::numeric_limits<pid_t>::digits10 ||
+        static_cast<size_t>(rest.end() - end) != kByChance.size() || *end != kByChance[0]) {
+        return false;
+    }
+    const auto writer = static_cast<pid_t>(std::stol(rest));
+    return kill(writer, 0) != 0 && errno == ESRCH;
+}
+
+// A run that was killed could not remove its temporary file.
+void removeAbandoned(const fs::path& path) {
+    const std::string start = temporaryStart(path);
+    std::error_code error;
+    fs::directory_iterator entry(folderOf(path), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(start) && isAbandoned(name.substr(start.size()))) {
+            unlink(entry->path().c_str());
+        }
+    }
+}
+
 // Makes the new name itself last through a loss of power. Not every file system can.
 void syncFolder(const fs::path& folder) {
     const OpenFile file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -98,10 +137,10 @@ fs::path folderOf(const fs::path& path) {
 
 PendingFile::PendingFile(const fs::path& path, std::span<const uint8_t> bytes) {
     checkReplaceable(path);
-    std::string name = folderOf(path).string();
-    name += "/.";
-    name += path.filename().string();
-    name += ".XXXXXX";
+    removeAbandoned(path);
+    std::string name = (folderOf(path) / temporaryStart(path)).string();
+    name += std::to_string(getpid());
+    name += kByChance;
     OpenFile file(mkstemp(name.data()));
     if (file.get() < 0) {
         fail("write", path);

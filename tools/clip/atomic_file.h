@@ -3,7 +3,8 @@
 //
 // The bytes go to a temporary file beside the target, reach the disk, and take the target's name in
 // one step. Whatever goes wrong on the way, the target keeps what it held and the temporary file is
-// removed. Errors and interrupts are thrown (errors.h).
+// removed; what a killed run left is removed when the same target is written again. Errors and
+// interrupts are thrown (errors.h).
 
 #include <cstdint>
 #include <filesystem>
