@@ -73,6 +73,7 @@ public:
     void focus();
     bool isFullScreen() { return link_->isCovered(screen_.width, screen_.height); }
     bool running() { return program_.running(); }
+    pid_t processId() const { return program_.id(); }
     int waitExit();     // exit status; throws when the program does not end
     int closeWindow();  // as waitExit, after asking the window to close
     std::string output() { return folder.read("stdout"); }  // complete once the program has ended

@@ -1,0 +1,157 @@
+// Folders that are taken away while the pages that show them are open, as when a stick is pulled.
+#include "faults/hands.h"
+#include "playlists/page_layout.h"
+#include "ui/picture.h"
+
+namespace faults {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class GoneFolders : public StageTest {
+protected:
+    GoneFolders() {
+        fs::create_directories("userdata");
+        fs::create_directories("videos/live");
+        _textureUI = loadPicture("data/textureUI.png");
+        placeClip("seventeen-200.m19", "a.m19");
+        placeClip("rgb-all-360.m19", "live/b.m19");
+        addFamille("two", {"a.m19", "live/b.m19"});
+        addFamille("other", {"a.m19"});
+        playlist->saveFamille();
+        all->state = STATE_HOME;
+    }
+    void openEditor() {
+        hands.click(424, 122);
+        ASSERT_EQ(all->state, STATE_PLAYLISTS);
+    }
+    void openTracks() {
+        openEditor();
+        hands.click(90, 240);
+        ASSERT_EQ(playlist->editPage, page::TRACKS);
+    }
+    // Every button, every list and the keys of the page, a few times.
+    std::string useEverything() {
+        return printedBy([this] {
+            for (int round = 0; round < 2; ++round) {
+                for (const int x : {20, 90, 150, 210}) {
+                    hands.click(x, 240);
+                    hands.tap(SDLK_z);
+                }
+                for (const SDLKey key : {SDLK_RIGHT, SDLK_DOWN, SDLK_x, SDLK_RETURN, SDLK_LEFT}) {
+                    hands.tap(key);
+                }
+            }
+        });
+    }
+
+    Hands hands{1};
+};
+
+TEST_F(GoneFolders, VideosRemovedWithTheExplorerOpen_SaysSoAndGoesOn) {
+    openTracks();
+    ASSERT_EQ(playlist->nbEntries, 2);
+    fs::remove_all("videos");
+    // The rows are those of the last listing; entering a folder of them finds nothing.
+    const int row = playlist->entries[0] == "live" ? 0 : 1;
+    const std::string said = printedBy([&] {
+        playlist->select(page::RIGHT, row);
+        hands.tap(SDLK_x);
+    });
+    EXPECT_EQ(said, "Couldn't open the directory\n");
+    ASSERT_EQ(playlist->nbEntries, 1);
+    EXPECT_EQ(playlist->entries[0], ".. back");
+    useEverything();
+    EXPECT_TRUE(hands.goHome());
+}
+
+TEST_F(GoneFolders, VideosRemoved_SavedListsMarkTheirTracksMissing) {
+    openTracks();
+    fs::remove_all("videos");
+    hands.click(20, 240);  // confirm
+    EXPECT_EQ(playlist->familles[0].nbMissing, 2);
+    EXPECT_EQ(playlist->familles[1].nbMissing, 1);
+    // Back again: the next save finds them.
+    placeClip("seventeen-200.m19", "a.m19");
+    playlist->saveFamille();
+    EXPECT_EQ(playlist->familles[0].nbMissing, 1);
+}
+
+TEST_F(GoneFolders, VideosRemovedBeforeAPreview_StaysOnThePage) {
+    openEditor();
+    playlist->select(page::RIGHT, 0);
+    fs::remove_all("videos");
+    printedBy([&] { hands.click(150, 240); });
+    EXPECT_EQ(playlist->previewActive, 0);
+    EXPECT_EQ(all->state, STATE_PLAYLISTS);
+    EXPECT_NE(playlist->notice, "");
+    useEverything();
+    EXPECT_TRUE(hands.goHome());
+}
+
+TEST_F(GoneFolders, VideosBecomesAFile_SaysSoAndGoesOn) {
+    openEditor();
+    fs::remove_all("videos");
+    writeFile("videos", "not a folder");
+    const std::string said = printedBy([&] { hands.click(90, 240); });
+    EXPECT_EQ(said, "Couldn't open the directory\n");
+    EXPECT_EQ(playlist->nbEntries, 0);
+    useEverything();
+    EXPECT_TRUE(hands.goHome());
+}
+
+TEST_F(GoneFolders, VideosRemovedWhileAPlaylistLoads_PlaysWhatWasRead) {
+    all->state = STATE_MIX;
+    all->subState = SUB_OVERMENU;
+    printedBy([&] {
+        hands.tap(SDLK_x);
+        for (int frame = 0; frame < 300 && playlist->loadSlot == 0; ++frame) {
+            runFrame();
+        }
+    });
+    ASSERT_EQ(playlist->loadSlot, 1);
+    ASSERT_EQ(moxel[1].loadStage, 0);
+    fs::remove_all("videos");
+    printedBy([] {
+        for (int frame = 0; frame < 10; ++frame) {
+            runFrame();
+        }
+    });
+    EXPECT_EQ(playlist->loading, 0);
+    EXPECT_EQ(playlist->loadSlot, 1);
+    EXPECT_EQ(moxel[0].state, CLIP_READY);
+    EXPECT_TRUE(hands.goHome());
+}
+
+// The next save makes it again.
+TEST_F(GoneFolders, UserdataRemoved_OptionsAndListsAreSavedAnew) {
+    fs::remove_all("userdata");
+    hands.click(200, 220);
+    ASSERT_EQ(all->state, STATE_OPTIONS);
+    hands.tap(SDLK_z);
+    EXPECT_EQ(all->state, STATE_HOME);
+    EXPECT_TRUE(fs::exists("userdata/prefs.xml"));
+    fs::remove_all("userdata");
+    openTracks();
+    hands.click(20, 240);
+    EXPECT_TRUE(fs::exists("userdata/playlists.xml"));
+}
+
+TEST_F(GoneFolders, UserdataBecomesAFile_EachSaveSaysSoAndTheListsStay) {
+    fs::remove_all("userdata");
+    writeFile("userdata", "not a folder");
+    openTracks();
+    const std::string lists = fs::current_path() / "userdata/playlists.xml";
+    EXPECT_EQ(printedBy([&] { hands.click(20, 240); }), "Could not save " + lists + "\n");
+    EXPECT_EQ(familleNames(), (std::vector<std::string>{"two", "other"}));
+    EXPECT_TRUE(hands.goHome());
+    hands.click(200, 220);
+    const std::string prefs = fs::current_path() / "userdata/prefs.xml";
+    EXPECT_EQ(printedBy([&] { hands.tap(SDLK_z); }), "Could not save " + prefs + "\n");
+    EXPECT_EQ(all->state, STATE_HOME);
+}
+
+}  // namespace
+
+}  // namespace faults
