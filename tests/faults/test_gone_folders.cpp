@@ -1,4 +1,10 @@
-// Folders that are taken away while the pages that show them are open, as when a stick is pulled.
+// Folders that are taken away while the pages that show them are open, as when a stick is pulled,
+// and folders that may not be read or written any more.
+#include <linux/capability.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include "faults/hands.h"
 #include "playlists/page_layout.h"
 #include "ui/picture.h"
@@ -8,6 +14,29 @@ namespace faults {
 namespace fs = std::filesystem;
 
 namespace {
+
+// Takes from root what lets it pass by the permissions of files; others do not have it.
+bool bindToPermissions() {
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct rights[_LINUX_CAPABILITY_U32S_3] = {};
+    if (syscall(SYS_capget, &header, rights) != 0) {
+        return false;
+    }
+    rights[0].effective &= ~((1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH));
+    return syscall(SYS_capset, &header, rights) == 0;
+}
+
+// A folder without the permissions, until this goes.
+class Locked {
+public:
+    Locked(const char* folder, mode_t mode) : folder_(folder) { chmod(folder_, mode); }
+    ~Locked() { chmod(folder_, 0755); }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+
+private:
+    const char* folder_;
+};
 
 class GoneFolders : public StageTest {
 protected:
@@ -122,6 +151,64 @@ TEST_F(GoneFolders, VideosRemovedWhileAPlaylistLoads_PlaysWhatWasRead) {
     EXPECT_EQ(playlist->loadSlot, 1);
     EXPECT_EQ(moxel[0].state, CLIP_READY);
     EXPECT_TRUE(hands.goHome());
+}
+
+TEST_F(GoneFolders, VideosUnreadable_SaysSoMarksTracksMissingAndGoesOn) {
+    ASSERT_TRUE(bindToPermissions());
+    openEditor();
+    const Locked videos("videos", 0);
+    const std::string said = printedBy([&] { hands.click(90, 240); });
+    EXPECT_EQ(said, "Couldn't open the directory\n");
+    EXPECT_EQ(playlist->nbEntries, 0);
+    hands.click(20, 240);  // confirm
+    EXPECT_EQ(playlist->familles[0].nbMissing, 2);
+    useEverything();
+    EXPECT_TRUE(hands.goHome());
+}
+
+TEST_F(GoneFolders, UserdataUnwritable_OldFileStaysAndSavesAgainLater) {
+    ASSERT_TRUE(bindToPermissions());
+    const std::string before = readFile("userdata/playlists.xml");
+    openTracks();
+    playlist->removeTrack(0, 0);
+    {
+        const Locked userdata("userdata", 0555);
+        const std::string lists = fs::current_path() / "userdata/playlists.xml";
+        EXPECT_EQ(printedBy([&] { hands.click(20, 240); }), "Could not save " + lists + "\n");
+        EXPECT_EQ(readFile("userdata/playlists.xml"), before);
+    }
+    EXPECT_EQ(printedBy([] { playlist->saveFamille(); }), "");
+    EXPECT_EQ(readFile("userdata/playlists.xml").size(),
+              before.size() - std::string("\t\t<track>a.m19</track>\n").size());
+}
+
+TEST_F(GoneFolders, UserdataUnreadable_ReadsNothingAndSavesNothing) {
+    ASSERT_TRUE(bindToPermissions());
+    const Locked userdata("userdata", 0);
+    EXPECT_EQ(printedBy([] { playlist->lireXML(); }), "can't find playlists XML file\n");
+    EXPECT_EQ(playlist->nbFamilles, 0);
+    EXPECT_EQ(printedBy([] { _options->lireXML(); }), "can't find prefs file\n");
+    EXPECT_TRUE(hands.goHome());
+}
+
+// A folder opens like a file and then cannot be read: as with a file that is cut short, the lists
+// are all there and full of the bytes that stand for the end.
+TEST_F(GoneFolders, FoldersUnderTheFilesNames_PagesAnswerAndFoldersStay) {
+    fs::remove_all("userdata");
+    fs::create_directories("userdata/playlists.xml");
+    fs::create_directories("userdata/prefs.xml");
+    printedBy([] {
+        playlist->lireXML();
+        _options->lireXML();
+    });
+    EXPECT_EQ(playlist->nbFamilles, kPlaylists);
+    openTracks();
+    useEverything();
+    EXPECT_TRUE(hands.goHome());
+    const std::string lists = fs::current_path() / "userdata/playlists.xml";
+    EXPECT_EQ(printedBy([] { playlist->saveXML(); }), "Could not save " + lists + "\n");
+    EXPECT_TRUE(fs::is_directory("userdata/playlists.xml"));
+    EXPECT_FALSE(fs::exists("userdata/playlists.xml.tmp"));
 }
 
 // The next save makes it again.
