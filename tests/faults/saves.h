@@ -39,6 +39,7 @@ class SaveTest : public ::testing::TestWithParam<Kind> {
 protected:
     void SetUp() override;
 
+    Outcome run(const std::vector<std::string>& command);  // in the working directory
     Outcome save(const std::string& word);
     // With strace in front, and its further options.
     Outcome traced(const std::vector<std::string>& options, const std::string& word);
@@ -53,9 +54,6 @@ protected:
     std::filesystem::path userdata_ = folder_.path() / "userdata";
     std::string old_;
     std::string new_;
-
-private:
-    Outcome run(const std::vector<std::string>& command);
 };
 
 }  // namespace faults

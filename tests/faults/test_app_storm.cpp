@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 
 #include "app/expected.h"
 #include "app/pictures.h"
@@ -67,6 +68,14 @@ protected:
         hands.start();
         visits = 0;
     }
+    // False when the program has ended.
+    bool goHome() {
+        const bool home = hands.goHome();
+        if (!home && stage.running()) {
+            throw std::runtime_error("no way home");
+        }
+        return home;
+    }
     // Ends well on its own now and then; the playlists are as at first again.
     void startAnew() {
         EXPECT_EQ(stage.closeWindow(), 1);
@@ -74,7 +83,7 @@ protected:
         start();
     }
     void visit(const std::string& screen, int ms) {
-        if (!hands.goHome()) {
+        if (!goHome()) {
             start();
         } else if (++visits == kVisitsARun) {
             startAnew();
@@ -88,7 +97,7 @@ protected:
     }
     // A known key gives a known picture.
     void expectAnswers() {
-        if (!hands.goHome()) {
+        if (!goHome()) {
             start();
         }
         for (const unsigned long key : {XK_Left, XK_Left, XK_Up, XK_Left}) {

@@ -81,6 +81,42 @@ TEST_P(SaveDisks, FileOfTheFoldersName_IsSaidAndLeftAlone) {
     EXPECT_EQ(fileBytes(userdata_), "mine");
 }
 
+// Two frames of grey.
+std::string greyVideo() {
+    constexpr size_t kWidth = 64;
+    constexpr size_t kHeight = 36;
+    const std::string frame = "FRAME\n" + std::string(kWidth * kHeight * 3 / 2, '\x80');
+    return "YUV4MPEG2 W64 H36 F25:1 C420\n" + frame + frame;
+}
+
+class ToolDisks : public SaveTest {};
+
+// The whole tool, not its writing alone: status 1, one line, and nothing left behind.
+TEST_P(ToolDisks, FullDisk_OldClipStaysAndTheToolSaysWhy) {
+    const std::string reason = enterPrivateMounts();
+    if (!reason.empty()) {
+        GTEST_SKIP() << reason;
+    }
+    std::ofstream("grey.y4m", std::ios::binary) << greyVideo();
+    SmallDisk disk(userdata_, kRoom);
+    std::ofstream(file()) << "the old clip";
+    disk.fill();
+    const std::vector<std::string> encode = {VELMORA_CLIP, "encode", "grey.y4m", "-o",
+                                             "userdata/loop.m19"};
+    const Outcome failed = run(encode);
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_EQ(failed.errors,
+              "velmora-clip: cannot write userdata/loop.m19: No space left on device\n");
+    EXPECT_EQ(bytes(), "the old clip");
+    EXPECT_EQ(names(), (std::vector<std::string>{"ballast", "loop.m19"}));
+    disk.makeRoom();
+    EXPECT_EQ(run(encode).status, 0);
+    EXPECT_EQ(bytes().substr(0, 1), "\x13");
+    EXPECT_EQ(names(), std::vector<std::string>{"loop.m19"});
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, ToolDisks, ::testing::Values(kKinds[3]), kindName);
+
 INSTANTIATE_TEST_SUITE_P(Files, SaveDisks, ::testing::ValuesIn(kKinds), kindName);
 
 }  // namespace

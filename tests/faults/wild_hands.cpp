@@ -137,15 +137,16 @@ void WildHands::leaveScreen() {
 bool WildHands::goHome() {
     try {
         letGo();
-        if (stage_.running() && stage_.isFullScreen()) {
-            stage_.tap(XK_f);
-        }
         for (int round = 0; round < kWaysOut && stage_.running(); ++round) {
+            // Changing the window's kind may have cost the keyboard, so that comes first.
             stage_.focus();
-            if (atHome()) {
+            if (stage_.isFullScreen()) {
+                stage_.tap(XK_f);
+            } else if (atHome()) {
                 return true;
+            } else {
+                leaveScreen();
             }
-            leaveScreen();
         }
     } catch (const std::runtime_error&) {
         // A program that ended meanwhile is looked at below.
