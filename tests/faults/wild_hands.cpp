@@ -124,10 +124,12 @@ bool WildHands::atHome() {
 void WildHands::leaveScreen() {
     stage_.tap(XK_z);
     if (!atHome()) {
-        clickPicture(90, 320);   // "no", when a page asks
+        clickPicture(90, 320);   // "no", when the first "z" made a page ask
         clickPicture(110, 240);  // "cancel", when a button is awaited
         clickPicture(600, 380);  // back from the controller's page
         stage_.tap(XK_z);
+        // "no", when only the second "z" did: the first took a question back.
+        clickPicture(90, 320);
     }
     if (!atHome()) {
         stage_.tap(XK_Return);
