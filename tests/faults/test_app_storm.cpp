@@ -32,8 +32,8 @@ constexpr int kVisitsARun = 6;
 // The short form.
 constexpr int kPictures = 16;
 constexpr int kEventsAPicture = 20;
-constexpr int kReloads = 6;
-constexpr int kWarmUp = 5;
+constexpr int kReloads = 8;
+constexpr int kWarmUp = 3;
 constexpr long kSlackKb = 1024;
 
 std::string variable(const char* name) {
