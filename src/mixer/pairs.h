@@ -4,7 +4,9 @@
 // meaning. The processor adds and subtracts halves of a register by itself, with saturation; the
 // rest is masks and shifts. Pairs are little-endian: the left pixel is the lower half.
 //
-// Compiled where __ARM_FEATURE_SIMD32 is defined, which 32-bit Arm has had since ARMv6.
+// Empty where __ARM_FEATURE_SIMD32 is not defined; 32-bit Arm has had it since ARMv6.
+
+#ifdef __ARM_FEATURE_SIMD32
 
 #include <arm_acle.h>
 
@@ -150,3 +152,5 @@ constexpr FieldShares fieldShares() {
 inline constexpr FieldShares kFieldShares = fieldShares();
 
 }  // namespace px::pairs
+
+#endif
