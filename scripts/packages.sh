@@ -99,3 +99,11 @@ need_tests() {
 need_fuzz() {
     need "fuzzing" clang 'libclang-rt-dev|libclang-rt-14-dev|libclang-rt-19-dev'
 }
+
+need_coverage() {
+    need "which lines the tests reach" gcovr
+}
+
+need_valgrind() {
+    need "memory errors of the release build" valgrind
+}
