@@ -14,7 +14,7 @@ namespace app {
 
 namespace {
 
-constexpr int kStopMs = 3000 * APP_SLOWNESS;
+const int kStopMs = 3000 * slowness();
 constexpr int kCannotRun = 127;
 
 // Variables that would lead the program to another display or another driver.

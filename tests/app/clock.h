@@ -1,15 +1,22 @@
 #pragma once
 // Waiting with an end. Every wait of the harness goes through here, so that one number stretches
-// them all: APP_SLOWNESS is 1, and more where the program runs with sanitizers.
+// them all: APP_SLOWNESS is 1, and more where the program runs with sanitizers. VELMORA_SLOWNESS in
+// the environment takes its place, for busy machines and tools that slow the program down.
 
 #include <chrono>
+#include <cstdlib>
 #include <thread>
 
 namespace app {
 
 inline constexpr int kPollMs = 4;
-inline constexpr int kPatienceMs =
-    12000 * APP_SLOWNESS;  // then the awaited thing counts as missing
+
+inline int slowness() {
+    const char* text = getenv("VELMORA_SLOWNESS");
+    return text != nullptr ? atoi(text) : APP_SLOWNESS;
+}
+
+inline const int kPatienceMs = 12000 * slowness();  // then the awaited thing counts as missing
 
 inline long long nowMs() {
     using namespace std::chrono;

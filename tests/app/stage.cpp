@@ -2,6 +2,7 @@
 
 #include <X11/keysym.h>
 
+#include <cstdlib>
 #include <stdexcept>
 
 #include "app/screens.h"
@@ -9,6 +10,12 @@
 namespace app {
 
 namespace {
+
+// VELMORA_PROGRAM in the environment: what to start instead, such as the program under a tool.
+const char* program() {
+    const char* other = getenv("VELMORA_PROGRAM");
+    return other != nullptr ? other : APP_PROGRAM;
+}
 
 constexpr int kPicturesPerTrack = 6;  // steps of loading one small clip, and one to spare
 
@@ -28,7 +35,7 @@ Stage::~Stage() {
 
 void Stage::start() {
     ChildSetup setup;
-    setup.command = {APP_PROGRAM};
+    setup.command = {program()};
     // Without the driver's name SDL would go on to a dummy display when the server refuses it.
     // Leaks at the end of the program are the end's: it releases nothing.
     setup.environment = {"DISPLAY=" + server_.display(), "SDL_VIDEODRIVER=x11",

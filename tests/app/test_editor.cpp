@@ -207,7 +207,7 @@ TEST_F(Editor, FiftyFullPlaylistsOfLongNames_KeepTheScreenAlive) {
     click(kEdit);
     const long long from = app::nowMs();
     stage.passPictures(50);
-    EXPECT_LT(app::nowMs() - from, 4000 * APP_SLOWNESS) << "50 pictures take 2 seconds";
+    EXPECT_LT(app::nowMs() - from, 4000 * app::slowness()) << "50 pictures take 2 seconds";
     const Shot shot = stage.look();
     EXPECT_EQ(app::countOf(shot, {kLeft + 320, kTop + 18, 2, 195}, kPaper), 390)
         << "between the columns";

@@ -17,8 +17,8 @@ namespace app {
 namespace {
 
 constexpr int kTries = 6;
-constexpr int kComeUpMs = 10000 * APP_SLOWNESS;
-constexpr int kAnswerMs = 3000 * APP_SLOWNESS;
+const int kComeUpMs = 10000 * slowness();
+const int kAnswerMs = 3000 * slowness();
 
 // The display number that the server writes once it has one; empty when it does not.
 std::string readNumber(int pipe) {
