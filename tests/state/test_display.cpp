@@ -191,4 +191,17 @@ TEST_F(Display, Clamp_HoldsBetweenTheEnds) {
     EXPECT_EQ(Clamp(0.0f, 2.0f, 1.0f), 2.0f);  // the lower end is looked at first
 }
 
+// A surface with an offset is one of those whose pixels are only there while it is locked.
+TEST_F(Display, VideoOutput_LocksASurfaceThatWantsItForAsLongAsItLives) {
+    screen[1]->offset = 4;
+    ASSERT_TRUE(SDL_MUSTLOCK(screen[1]));
+    {
+        const VideoOutput output;
+        EXPECT_EQ(screen[1]->locked, 1U);
+        EXPECT_EQ(output.pixels(), screen[1]->pixels);
+    }
+    EXPECT_EQ(screen[1]->locked, 0U);
+    screen[1]->offset = 0;
+}
+
 }  // namespace

@@ -140,4 +140,15 @@ TEST_F(OptionsFiles, Leaving_SavesAndGoesHome) {
     EXPECT_NE(readFile("userdata/prefs.xml").find("<topbar>1</topbar>"), std::string::npos);
 }
 
+TEST_F(OptionsFiles, SkippingToAWord_StopsBehindItOrAtTheEndOfAll) {
+    writeFile("userdata/prefs.xml", "<all><fps>1</fps></all>");
+    _options->file = fopen("userdata/prefs.xml", "r");
+    ASSERT_NE(_options->file, nullptr);
+    EXPECT_EQ(_options->lireMot("<fps>"), "");
+    EXPECT_EQ(_options->finLigne(), '1');
+    EXPECT_EQ(_options->lireMot("<topbar>"), "</all>");
+    fclose(_options->file);
+    _options->file = nullptr;
+}
+
 }  // namespace
