@@ -23,4 +23,17 @@ TEST(Rgb565, PackAndFields_EveryPixelComesBack) {
     EXPECT_EQ(px::blueOf(0x001F), 31);
 }
 
+// The ends, and the top bit of each channel alone: 10000 gives 10000100, 100000 gives 10000010.
+TEST(Rgb565, OutOf255_RepeatsTheTopBitsBelow) {
+    EXPECT_EQ(px::red8Of(0x07FF), 0);
+    EXPECT_EQ(px::red8Of(0xF800), 255);
+    EXPECT_EQ(px::red8Of(0x8000), 132);
+    EXPECT_EQ(px::green8Of(0xF81F), 0);
+    EXPECT_EQ(px::green8Of(0x07E0), 255);
+    EXPECT_EQ(px::green8Of(0x0400), 130);
+    EXPECT_EQ(px::blue8Of(0xFFE0), 0);
+    EXPECT_EQ(px::blue8Of(0x001F), 255);
+    EXPECT_EQ(px::blue8Of(0x0010), 132);
+}
+
 }  // namespace
