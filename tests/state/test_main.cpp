@@ -120,6 +120,17 @@ TEST_F(Main, Playlists_ReadAndScanned) {
     EXPECT_EQ(playlist->familles[0].nbMissing, 1);
 }
 
+TEST_F(Main, SavedSize_OpensTheModeOnceMore) {
+    writeFile("userdata/prefs.xml",
+              "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n\t<mode>0</mode>\n"
+              "\t<topbar>0</topbar>\n\t<fps>0</fps>\n\t<res_w>1024</res_w>\n\t<res_h>768</res_h>\n"
+              "</all>\n");
+    run();
+    ASSERT_EQ(scripted().modeCalls.size(), 3U);  // two for every start
+    EXPECT_EQ(scripted().modeCalls[2].width, 1024);
+    EXPECT_EQ(scripted().modeCalls[2].height, 768);
+}
+
 TEST_F(Main, WithoutData_StartsAllTheSame) {
     std::filesystem::remove("data");
     run();
