@@ -193,6 +193,10 @@ TEST_F(Display, Clamp_HoldsBetweenTheEnds) {
 
 // A surface with an offset is one of those whose pixels are only there while it is locked.
 TEST_F(Display, VideoOutput_LocksASurfaceThatWantsItForAsLongAsItLives) {
+    constexpr int kFirstOverSdl2 = 50;  // classic SDL ends at 1.2.15
+    if (SDL_Linked_Version()->patch >= kFirstOverSdl2) {
+        GTEST_SKIP() << "the layer over SDL 2 has no surfaces with an offset";
+    }
     screen[1]->offset = 4;
     ASSERT_TRUE(SDL_MUSTLOCK(screen[1]));
     {
