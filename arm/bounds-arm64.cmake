@@ -1,15 +1,15 @@
 velmora_count(arm64 cortex-a53
-    nothing 35
-    blend 571600
-    add 895103
-    multiply 1192903
-    alpha-key 1601851
-    flat-tiles 177847
-    raw-tiles 827056
-    palette-tiles 1109800
-    four-runs-tiles 1201928
-    short-runs-tiles 2121488
-    short-runs-alpha 2533829
-    unchanged 7097
-    longest-frame 11895445
+    nothing 36
+    blend 571603
+    add 895106
+    multiply 1192906
+    alpha-key 1601852
+    flat-tiles 127300
+    raw-tiles 354175
+    palette-tiles 1000908
+    four-runs-tiles 792038
+    short-runs-tiles 1508794
+    short-runs-alpha 1989518
+    unchanged 7682
+    longest-frame 10739826
 )

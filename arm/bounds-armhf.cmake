@@ -1,30 +1,30 @@
 velmora_count(neon cortex-a7
-    nothing 36
-    blend 705336
-    add 1000201
-    multiply 1295804
-    alpha-key 1599320
-    flat-tiles 287175
-    raw-tiles 815943
-    palette-tiles 1554015
-    four-runs-tiles 3797271
-    short-runs-tiles 5128499
-    short-runs-alpha 7225933
-    unchanged 20586
-    longest-frame 21180870
+    nothing 37
+    blend 705339
+    add 1000204
+    multiply 1295807
+    alpha-key 1599321
+    flat-tiles 228167
+    raw-tiles 394806
+    palette-tiles 1162270
+    four-runs-tiles 813793
+    short-runs-tiles 1496173
+    short-runs-alpha 3457635
+    unchanged 21340
+    longest-frame 13778890
 )
 velmora_count(plain cortex-a7,neon=off
     nothing 37
-    blend 2261165
-    add 4024094
-    multiply 7080302
+    blend 2261167
+    add 4024096
+    multiply 7080304
     alpha-key 7885420
-    flat-tiles 287498
-    raw-tiles 816266
-    palette-tiles 1554338
-    four-runs-tiles 3797593
-    short-runs-tiles 5128822
-    short-runs-alpha 7226256
-    unchanged 20587
-    longest-frame 45712942
+    flat-tiles 228489
+    raw-tiles 758425
+    palette-tiles 1474926
+    four-runs-tiles 2792433
+    short-runs-tiles 3364365
+    short-runs-alpha 5331819
+    unchanged 21340
+    longest-frame 42054273
 )
