@@ -50,9 +50,9 @@ def load_images(folder):
     images = {}
     for name, size in SIZES.items():
         with Image.open(folder / name) as image:
-            require(image.mode == "RGBA" and image.size == size,
+            require(image.mode in ("RGBA", "P") and image.size == size,
                     f"{name}: {image.mode}, {image.size}")
-            images[name] = np.array(image)
+            images[name] = np.array(image.convert("RGBA"))
     return images
 
 

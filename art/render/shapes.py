@@ -69,7 +69,16 @@ class Canvas:
         return distance
 
     def save(self, path):
-        Image.fromarray(self.pixels, "RGBA").save(path, optimize=True)
+        """As a PNG; an opaque one by its palette, which takes the program a third of the time to
+        draw."""
+        colours, indices = np.unique(self.pixels.reshape(-1, 4), axis=0, return_inverse=True)
+        if (colours[:, 3] < 255).any() or len(colours) > 256:
+            Image.fromarray(self.pixels, "RGBA").save(path, optimize=True)
+            return
+        indices = indices.reshape(self.pixels.shape[:2]).astype(np.uint8)
+        picture = Image.fromarray(indices, "P")
+        picture.putpalette(colours[:, :3].tobytes())
+        picture.save(path, optimize=True)
 
 
 def rgba(colour):
