@@ -103,10 +103,9 @@ public:
     uint16_t scratchMap[clip::kMaxTiles];
     uint16_t blockRecordCounts[clip::kMaxBlocks] = {};  // bounds the record numbers of a map
     clip::FileHeader ownHeader = {};  // of the file being loaded; miniLoad() leaves it alone
-    int32_t framesLoaded = 0;  // that can be drawn, whatever header miniLoad() has read since
-    size_t mapRoom = 0;        // entries that currentBlock's map buffer holds
-    size_t runRoom = 0;        // bytes that its run buffer holds
-    size_t recordRoom = 0;     // bytes that its record buffer holds
+    size_t mapRoom = 0;               // entries that currentBlock's map buffer holds
+    size_t runRoom = 0;               // bytes that its run buffer holds
+    size_t recordRoom = 0;            // bytes that its record buffer holds
 
 private:
     int32_t refuse();

@@ -44,7 +44,7 @@ void c_moxel::init(std::string, std::string clipName) {
     recordCount = 1;
     redrawCount = 2;
     state = CLIP_LOADING;
-    framesLoaded = 0;
+    ownHeader = {};
     hasRAM = 0;
     loadStage = 0;
     recordsDone = 0;
@@ -138,7 +138,6 @@ int32_t c_moxel::loopLoad(int budget) {
         case 3:
             // The stage stays 3: loading a ready clip again repeats the expansion and answers 2.
             expandMaps();
-            framesLoaded = frameCount;
             state = CLIP_READY;
             return 2;
         default:

@@ -165,7 +165,7 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
     assert(state == CLIP_READY && frame >= 0 && frame < frameCount);
     // Guard: the playlists' scan reads other files' headers into slots that play, and frameCount is
     // theirs then; a frame that this clip does not have leaves the layer as it is.
-    if (frame >= framesLoaded) {
+    if (frame >= ownHeader.frameCount) {
         return;
     }
     currentBlock = frame / clip::kFramesPerBlock;
