@@ -16,6 +16,7 @@ constexpr SDLKey kKeys[] = {
 };
 constexpr int kButtons = 20;
 constexpr int kWaysOut = 40;
+constexpr int kMostFramesOfALoad = 500;
 
 void post(const SDL_Event& event) {
     scripted().events.push_back(event);
@@ -26,11 +27,6 @@ Point corner() {
 }
 
 }  // namespace
-
-unsigned chosenSeed() {
-    const char* wanted = getenv("VELMORA_SEED");
-    return wanted != nullptr ? static_cast<unsigned>(atoi(wanted)) : std::random_device{}();
-}
 
 int chosenCount(const char* variable, int usual) {
     const char* wanted = getenv(variable);
@@ -111,6 +107,15 @@ void Hands::leaveScreen() {
     } else {
         tap(SDLK_z);
     }
+}
+
+void Hands::load() {
+    tap(SDLK_x);
+    int frames = 0;
+    for (; playlist->loading != 0 && frames < kMostFramesOfALoad; ++frames) {
+        runFrame();
+    }
+    EXPECT_LT(frames, kMostFramesOfALoad);
 }
 
 bool Hands::goHome() {

@@ -1,7 +1,6 @@
 #pragma once
 // Hands without a plan on the scripted SDL: keys, mouse and controller buttons by chance, and the
-// way home that a performer would take from wherever they led. The seed is printed; VELMORA_SEED
-// repeats a run.
+// way home that a performer would take from wherever they led.
 
 #include <random>
 #include <string>
@@ -10,8 +9,6 @@
 
 namespace faults {
 
-// VELMORA_SEED, or one by chance.
-unsigned chosenSeed();
 // A count from the environment, for the long forms.
 int chosenCount(const char* variable, int usual);
 
@@ -25,6 +22,8 @@ public:
     // Real keys and clicks, each seen down and up again. Positions are those of the picture.
     void tap(SDLKey key);
     void click(int x, int y);
+    // Loads the playlist that is chosen in the list over the mix, to its end.
+    void load();
     // Leaves every screen as a performer does; false when that does not end at home.
     bool goHome();
 

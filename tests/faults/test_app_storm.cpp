@@ -1,6 +1,5 @@
-// A storm of keys and clicks over every screen of the real program, and loading without end. The
-// seed is printed. Variables make it longer:
-//   VELMORA_SEED=N            repeats a run
+// A storm of keys and clicks over every screen of the real program, and loading without end.
+// Variables make it longer:
 //   VELMORA_STORM_SECONDS=N   on each screen, 2000 events a minute
 //   VELMORA_STORM_SCREEN=NAME one screen alone
 //   VELMORA_RELOADS=N         playlists loaded
@@ -18,6 +17,7 @@
 #include "app/screens.h"
 #include "app/tiny_clip.h"
 #include "faults/wild_hands.h"
+#include "support/seed.h"
 
 namespace {
 
@@ -44,8 +44,15 @@ std::string variable(const char* name) {
 void addClips(Stage& stage) {
     stage.folder.addClip("rich.m19", app::tinyClip({{app::richPicture(2), {}}}));
     std::vector<std::string> tracks = {"rich.m19"};
-    for (const char* name : {"rgba-all-360.m19", "seventeen-200.m19", "long-256.m19"}) {
+    for (const char* name : {"rgba-all-360.m19", "one-frame-8.m19", "gaps-64.m19",
+                             "seventeen-200.m19", "flat-200.m19", "long-256.m19"}) {
         stage.folder.addClipFile(std::string(TEST_DATA "/clips/") + name);
+        tracks.emplace_back(name);
+    }
+    for (const char* name :
+         {"records-cut.m19", "record-number.m19", "alpha-over.m19", "height-368.m19", "empty.m19",
+          "run-flood.m19", "four-runs-over.m19", "trailing-bytes.m19"}) {
+        stage.folder.addClipFile(std::string(TEST_DATA "/broken/") + name);
         tracks.emplace_back(name);
     }
     tracks.emplace_back("gone.m19");
@@ -57,13 +64,6 @@ class Storm : public testing::Test {
 protected:
     Storm() : stage({1280, 800, 16}), hands(stage, chosenSeed()) { addClips(stage); }
 
-    static unsigned chosenSeed() {
-        const std::string wanted = variable("VELMORA_SEED");
-        const unsigned seed =
-            wanted.empty() ? std::random_device{}() : static_cast<unsigned>(std::stoul(wanted));
-        std::cout << "VELMORA_SEED=" << seed << " repeats this\n";
-        return seed;
-    }
     void start() {
         hands.start();
         visits = 0;

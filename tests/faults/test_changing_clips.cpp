@@ -1,14 +1,13 @@
 // Clip files that change under the loader, at every step of a load: the load ends, in a clip that
-// can be drawn or in nothing that stays open or allocated. The seed is printed; VELMORA_SEED
-// repeats a run.
+// can be drawn or in nothing that stays open or allocated.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <random>
 
+#include "support/seed.h"
 #include "vectors/clip_stage.h"
 
 namespace {
@@ -21,11 +20,6 @@ constexpr const char* kPath = "videos/loop.m19";
 constexpr int kBudget = 700;
 // A load of the clips used here takes fewer steps than this, whatever their bytes are.
 constexpr int kMostSteps = 5000;
-
-unsigned chosenSeed() {
-    const char* wanted = getenv("VELMORA_SEED");
-    return wanted != nullptr ? static_cast<unsigned>(atoi(wanted)) : std::random_device{}();
-}
 
 Bytes bytesOf(const std::string& name) {
     std::ifstream file(std::string(TEST_DATA "/clips/") + name, std::ios::binary);

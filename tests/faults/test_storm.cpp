@@ -1,10 +1,9 @@
 // A storm of keys, clicks and controller buttons on every screen: the program stays inside its
 // arrays, and a performer who lets go of everything finds home again. VELMORA_STORM_FRAMES makes it
 // longer.
-#include <iostream>
-
 #include "faults/hands.h"
 #include "playlists/page_layout.h"
+#include "support/seed.h"
 #include "ui/picture.h"
 
 namespace faults {
@@ -15,7 +14,6 @@ constexpr int kFrames = 300;
 constexpr int kEventsAFrame = 8;
 // Then the hands are back on the screen that is meant.
 constexpr int kFramesAVisit = 60;
-constexpr int kMostFramesOfALoad = 200;
 
 struct ScreenCase {
     const char* name;
@@ -29,10 +27,7 @@ void enterOverMenu(Hands&) {
 
 void enterMix(Hands& hands) {
     enterOverMenu(hands);
-    hands.tap(SDLK_x);
-    for (int i = 0; i < kMostFramesOfALoad && playlist->loading != 0; ++i) {
-        runFrame();
-    }
+    hands.load();
 }
 
 void enterPanel(Hands& hands) {
@@ -94,7 +89,6 @@ protected:
         for (int entry = 0; entry < kPadEntries; ++entry) {
             keys->padButton[entry] = entry;
         }
-        std::cout << "VELMORA_SEED=" << seed << " repeats this\n";
     }
     void makeLists() {
         playlist->nbFamilles = 0;

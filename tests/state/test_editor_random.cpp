@@ -1,10 +1,10 @@
 // Hands without a plan: whatever is pressed and dragged in whatever order, the editor stays inside
-// its lists. The seed is printed; VELMORA_SEED repeats a run.
-#include <cstdlib>
+// its lists.
 #include <random>
 
 #include "clip/moxel.h"
 #include "state/editor_hands.h"
+#include "support/seed.h"
 
 namespace {
 
@@ -14,8 +14,6 @@ constexpr int kFramesFromAPage = 250;
 class RandomHands : public EditorTest {
 protected:
     RandomHands() {
-        const char* wanted = getenv("VELMORA_SEED");
-        seed = wanted != nullptr ? static_cast<unsigned>(atoi(wanted)) : std::random_device{}();
         random.seed(seed);
         placeClip("rgb-all-360.m19", "full.m19");
         for (int clip = 0; clip < 30; ++clip) {
@@ -87,7 +85,7 @@ protected:
         }
     }
 
-    unsigned seed = 0;
+    const unsigned seed = chosenSeed();
     std::mt19937 random;
 };
 
