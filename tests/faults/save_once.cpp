@@ -4,7 +4,7 @@
 //
 //   save_once playlists|prefs|controller|clip old|new
 //
-// Says "saved" or what the save said, then "goes on".
+// Says what the save says, which is nothing when it went well, then "goes on".
 #include <unistd.h>
 
 #include <cstdio>

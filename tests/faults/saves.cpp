@@ -29,11 +29,12 @@ void SaveTest::SetUp() {
     fs::create_directory(userdata_);
 }
 
-Outcome SaveTest::run(const std::vector<std::string>& command) {
+Outcome SaveTest::run(const std::vector<std::string>& command, bool looksForLeaks) {
     app::ChildSetup setup;
     setup.command = command;
-    // A traced program cannot look for leaks.
-    setup.environment = {"ASAN_OPTIONS=detect_leaks=0"};
+    if (!looksForLeaks) {
+        setup.environment = {"ASAN_OPTIONS=detect_leaks=0"};
+    }
     setup.folder = folder_.path();
     setup.output = folder_.path() / "output";
     setup.errors = folder_.path() / "errors";
@@ -55,7 +56,7 @@ Outcome SaveTest::traced(const std::vector<std::string>& options, const std::str
     std::vector<std::string> command = {"strace", "-qq", "-o", "trace"};
     command.insert(command.end(), options.begin(), options.end());
     command.insert(command.end(), {SAVE_ONCE, GetParam().name, word});
-    return run(command);
+    return run(command, false);
 }
 
 fs::path SaveTest::file() const {
