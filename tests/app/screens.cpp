@@ -19,9 +19,7 @@ constexpr int kBoxEdge = 2;
 constexpr uint16_t kHighlightOnBlack = 0x2945;
 constexpr uint16_t kHelpColour = 0xAD55;  // 0xAAAAAA
 
-bool barsAreWhite(const Shot& shot, Corner corner) {
-    const int x = corner.x + pictureX(shot.width);
-    const int y = corner.y + pictureY(shot.height);
+bool barsAreWhite(const Shot& shot, int x, int y) {
     return isFilled(shot, {x, y, 94, 2}, kWhite) && isFilled(shot, {x + 92, y, 2, 94}, kWhite) &&
            isFilled(shot, {x, y + 92, 94, 2}, kWhite) && isFilled(shot, {x, y, 2, 94}, kWhite);
 }
@@ -44,9 +42,13 @@ int countOf(const Shot& shot, Box box, uint16_t colour) {
 }
 
 int homeSelection(const Shot& shot) {
+    return homeSelection(shot, pictureX(shot.width), pictureY(shot.height));
+}
+
+int homeSelection(const Shot& shot, int left, int top) {
     int selected = -1;
     for (int item = 0; item < 5; ++item) {
-        if (!barsAreWhite(shot, kHomeItems[item])) {
+        if (!barsAreWhite(shot, left + kHomeItems[item].x, top + kHomeItems[item].y)) {
             continue;
         }
         if (selected >= 0) {

@@ -31,6 +31,8 @@ int countOf(const Shot& shot, Box box, uint16_t colour);
 // The home screen's item whose four bars are white while no other item's are; -1 when this is not
 // the home screen.
 int homeSelection(const Shot& shot);
+// The same with the picture's top left there: home stays where the window of the start had it.
+int homeSelection(const Shot& shot, int left, int top);
 
 // The over-menu's row i of n, in the window.
 Box overMenuRow(int windowHeight, int row, int rows);

@@ -14,14 +14,12 @@
 
 #include "app/expected.h"
 #include "app/pictures.h"
-#include "app/screens.h"
 #include "app/tiny_clip.h"
 #include "faults/wild_hands.h"
 #include "support/seed.h"
 
 namespace {
 
-using app::Shot;
 using app::Stage;
 using faults::WildHands;
 
@@ -103,9 +101,9 @@ protected:
         for (const unsigned long key : {XK_Left, XK_Left, XK_Up, XK_Left}) {
             stage.tap(key);
         }
-        const int before = app::homeSelection(stage.look());
+        const int before = hands.homeSelection();
         stage.tap(XK_Right);
-        const int after = app::homeSelection(stage.look());
+        const int after = hands.homeSelection();
         EXPECT_TRUE((before == 0 && after == 1) || (before == 2 && after == 3))
             << before << " -> " << after << ", seen: " << stage.keepShot(stage.look());
     }

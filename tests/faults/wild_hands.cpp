@@ -32,6 +32,7 @@ void WildHands::start() {
     stage_.folder.writePlaylists();
     down_.clear();
     stage_.startAtHome();
+    startWindow_ = stage_.window();
 }
 
 void WildHands::clickPicture(int x, int y) {
@@ -116,14 +117,15 @@ void WildHands::letGo() {
     }
 }
 
-bool WildHands::atHome() {
-    return app::homeSelection(stage_.look()) >= 0;
+int WildHands::homeSelection() {
+    return app::homeSelection(stage_.look(), app::pictureX(startWindow_.width),
+                              app::pictureY(startWindow_.height));
 }
 
 // One round of all the ways out; those of other screens do nothing here, or are taken back.
 void WildHands::leaveScreen() {
     stage_.tap(XK_z);
-    if (!atHome()) {
+    if (homeSelection() < 0) {
         clickPicture(90, 320);   // "no", when the first "z" made a page ask
         clickPicture(110, 240);  // "cancel", when a button is awaited
         clickPicture(600, 380);  // back from the controller's page
@@ -131,7 +133,7 @@ void WildHands::leaveScreen() {
         // "no", when only the second "z" did: the first took a question back.
         clickPicture(90, 320);
     }
-    if (!atHome()) {
+    if (homeSelection() < 0) {
         stage_.tap(XK_Return);
     }
 }
@@ -144,7 +146,7 @@ bool WildHands::goHome() {
             stage_.focus();
             if (stage_.isFullScreen()) {
                 stage_.tap(XK_f);
-            } else if (atHome()) {
+            } else if (homeSelection() >= 0) {
                 return true;
             } else {
                 leaveScreen();

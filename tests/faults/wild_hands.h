@@ -31,13 +31,15 @@ public:
     // ended, which is right only with status 1 and nothing said on standard error.
     bool goHome();
 
+    // The home screen's item that is selected, -1 on other screens.
+    int homeSelection();
+
     int events() const { return events_; }
     int ends() const { return ends_; }
 
 private:
     void act();
     void letGo();
-    bool atHome();
     void leaveScreen();
     void clickPicture(int x, int y);
     int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
@@ -45,6 +47,7 @@ private:
     app::Stage& stage_;
     std::mt19937 random_;
     std::vector<unsigned long> down_;
+    app::WindowPlace startWindow_ = {};  // which home keeps to, whatever the options choose
     int events_ = 0;
     int ends_ = 0;
 };
