@@ -1,5 +1,7 @@
 #include "tools/clip/interrupt.h"
 
+#include <unistd.h>
+
 #include <csignal>
 
 #include "tools/clip/errors.h"
@@ -10,8 +12,11 @@ namespace {
 
 volatile std::sig_atomic_t stopAsked = 0;
 
+// A signal that comes between a look at the flag and a read that waits does not end that read, so
+// another one follows every second until the program has ended.
 void askStop(int) {
     stopAsked = 1;
+    alarm(1);
 }
 
 }  // namespace
@@ -19,7 +24,7 @@ void askStop(int) {
 void catchInterrupts() {
     struct sigaction action {};
     action.sa_handler = askStop;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGALRM}) {
         sigaction(signal, &action, nullptr);
     }
     // A file that grows too large is then an error of the call that writes it.
