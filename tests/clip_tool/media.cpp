@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 extern "C" {
@@ -89,6 +90,11 @@ Writer::Writer(const Recipe& recipe) {
     picture_->format = recipe.pixels;
     picture_->sample_aspect_ratio = recipe.pixelAspect;
     require(av_frame_get_buffer(picture_, 0) >= 0, "picture");
+    for (const AVBufferRef* buffer : picture_->buf) {
+        if (buffer != nullptr) {
+            memset(buffer->data, 0, buffer->size);
+        }
+    }
 }
 
 Writer::~Writer() {

@@ -1,8 +1,8 @@
 #pragma once
 // Small media files for the tests, written by FFmpeg's libraries.
 //
-// The caller fills each frame's planes; the codec and the pixel format must fit each other. Any
-// failure ends the test program with a message.
+// The caller fills each frame's planes, which are zero at first; the codec and the pixel format
+// must fit each other. Any failure ends the test program with a message.
 
 #include <functional>
 #include <string>
