@@ -168,8 +168,9 @@ TEST_F(Storm, Reloads_TakeNoMoreMemory) {
     const long after = residentKb(stage.processId());
     std::cout << reloads << " reloads: " << before << " kB resident after " << kWarmUp << ", "
               << after << " kB at the end, " << most << " kB at most\n";
-    // Freed memory is kept aside for a while by the sanitizers.
-    if (APP_SLOWNESS == 1) {
+    // Freed memory is kept aside for a while by the sanitizers and by what runs the program
+    // instead.
+    if (APP_SLOWNESS == 1 && variable("VELMORA_PROGRAM").empty()) {
         EXPECT_LE(after, before + kSlackKb);
     }
     EXPECT_EQ(stage.closeWindow(), 1);
