@@ -26,5 +26,5 @@ velmora_count(plain cortex-a7,neon=off
     short-runs-tiles 3364365
     short-runs-alpha 5331819
     unchanged 21340
-    longest-frame 42054273
+    longest-frame 38793832
 )

@@ -36,33 +36,6 @@ uint16_t snowPixel(uint16_t p, int t) {
                 std::clamp(blueOf(p) + change, 0, 31));
 }
 
-uint16_t gameBoyShade(int weight) {
-    int shade = 0;
-    while (shade < 3 && weight > kGameBoySteps[shade]) {
-        ++shade;
-    }
-    return kGameBoyShades[shade];
-}
-
-uint16_t tint(int intensity, int direction) {
-    const int full = std::min(intensity, 31);
-    const int rest = (intensity - full) / 2;
-    switch (direction) {
-        case 0: {
-            const int grey = std::min(intensity / 3, 31);
-            return pack(grey, 2 * grey, grey);
-        }
-        case 1:
-            return pack(full, 2 * rest, rest);
-        case 2:
-            return pack(rest, 2 * full, rest);
-        default: {
-            const int half = std::min(intensity / 2, 31);
-            return pack(half, 2 * half, intensity - 2 * half);
-        }
-    }
-}
-
 // The middle of the frame, taken out before the frame is written over.
 struct ZoomPicture {
     uint16_t pixels[kZoomWidth * kZoomHeight];
@@ -154,15 +127,11 @@ void mirrorFrame(uint16_t* frame, int direction) {
     }
 }
 
+// A tint depends on the intensity alone: 94 values say all about it.
 void hueFrame(uint16_t* frame, int direction) {
-    // A tint depends on the intensity alone: 94 values say all about it.
-    constexpr int kIntensities = 94;
-    uint16_t tints[kIntensities];
-    for (int s = 0; s < kIntensities; ++s) {
-        tints[s] = tint(s, direction);
-    }
+    const auto tintOf = tints(direction);
     for (int i = 0; i < kFramePixels; ++i) {
-        frame[i] = tints[intensityOf(frame[i])];
+        frame[i] = tintOf[static_cast<size_t>(intensityOf(frame[i]))];
     }
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 // The numbers of the filter effects, for the plain functions and the fast ones alike.
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "common/limits.h"
+#include "common/rgb565.h"
 
 namespace px {
 
@@ -23,8 +26,48 @@ inline constexpr int kZoomY = 90;
 inline constexpr uint16_t kGameBoyShades[4] = {0x39E0, 0x6304, 0xAD4D, 0xFFFD};
 inline constexpr int kGameBoySteps[3] = {45, 90, 135};  // the last weight of each darker shade
 
+// 2 red + green + 2 blue, and red + green / 2 + blue, of white.
+inline constexpr int kMostWeight = 187;
+inline constexpr int kMostIntensity = 93;
+
 constexpr uint16_t burnColour(int direction) {
     return direction >= 0 && direction < 4 ? kBurnColours[direction] : uint16_t{0};
+}
+
+constexpr uint16_t gameBoyShade(int weight) {
+    int shade = 0;
+    while (shade < 3 && weight > kGameBoySteps[shade]) {
+        ++shade;
+    }
+    return kGameBoyShades[shade];
+}
+
+constexpr uint16_t tint(int intensity, int direction) {
+    const int full = std::min(intensity, 31);
+    const int rest = (intensity - full) / 2;
+    switch (direction) {
+        case 0: {
+            const int grey = std::min(intensity / 3, 31);
+            return pack(grey, 2 * grey, grey);
+        }
+        case 1:
+            return pack(full, 2 * rest, rest);
+        case 2:
+            return pack(rest, 2 * full, rest);
+        default: {
+            const int half = std::min(intensity / 2, 31);
+            return pack(half, 2 * half, intensity - 2 * half);
+        }
+    }
+}
+
+// By intensity.
+constexpr auto tints(int direction) {
+    std::array<uint16_t, kMostIntensity + 1> tints{};
+    for (int intensity = 0; intensity <= kMostIntensity; ++intensity) {
+        tints[static_cast<size_t>(intensity)] = tint(intensity, direction);
+    }
+    return tints;
 }
 
 }  // namespace px
