@@ -141,7 +141,7 @@ TEST_F(Home, Controller_TwoTexts) {
 }
 
 // The text follows a new resolution at once; the menu itself stays where it was at start-up.
-TEST_F(Home, ResolutionText_OfTheApplication) {
+TEST_F(Home, quirk_home_keeps_its_place_of_the_start) {
     all->applyResolution(1024, 768);
     expectMenu({320, 180}, with(kNoController, "no playlists", "1024 x 768"));
 }
