@@ -102,7 +102,7 @@ public:
     uint8_t tileAlpha[clip::kTilePixels] = {};
     uint16_t scratchMap[clip::kMaxTiles];
     uint16_t blockRecordCounts[clip::kMaxBlocks] = {};  // bounds the record numbers of a map
-    clip::FileHeader ownHeader = {};  // of the file being loaded; miniLoad() leaves it alone
+    clip::FileHeader ownHeader = {};  // of the file loaded; miniLoad() leaves it alone
     size_t mapRoom = 0;               // entries that currentBlock's map buffer holds
     size_t runRoom = 0;               // bytes that its run buffer holds
     size_t recordRoom = 0;            // bytes that its record buffer holds

@@ -64,7 +64,7 @@ void burnFrame(uint16_t* frame, int direction) {
 
 #if VELMORA_PAIRS_TARGET
 
-// Looks up what depends on a small number alone, which takes half as long as choosing it.
+// What depends on a small number alone takes fewer instructions to look up than to choose.
 template <size_t count, typename Number>
 void lookUpFrame(uint16_t* frame, const std::array<uint16_t, count>& table, Number number) {
     mapFrame(frame, [&table, number](Vector p) {

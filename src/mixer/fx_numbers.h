@@ -1,5 +1,7 @@
 #pragma once
-// The numbers of the filter effects, for the plain functions and the fast ones alike.
+// The numbers of the filter effects, and the RGB565 colours that follow from them, for the plain
+// functions and the fast ones alike. Weights are 0 to kMostWeight, intensities 0 to kMostIntensity;
+// directions as in mixer/fx.h.
 
 #include <algorithm>
 #include <array>
