@@ -4,12 +4,12 @@ velmora_count(compiled-neon cortex-a7
     add 1000211
     multiply 1295815
     alpha-key 1569906
-    flat-tiles 151258
-    raw-tiles 380653
-    palette-tiles 1151674
-    four-runs-tiles 825409
-    short-runs-tiles 1482085
-    short-runs-alpha 3435969
-    unchanged 21313
-    longest-frame 12985339
+    flat-tiles 133601
+    raw-tiles 304587
+    palette-tiles 1097409
+    four-runs-tiles 771374
+    short-runs-tiles 1428285
+    short-runs-alpha 1913967
+    unchanged 21006
+    longest-frame 11411222
 )

@@ -4,14 +4,14 @@ velmora_count(neon cortex-a7
     add 1000204
     multiply 1295807
     alpha-key 1599321
-    flat-tiles 228167
-    raw-tiles 394806
-    palette-tiles 1162270
-    four-runs-tiles 813793
-    short-runs-tiles 1496173
-    short-runs-alpha 3457635
-    unchanged 21340
-    longest-frame 13778890
+    flat-tiles 210719
+    raw-tiles 304492
+    palette-tiles 1093758
+    four-runs-tiles 752861
+    short-runs-tiles 1435593
+    short-runs-alpha 1936078
+    unchanged 20967
+    longest-frame 12198428
 )
 velmora_count(plain cortex-a7,neon=off
     nothing 37
@@ -19,12 +19,12 @@ velmora_count(plain cortex-a7,neon=off
     add 4024096
     multiply 7080304
     alpha-key 7885420
-    flat-tiles 228489
-    raw-tiles 758425
-    palette-tiles 1474926
-    four-runs-tiles 2792433
-    short-runs-tiles 3364365
-    short-runs-alpha 5331819
-    unchanged 21340
-    longest-frame 38793832
+    flat-tiles 211041
+    raw-tiles 448021
+    palette-tiles 1285122
+    four-runs-tiles 2298122
+    short-runs-tiles 2870289
+    short-runs-alpha 3440325
+    unchanged 20967
+    longest-frame 36379842
 )

@@ -72,6 +72,9 @@ inline constexpr int kFramesPerBlock = 16;
 inline constexpr int kMaxFrames = 256;
 inline constexpr int kMaxBlocks = kMaxFrames / kFramesPerBlock;
 inline constexpr int kCodesPerWord = 5;
+inline constexpr int kCodeBits = 3;  // the first tile's are the lowest; the highest bit is unused
+inline constexpr int kCodeMask = (1 << kCodeBits) - 1;
+inline constexpr int kWordCodeBits = kCodesPerWord * kCodeBits;
 inline constexpr int kColourTypes = 10;
 inline constexpr int kMaxTypeSlots = 2 * kColourTypes;
 inline constexpr int kMaxRunBytes = 200000;  // run bytes of one block
@@ -143,7 +146,8 @@ constexpr int framesInBlock(int block, int blockCount, int frameCount) {
 
 // Code of tile `position` of a frame whose code words start at `words`.
 constexpr int codeAt(const uint16_t* words, int position) {
-    return (words[position / kCodesPerWord] >> (3 * (position % kCodesPerWord))) & 7;
+    return (words[position / kCodesPerWord] >> (kCodeBits * (position % kCodesPerWord))) &
+           kCodeMask;
 }
 
 // Type of record number `record`: the largest type whose first record number is at most `record`.

@@ -115,8 +115,10 @@ private:
     void expandMaps();
     struct FrameJob;
     void drawTileRow(FrameJob& job, int row);
-    void drawTile(FrameJob& job, uint16_t entry, int code, int offset);
-    void drawFlat(const FrameJob& job, uint16_t colour, int offset);
-    void drawEmpty(FrameJob& job, uint16_t entry, int offset);
+    template <typename Differs>
+    void drawRowTiles(FrameJob& job, int row, Differs differs);
+    void drawTile(FrameJob& job, size_t entry, size_t code, size_t offset);
+    void drawFlat(const FrameJob& job, uint16_t colour, size_t offset);
+    void drawEmpty(FrameJob& job, size_t entry, size_t offset);
     void keepLevels(const FrameJob& job);
 };

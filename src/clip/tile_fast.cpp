@@ -31,9 +31,12 @@ struct Batch {
 
 void drawRaw(Batch& batch) {
     static_assert(std::endian::native == std::endian::little, "colours are copied as they are");
-    for (int i = 0; i < batch.count; ++i) {
-        const uint8_t* at = batch.tasks[i].record;
-        uint16_t* out = batch.target.frame + batch.tasks[i].offset;
+    const TileTask* const tasks = batch.tasks;
+    uint16_t* const frame = batch.target.frame;
+    const int count = batch.count;
+    for (int i = 0; i < count; ++i) {
+        const uint8_t* at = tasks[i].record;
+        uint16_t* out = frame + tasks[i].offset;
         for (int row = 0; row < kTileSize; ++row, at += sizeof(Row), out += kFrameWidth) {
             store(out, load(at));
         }
@@ -125,7 +128,8 @@ void drawRuns(Batch& batch, int pair, int turn, bool alpha) {
     kTurners[turn](batch, lines);
 }
 
-constexpr int kLongestLevelRun = 16;
+constexpr int kLongestLevelRun = sizeof(LevelRun);
+static_assert(kLongestLevelRun == 16);
 
 void decodeLevels(const uint8_t* record, uint8_t* levels) {
     const uint8_t first = record[0];
@@ -136,7 +140,7 @@ void decodeLevels(const uint8_t* record, uint8_t* levels) {
     int covered = 0;
     while (covered < kTilePixels) {
         const uint8_t run = *++record;
-        memset(levels + covered, run & 15, kLongestLevelRun);
+        fillLevelRun(levels + covered, run & 15u);
         covered += (run >> 4) + 1;
     }
 }
@@ -147,7 +151,10 @@ void drawLevels(const Batch& batch) {
         decodeLevels(batch.ends[i], levels[i]);
     }
     for (int i = 0; i < batch.count; ++i) {
-        copyTileAlpha(batch.target.levels + batch.tasks[i].offset, levels[i]);
+        uint8_t* out = batch.target.levels + batch.tasks[i].offset;
+        for (int row = 0; row < kTileSize; ++row, out += kFrameWidth) {
+            copyLevelRow(out, levels[i] + row * kTileSize);
+        }
     }
 }
 
@@ -208,7 +215,7 @@ constexpr TilePainter::PathTable TilePainter::makePaths(bool alpha) {
             if (alpha && type >= kColourTypes && code != CODE_EMPTY) {
                 kind += kColourKinds;
             }
-            paths[type][code] = {static_cast<uint8_t>(kind), static_cast<uint8_t>(walk)};
+            paths[type * kCodes + code] = {static_cast<uint8_t>(kind), static_cast<uint8_t>(walk)};
         }
     }
     return paths;
@@ -217,19 +224,26 @@ constexpr TilePainter::PathTable TilePainter::makePaths(bool alpha) {
 constinit const TilePainter::PathTable TilePainter::kPaths = makePaths(false);
 constinit const TilePainter::PathTable TilePainter::kAlphaPaths = makePaths(true);
 
+TilePainter::TilePainter(const TileTarget& target)
+    : paths_(target.levels != nullptr ? kAlphaPaths : kPaths), target_(target) {
+    for (size_t kind = 0; kind < kTileKinds; ++kind) {
+        queues_[kind] = {tasks_[kind], tasks_[kind] + kMostTogether};
+    }
+}
+
 void TilePainter::drawWaiting(size_t kind) {
-    const int count = static_cast<int>(counts_[kind]);
+    const int count = static_cast<int>(queues_[kind].next - tasks_[kind]);
 #ifdef VELMORA_HIGHWAY
     HWY_DYNAMIC_DISPATCH(drawTiles)(static_cast<int>(kind), tasks_[kind], count, target_);
 #else
     basic_set::drawTiles(static_cast<int>(kind), tasks_[kind], count, target_);
 #endif
-    counts_[kind] = 0;
+    queues_[kind].next = tasks_[kind];
 }
 
 void TilePainter::flush() {
     for (size_t kind = 0; kind < kTileKinds; ++kind) {
-        if (counts_[kind] != 0) {
+        if (queues_[kind].next != tasks_[kind]) {
             drawWaiting(kind);
         }
     }

@@ -36,22 +36,24 @@ struct TileTarget {
 
 struct TileTask {
     const uint8_t* record;
-    int32_t offset;  // of the tile's first pixel in the frame, and of its first level
-    uint32_t walk;   // which of the walks through a tile, twice its number and the column order
+    uint32_t offset;  // of the tile's first pixel in the frame, and of its first level
+    uint32_t walk;    // which of the walks through a tile, twice its number and the column order
 };
 
 class TilePainter {
 public:
-    explicit TilePainter(const TileTarget& target)
-        : paths_(target.levels != nullptr ? kAlphaPaths : kPaths), target_(target) {}
+    explicit TilePainter(const TileTarget& target);
+    TilePainter(const TilePainter&) = delete;
+    TilePainter& operator=(const TilePainter&) = delete;
 
     // The record of `type` (0 to 19) is drawn by `code` (1 to 6; 7 with colour types 0 and 1, then
     // without its levels): when its turn comes, flush() at the latest.
     void add(const uint8_t* record, int type, int code, int offset) {
-        const Path path = paths_[static_cast<size_t>(type)][static_cast<size_t>(code)];
+        const Path path = paths_[static_cast<size_t>(type) * kCodes + static_cast<size_t>(code)];
         __builtin_prefetch(record);
-        tasks_[path.kind][counts_[path.kind]] = {record, offset, path.walk};
-        if (++counts_[path.kind] == kMostTogether) {
+        Queue& queue = queues_[path.kind];
+        *queue.next = {record, static_cast<uint32_t>(offset), path.walk};
+        if (++queue.next == queue.end) {
             drawWaiting(path.kind);
         }
     }
@@ -62,8 +64,12 @@ private:
         uint8_t kind;
         uint8_t walk;
     };
-    // By type and code.
-    using PathTable = std::array<std::array<Path, CODE_EMPTY + 1>, kMaxTypeSlots>;
+    struct Queue {  // a row of tasks_
+        TileTask* next;
+        const TileTask* end;
+    };
+    static constexpr size_t kCodes = CODE_EMPTY + 1;
+    using PathTable = std::array<Path, kMaxTypeSlots * kCodes>;  // type by type
     static constexpr PathTable makePaths(bool alpha);
     static const PathTable kPaths;
     static const PathTable kAlphaPaths;
@@ -72,7 +78,7 @@ private:
 
     const PathTable& paths_;
     TileTarget target_;
-    unsigned counts_[kTileKinds] = {};
+    Queue queues_[kTileKinds];
     TileTask tasks_[kTileKinds][kMostTogether];
 };
 

@@ -57,14 +57,34 @@ void fill(uint16_t* out, uint16_t colour) {
     }
 }
 
+// A row at any address. GCC makes two 64-bit words of a memcpy from memory to memory, and on Arm an
+// addition of most addresses.
+using RowAnywhere __attribute__((aligned(1), may_alias)) = Row;
+static_assert(alignof(RowAnywhere) == 1);
+
 inline Row load(const void* pixels) {
-    Row row;
-    memcpy(&row, pixels, sizeof row);
-    return row;
+    return *static_cast<const RowAnywhere*>(pixels);
 }
 
 inline void store(uint16_t* out, Row row) {
-    memcpy(out, &row, sizeof row);
+    *reinterpret_cast<RowAnywhere*>(out) = row;
+}
+
+// As many levels as a run has at most, four in a word: without vectors, putting them together one
+// by one takes three times the instructions.
+using LevelRun = uint32_t __attribute__((vector_size(16)));
+using LevelRunAnywhere __attribute__((aligned(1), may_alias)) = LevelRun;
+using LevelRow = uint8_t __attribute__((vector_size(kTileSize)));
+using LevelRowAnywhere __attribute__((aligned(1), may_alias)) = LevelRow;
+static_assert(alignof(LevelRunAnywhere) == 1 && alignof(LevelRowAnywhere) == 1);
+
+inline void fillLevelRun(uint8_t* out, unsigned level) {
+    constexpr uint32_t kFourLevels = 0x01010101;
+    *reinterpret_cast<LevelRunAnywhere*>(out) = LevelRun{} + level * kFourLevels;
+}
+
+inline void copyLevelRow(uint8_t* out, const uint8_t* levels) {
+    *reinterpret_cast<LevelRowAnywhere*>(out) = *reinterpret_cast<const LevelRowAnywhere*>(levels);
 }
 
 inline Row lowHalves(Row a, Row b) {

@@ -335,7 +335,7 @@ bool Checker::checkRecordNumbers(int frame) {
     const size_t from = codesAt_ + static_cast<size_t>(frame) * frameWords * 2;
     for (int tile = 0; tile < tiles_; ++tile) {
         const uint16_t word = le16(bytes_.data() + from + 2 * (tile / kCodesPerWord));
-        const int code = (word >> (3 * (tile % kCodesPerWord))) & 7;
+        const int code = (word >> (kCodeBits * (tile % kCodesPerWord))) & kCodeMask;
         if (code == CODE_FLAT || code == CODE_EMPTY) {
             continue;
         }

@@ -27,7 +27,7 @@ void appendCodeWords(std::span<const uint8_t> codes, std::vector<uint16_t>& word
     for (size_t tile = 0; tile < codes.size(); tile += clip::kCodesPerWord) {
         int word = 0;
         for (size_t i = 0; i < clip::kCodesPerWord; ++i) {
-            word |= codes[tile + i] << (3 * i);
+            word |= codes[tile + i] << (clip::kCodeBits * i);
         }
         words.push_back(static_cast<uint16_t>(word));
     }
