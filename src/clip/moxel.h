@@ -22,10 +22,10 @@ enum ClipState : int32_t { CLIP_LOADING = 0, CLIP_READY = 3 };
 class c_moxel {
 public:
     // Prepares the object for loading ./videos/<name>. Reads and allocates nothing.
-    void init(std::string prefix, std::string clipName);
+    void init(const std::string& prefix, std::string clipName);
     // Reads the header of the file at `clipPath` only, over this clip's own header fields. 1, or 0
     // when it is missing or not version 19.
-    int32_t miniLoad(std::string clipPath);
+    int32_t miniLoad(const std::string& clipPath);
     // One step of loading: 0 failed, 1 more to do, 2 done. `budget` is how many tile records a step
     // may read.
     int32_t loopLoad(int budget);

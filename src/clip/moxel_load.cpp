@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "clip/mapbuild.h"
 #include "clip/moxel.h"
@@ -35,8 +36,8 @@ size_t cappedRoom(uint64_t announced, uint64_t needed) {
 
 }  // namespace
 
-void c_moxel::init(std::string, std::string clipName) {
-    name = clipName;
+void c_moxel::init(const std::string&, std::string clipName) {
+    name = std::move(clipName);
     path = "./videos/" + name;
     mapWords = 1;
     codeWordsInBlock = 1;
@@ -67,7 +68,7 @@ int32_t c_moxel::takeHeader(const clip::FileHeader& header) {
     return clip::headerFits(header) ? 1 : 0;
 }
 
-int32_t c_moxel::miniLoad(std::string clipPath) {
+int32_t c_moxel::miniLoad(const std::string& clipPath) {
     FILE* sized = openClip(clipPath);
     if (sized == nullptr) {
         return 0;

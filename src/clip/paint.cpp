@@ -63,7 +63,8 @@ void copyTileAlpha(uint8_t* out, const uint8_t* levels) {
 }
 
 void paintRuns(uint16_t* out, const TileRuns& runs, int code, int columnOrder) {
-    const Path& path = kPaths[static_cast<size_t>(2 * (code - CODE_FIRST_RECORD) + columnOrder)];
+    const Path& path = kPaths[2 * static_cast<size_t>(code - CODE_FIRST_RECORD) +
+                              static_cast<size_t>(columnOrder)];
     int painted = 0;
     for (int i = 0; painted < kTilePixels; ++i) {
         const int end = std::min(painted + runs.lengths[i] + 1, kTilePixels);

@@ -178,9 +178,8 @@ void c_playlist::showTracks() {
 }
 
 void c_playlist::showFolder(const std::string& entry) {
-    // The listing is rewritten meanwhile, and `entry` may be one of its rows.
-    const std::string name = entry;
-    readDir(name);
+    // A copy: the listing is rewritten meanwhile, and `entry` may be one of its rows.
+    readDir(std::string(entry));
     selItem = 0;
     initScroll(page::RIGHT, nbEntries);
 }
