@@ -99,7 +99,8 @@ void c_moxel::drawEmpty(FrameJob& job, size_t entry, size_t offset) {
     }
 }
 
-// Inlined into both loops over the tiles: a call takes 14 instructions a tile on arm64.
+// Inlined into both loops over the tiles: a call takes 14 instructions a tile on arm64. Entry, code
+// and offset are sizes there because they are indices; narrower ones are widened tile by tile.
 [[gnu::always_inline]] inline void c_moxel::drawTile(FrameJob& job, size_t entry, size_t code,
                                                      size_t offset) {
     if (code == clip::CODE_FLAT) {
@@ -129,7 +130,7 @@ void c_moxel::drawRowTiles(FrameJob& job, int row, Differs differs) {
     size_t offset = static_cast<size_t>(row) * clip::kTileSize * kFrameWidth;
     int tile = 0;
     for (int word = 0; word < kRowWords; ++word) {
-        static_assert(clip::CODE_FLAT == 0);
+        static_assert(clip::CODE_FLAT == 0, "a word of 0 is five flat tiles");
         size_t bits = job.flatOnly ? 0 : codes[word];
         for (int shift = 0; shift < clip::kWordCodeBits; shift += clip::kCodeBits) {
             if (differs(tile, word, shift)) {

@@ -31,6 +31,7 @@ struct Batch {
 
 void drawRaw(Batch& batch) {
     static_assert(std::endian::native == std::endian::little, "colours are copied as they are");
+    // A row that is stored may alias anything, so the batch would be read again for each tile.
     const TileTask* const tasks = batch.tasks;
     uint16_t* const frame = batch.target.frame;
     const int count = batch.count;
