@@ -21,9 +21,9 @@ public:
     // again. The saved application size takes effect with updateResolution().
     void initOptions();
     void lireXML();
-    void saveXML();
+    bool saveXML();  // false: said, the old file stands
     void lireXMLController();
-    void saveXMLController();
+    bool saveXMLController();  // likewise
     std::string lireMot(const std::string& target);
     std::string lireNoeud(const std::string& name);
     int finLigne();

@@ -55,10 +55,12 @@ std::string flagElement(const std::string& name, int value) {
     return value == 0 || value == 1 ? element(name, value) : "";
 }
 
-void replaceOrReport(const std::string& path, const std::string& text) {
-    if (!replaceFile(path, text)) {
+bool replaceOrReport(const std::string& path, const std::string& text) {
+    const bool saved = replaceFile(path, text);
+    if (!saved) {
         printf(msg::kSaveFailedFormat, path.c_str());
     }
+    return saved;
 }
 
 }  // namespace
@@ -96,14 +98,14 @@ void c_options::lireXML() {
     file = nullptr;
 }
 
-void c_options::saveXML() {
+bool c_options::saveXML() {
     std::string text = kFileStart + element("mode", 0) + flagElement("topbar", topbar) +
                        flagElement("fps", fps) + element("res_w", all->appW) +
                        element("res_h", all->appH);
     for (const FilterSlot& slot : _filters->slots[0]) {
         text += element("filter", slot.id);
     }
-    replaceOrReport(homeDir + kPrefsWritePath, text + kFileEnd);
+    return replaceOrReport(homeDir + kPrefsWritePath, text + kFileEnd);
 }
 
 void c_options::lireXMLController() {
@@ -120,10 +122,10 @@ void c_options::lireXMLController() {
     file = nullptr;
 }
 
-void c_options::saveXMLController() {
+bool c_options::saveXMLController() {
     std::string text = kFileStart;
     for (const int entry : layout::kMapEntries) {
         text += element("button", keys->padButton[entry]);
     }
-    replaceOrReport(homeDir + kControllerWritePath, text + kFileEnd);
+    return replaceOrReport(homeDir + kControllerWritePath, text + kFileEnd);
 }

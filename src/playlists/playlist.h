@@ -43,10 +43,10 @@ public:
 
     // The model and its file (playlist_model, playlist_xml).
     void lireXML();           // reads ./userdata/playlists.xml
-    void saveXML();           // writes baseDir/userdata/playlists.xml
+    bool saveXML();           // writes baseDir/userdata/playlists.xml; false: said, nothing changed
     void scanFamilles();      // marks the tracks whose files are missing
-    void createNewFamille();  // appends `newName`, without tracks, and saves
-    void saveFamille();       // saves and scans
+    bool createNewFamille();  // appends `newName`, without tracks; false: it could not be saved
+    bool saveFamille();       // saves and scans; false: it could not be saved
     void removeFamille(int index);
     void deplacerFamille(int from, int to);
     std::string lireMot(const std::string& target);

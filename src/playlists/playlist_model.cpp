@@ -84,9 +84,9 @@ void c_playlist::scanFamilles() {
     }
 }
 
-void c_playlist::createNewFamille() {
+bool c_playlist::createNewFamille() {
     if (nbFamilles >= kPlaylists) {
-        return;
+        return false;
     }
     Famille& created = familles[nbFamilles];
     created.name = newName;
@@ -98,12 +98,13 @@ void c_playlist::createNewFamille() {
         track.missing = 0;
     }
     ++nbFamilles;
-    saveXML();
+    return saveXML();
 }
 
-void c_playlist::saveFamille() {
-    saveXML();
+bool c_playlist::saveFamille() {
+    const bool saved = saveXML();
     scanFamilles();
+    return saved;
 }
 
 void c_playlist::removeFamille(int index) {

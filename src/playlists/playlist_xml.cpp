@@ -31,16 +31,18 @@ int c_playlist::finLigne() {
     return xml::skipChar(file);
 }
 
-void c_playlist::saveXML() {
+bool c_playlist::saveXML() {
     std::string text = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n";
     for (int f = 0; f < nbFamilles; ++f) {
         text += playlistElement(familles[f]);
     }
     text += "</all>\n";
     const std::string path = baseDir + kWritePath;
-    if (!replaceFile(path, text)) {
+    const bool saved = replaceFile(path, text);
+    if (!saved) {
         printf(msg::kSaveFailedFormat, path.c_str());
     }
+    return saved;
 }
 
 // Deliberate: reading takes the path from the current directory, writing from the directory of the
