@@ -15,6 +15,13 @@ void c_keys::initKeys() {
     mouseHeld = 0;
     keyDown = 0;
     keyHeld = 0;
+    clickReleased = 0;
+    wheel = 0;
+    typedCount = 0;
+    writing = 0;
+    moved = 0;
+    turned = 0;
+    watchEvents();
 }
 
 void c_keys::initController() {

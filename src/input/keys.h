@@ -8,9 +8,18 @@
 #include "common/limits.h"
 #include "input/slots.h"
 
+// A key-down event, repeats included: its SDL key symbol, and the character that the keyboard's
+// layout makes of it (UTF-16, 0 none).
+struct TypedKey {
+    int32_t symbol;
+    uint16_t character;
+};
+inline constexpr int kTypedKeys = 32;  // kept of a frame's; nobody types more
+
 class c_keys {
 public:
-    void initKeys();
+    void initKeys();        // also tells SDL which events to keep
+    void watchEvents();     // SDL keeps what the handlers can use; part of initKeys
     void initController();  // every controller function unassigned
     void updateGKeys();     // once a frame, before any handler
     // 1 when the mouse lies in [x, x + w] and [y, y + h], both ends included.
@@ -41,4 +50,16 @@ public:
     int32_t mouseX;              // picture coordinates: (0, 0) is the top left of the 640 x 360
     int32_t mouseY;              // picture wherever it sits in the window
     int32_t padButton[kPadEntries];  // joystick button of each controller function; 99 none
+
+    int32_t clickReleased;  // 1: the button of mouseClick is up again already
+    int32_t wheel;          // notches turned in this frame, towards the performer positive
+    int32_t typedCount;     // key-down events of this frame, in `typed`
+    TypedKey typed[kTypedKeys];
+    int32_t writing;  // 1 while the screen takes letters: "f" writes too. Its handler sets it
+
+    // What came since the last frame and takes no room in SDL's queue.
+    int32_t moved;  // 1: the pointer moved after the last press, to (movedX, movedY) in the window
+    int32_t movedX;
+    int32_t movedY;
+    int32_t turned;  // notches of the wheel
 };

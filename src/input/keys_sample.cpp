@@ -49,6 +49,8 @@ constexpr KeyBinding kKeyboard[] = {
     {KEY_F, SDLK_f},
 };
 
+constexpr int kWheelRight = 7;  // buttons 4 to 7: up, down, left, right
+
 // Slots whose sum is anyKeyCount.
 constexpr int kWatched[] = {KEY_UP, KEY_RIGHT, KEY_DOWN, KEY_LEFT, KEY_A, KEY_Z,      KEY_X,
                             KEY_S,  KEY_Q,     KEY_W,    KEY_1,    KEY_2, KEY_RETURN, KEY_TAB};
@@ -91,8 +93,9 @@ void countWatchedKeys(c_keys& input) {
 // A click or key press is visible for the one frame that read its event.
 void promoteEdges(c_keys& input) {
     if (input.mouseClick != 0) {
-        input.mouseHeld = 1;
+        input.mouseHeld = input.clickReleased != 0 ? 0 : 1;
         input.mouseClick = 0;
+        input.clickReleased = 0;
     }
     if (input.keyDown != 0) {
         input.keyHeld = 1;
@@ -106,29 +109,44 @@ void moveMouse(c_keys& input, int windowX, int windowY) {
     input.mouseY = windowY - offset.y;
 }
 
+void pressButton(c_keys& input, const SDL_MouseButtonEvent& button) {
+    input.mouseClick = 1;
+    input.clickReleased = 0;
+    moveMouse(input, button.x, button.y);
+}
+
+// A press of this frame stays a click for its one frame, however short it was.
+void releaseButton(c_keys& input) {
+    input.clickReleased = input.mouseClick;
+    input.mouseHeld = 0;
+}
+
+void pressKey(c_keys& input, const SDL_keysym& key) {
+    if (input.keyHeld == 0) {
+        input.keyDown = 1;
+    }
+    input.lastKeySym = key.sym;
+    if (input.typedCount < kTypedKeys) {
+        input.typed[input.typedCount] = {key.sym, key.unicode};
+        ++input.typedCount;
+    }
+}
+
 void handleEvent(c_keys& input, const SDL_Event& event) {
     switch (event.type) {
         case SDL_KEYDOWN:
-            if (input.keyHeld == 0) {
-                input.keyDown = 1;
-            }
-            input.lastKeySym = event.key.keysym.sym;
+            pressKey(input, event.key.keysym);
             break;
         case SDL_KEYUP:
             input.keyDown = 0;
             input.keyHeld = 0;
             input.lastKeySym = 0;
             break;
-        case SDL_MOUSEMOTION:
-            moveMouse(input, event.motion.x, event.motion.y);
-            break;
         case SDL_MOUSEBUTTONDOWN:
-            input.mouseClick = 1;
-            moveMouse(input, event.button.x, event.button.y);
+            pressButton(input, event.button);
             break;
         case SDL_MOUSEBUTTONUP:
-            input.mouseClick = 0;
-            input.mouseHeld = 0;
+            releaseButton(input);
             break;
         case SDL_JOYBUTTONDOWN:
             ++_debugInt;
@@ -141,17 +159,78 @@ void handleEvent(c_keys& input, const SDL_Event& event) {
     }
 }
 
+// The wheel, up and down and to the sides, comes as buttons.
+bool isWheel(int button) {
+    return button >= SDL_BUTTON_WHEELUP && button <= kWheelRight;
+}
+
+int notchOf(int button) {
+    if (button == SDL_BUTTON_WHEELUP) {
+        return -1;
+    }
+    return button == SDL_BUTTON_WHEELDOWN ? 1 : 0;
+}
+
+// True for what goes into SDL's queue, which holds 128 events and drops the rest: motion, the wheel
+// and what nobody reads would fill it within a frame and cost a press. Of motion the last place
+// counts, of the wheel the sum.
+bool belongsInQueue(c_keys& input, const SDL_Event& event) {
+    switch (event.type) {
+        case SDL_MOUSEMOTION:
+            input.moved = 1;
+            input.movedX = event.motion.x;
+            input.movedY = event.motion.y;
+            return false;
+        case SDL_MOUSEBUTTONDOWN:
+            if (isWheel(event.button.button)) {
+                input.turned += notchOf(event.button.button);
+                return false;
+            }
+            // A press brings its own place.
+            input.moved = 0;
+            return true;
+        case SDL_MOUSEBUTTONUP:
+            return !isWheel(event.button.button);
+        case SDL_KEYDOWN:
+        case SDL_KEYUP:
+        case SDL_JOYBUTTONDOWN:
+        case SDL_QUIT:
+            return true;
+        default:
+            return false;
+    }
+}
+
+int SDLCALL filterEvent(const SDL_Event* event) {
+    return belongsInQueue(*keys, *event) ? 1 : 0;
+}
+
+void drainEvents(c_keys& input) {
+    input.typedCount = 0;
+    while (SDL_PollEvent(&g_Event) != 0) {
+        handleEvent(input, g_Event);
+    }
+    if (input.moved != 0) {
+        moveMouse(input, input.movedX, input.movedY);
+        input.moved = 0;
+    }
+    input.wheel = input.turned;
+    input.turned = 0;
+}
+
 }  // namespace
+
+void c_keys::watchEvents() {
+    SDL_SetEventFilter(filterEvent);
+}
 
 void c_keys::updateGKeys() {
     sampleKeyboard(*this);
-    if (pressed(KEY_F)) {
+    if (pressed(KEY_F) && writing == 0) {
         toggleFullScreen();
     }
     sampleController(*this);
     countWatchedKeys(*this);
     promoteEdges(*this);
-    while (SDL_PollEvent(&g_Event) != 0) {
-        handleEvent(*this, g_Event);
-    }
+    drainEvents(*this);
 }

@@ -30,6 +30,18 @@ SDL_Surface* openVideo(int width, int height, int depth, uint32_t flags) {
     return video;
 }
 
+// All that came goes through the filter into a queue that drops what it has no room for.
+void pumpEvents() {
+    constexpr size_t kQueue = 128;
+    for (const SDL_Event& event : script.events) {
+        const bool passes = script.filter == nullptr || script.filter(&event) != 0;
+        if (passes && script.queue.size() < kQueue) {
+            script.queue.push_back(event);
+        }
+    }
+    script.events.clear();
+}
+
 }  // namespace
 
 ScriptedSdl& scripted() {
@@ -127,12 +139,18 @@ Uint8* SDL_GetKeyState(int* count) {
 
 int SDL_PollEvent(SDL_Event* event) {
     ++script.eventsAsked;
-    if (script.events.empty()) {
+    pumpEvents();
+    if (script.queue.empty()) {
         return 0;
     }
-    *event = script.events.front();
-    script.events.pop_front();
+    *event = script.queue.front();
+    script.queue.pop_front();
     return 1;
+}
+
+void SDL_SetEventFilter(SDL_EventFilter filter) {
+    script.queue.clear();  // as the library does
+    script.filter = filter;
 }
 
 int SDL_ShowCursor(int toggle) {

@@ -26,7 +26,7 @@ struct ScriptedSdl {
     uint32_t ticks = 0;                            // ms
     uint32_t ticksEachCall = 0;                    // that time passes with each look at the clock
     std::array<uint8_t, SDLK_LAST> keysDown = {};  // by SDL key symbol
-    std::deque<SDL_Event> events;                  // the queue
+    std::deque<SDL_Event> events;                  // on their way into SDL's queue of 128
     int joysticks = 0;                             // connected
     std::set<int> buttonsDown;                     // of joystick 0
     int displayWidth = 1280;                       // the display's own size, which a mode of
@@ -34,6 +34,8 @@ struct ScriptedSdl {
     int displayDepth = 16;                         // 16 or 32 bits, for a mode of depth 0
     int padding = 0;                               // bytes after each row of the next mode
     std::deque<bool> refusals;                     // for the next mode calls: true is refused
+    SDL_EventFilter filter = nullptr;              // set by the program
+    std::deque<SDL_Event> queue;                   // SDL's own
 
     // What SDL was asked.
     std::vector<std::string> calls;  // the start-up calls, in order

@@ -151,12 +151,40 @@ TEST_F(KeysSample, ReleaseInTheNextFrame_OneFrameOfClickOnly) {
     EXPECT_EQ(keys->mouseHeld, 0);
 }
 
-TEST_F(KeysSample, PressAndReleaseInOneFrame_NoClick) {
+TEST_F(KeysSample, PressAndReleaseInOneFrame_OneFrameOfClickThenNothing) {
     post(mouseButton(SDL_MOUSEBUTTONDOWN, 400, 300));
     post(mouseButton(SDL_MOUSEBUTTONUP, 400, 300));
     sample();
-    EXPECT_EQ(keys->mouseClick, 0);
+    EXPECT_EQ(keys->mouseClick, 1);
     EXPECT_EQ(keys->mouseHeld, 0);
+    for (int frame = 0; frame < 2; ++frame) {
+        sample();
+        EXPECT_EQ(keys->mouseClick, 0);
+        EXPECT_EQ(keys->mouseHeld, 0);
+    }
+}
+
+// The second press of a quick double click may still be down.
+TEST_F(KeysSample, PressReleasePressInOneFrame_ClickThenHeld) {
+    post(mouseButton(SDL_MOUSEBUTTONDOWN, 400, 300));
+    post(mouseButton(SDL_MOUSEBUTTONUP, 400, 300));
+    post(mouseButton(SDL_MOUSEBUTTONDOWN, 400, 300));
+    sample();
+    EXPECT_EQ(keys->mouseClick, 1);
+    sample();
+    EXPECT_EQ(keys->mouseClick, 0);
+    EXPECT_EQ(keys->mouseHeld, 1);
+}
+
+// A release alone, as after a press that another window took.
+TEST_F(KeysSample, ReleaseWithoutPress_NoClick) {
+    post(mouseButton(SDL_MOUSEBUTTONUP, 400, 300));
+    sample();
+    EXPECT_EQ(keys->mouseClick, 0);
+    post(mouseButton(SDL_MOUSEBUTTONDOWN, 400, 300));
+    sample();
+    sample();
+    EXPECT_EQ(keys->mouseHeld, 1);
 }
 
 TEST_F(KeysSample, KeyDown_OneFrameThenHeldAndRepeatsAreNotNew) {
