@@ -173,8 +173,10 @@ int wrapFrame(int frame, int frameCount) {
     return ((frame % frameCount) + frameCount) % frameCount;
 }
 
+// A clip that is still loading has no frames to go through yet.
 void scrub(c_keys& input) {
-    if (mix->filterKeyHeld != 0) {
+    const c_moxel& clip = moxel[activeLayer().deck];
+    if (mix->filterKeyHeld != 0 || clip.state != CLIP_READY) {
         return;
     }
     if (input.mouseClick != 0 &&
@@ -183,7 +185,7 @@ void scrub(c_keys& input) {
         mix->scrubFrame = activeLayer().frame;
         mix->scrubbing = 1;
     }
-    const int frameCount = moxel[activeLayer().deck].frameCount;
+    const int frameCount = clip.frameCount;
     if (input.mouseHeld != 0 && mix->scrubbing == 1 && frameCount > 0) {
         const int moved = (input.mouseX - mix->scrubX) / kPixelsPerFrame;
         activeLayer().frame = wrapFrame(mix->scrubFrame + moved, frameCount);

@@ -154,6 +154,27 @@ TEST_F(KeysMixScrub, FilterLetterDuringTheDrag_FrameStaysAndDragGoesOn) {
     EXPECT_EQ(mix->layer[1].frame, 10);
 }
 
+// While a clip loads its header counts its frames already: a drag would leave the layer at a frame
+// that a shorter clip, loaded next, does not have.
+TEST_F(KeysMixScrub, ClipNotReady_NothingMovesAndNoDragBegins) {
+    moxel[0].state = CLIP_LOADING;
+    clickAt(300, 200);
+    EXPECT_EQ(mix->scrubbing, 0);
+    dragTo(400);
+    EXPECT_EQ(mix->layer[1].frame, 8);
+    // Nor when it becomes ready under the drag.
+    pretendClip(0, kFrames);
+    dragTo(500);
+    EXPECT_EQ(mix->layer[1].frame, 8);
+}
+
+TEST_F(KeysMixScrub, ClipNoLongerReady_TheDragStops) {
+    clickAt(300, 200);
+    moxel[0].state = CLIP_LOADING;
+    dragTo(400);
+    EXPECT_EQ(mix->layer[1].frame, 8);
+}
+
 TEST_F(KeysMixScrub, ClipWithoutFrames_NothingMoves) {
     mix->nbDecks = 0;
     moxel[0].frameCount = 0;
