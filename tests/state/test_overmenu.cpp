@@ -90,18 +90,59 @@ TEST_F(OverMenu, quirk_over_menu_stands_in_the_window) {
     EXPECT_TRUE(samePixels(screen[1], expected.get()));
 }
 
-// The box is 1004 rows high and starts 142 rows above the window.
-TEST_F(OverMenu, FiftyPlaylists_CutAtTheWindow) {
+// 35 rows are 704 high: as many as the window holds; the help text is above it.
+TEST_F(OverMenu, AsManyAsFit_AllAreShown) {
     const Picture expected = newPicture(1280, 720, kPicture);
-    blend(expected.get(), 30, -142, 200, 1004, 0, 153);
-    for (int f = 0; f < 50; ++f) {
+    blend(expected.get(), 30, 8, 200, 704, 0, 153);
+    for (int f = 0; f < 35; ++f) {
         const std::string name = numbered("f", f);
         addFamille(name);
-        row(expected.get(), -140 + 20 * f, name.c_str(), "0", f == 49);
+        row(expected.get(), 10 + 20 * f, name.c_str(), "0", f == 34);
     }
-    help(expected.get(), -162);
+    help(expected.get(), -12);
+    overMenu->selected = 34;
+    draw();
+    EXPECT_TRUE(samePixels(screen[1], expected.get()));
+}
+
+// 33 of them leave room for the help text: (720 - 4 - 40) / 20. The box is 664 rows high.
+TEST_F(OverMenu, FiftyPlaylists_TheSelectionIsInTheWindow) {
+    for (int f = 0; f < 50; ++f) {
+        addFamille(numbered("f", f));
+    }
+    const struct {
+        int selected, first;
+    } cases[] = {{0, 0}, {16, 0}, {17, 1}, {30, 14}, {33, 17}, {49, 17}};
+    for (const auto& each : cases) {
+        overMenu->selected = each.selected;
+        draw();
+        const Picture expected = newPicture(1280, 720, kPicture);
+        blend(expected.get(), 30, 28, 200, 664, 0, 153);
+        for (int i = 0; i < 33; ++i) {
+            const std::string name = numbered("f", each.first + i);
+            row(expected.get(), 30 + 20 * i, name.c_str(), "0", each.first + i == each.selected);
+        }
+        help(expected.get(), 8);
+        EXPECT_TRUE(samePixels(screen[1], expected.get())) << each.selected;
+    }
+}
+
+// The ground of a longer box would end before the box does.
+TEST_F(OverMenu, FiftyPlaylistsAt768Rows_33AsWell) {
+    for (int f = 0; f < 50; ++f) {
+        addFamille(numbered("f", f));
+    }
+    all->applyResolution(1024, 768);
+    updateResolution();
     overMenu->selected = 49;
     draw();
+    const Picture expected = newPicture(1024, 768, kPicture);
+    blend(expected.get(), 30, 52, 200, 664, 0, 153);
+    for (int i = 0; i < 33; ++i) {
+        const std::string name = numbered("f", 17 + i);
+        row(expected.get(), 54 + 20 * i, name.c_str(), "0", i == 32);
+    }
+    help(expected.get(), 32);
     EXPECT_TRUE(samePixels(screen[1], expected.get()));
 }
 
@@ -120,6 +161,23 @@ class OverMenuComposite : public OverMenu {
 protected:
     OverMenuComposite() : OverMenu(720, 480) {}
 };
+
+// (480 - 4 - 40) / 20 = 21 of 24, which would take 484 rows.
+TEST_F(OverMenuComposite, MoreThanFit_TheSelectionIsInTheWindow) {
+    for (int f = 0; f < 24; ++f) {
+        addFamille(numbered("f", f));
+    }
+    overMenu->selected = 23;
+    draw();
+    const Picture expected = newPicture(720, 480, kPicture);
+    blend(expected.get(), 30, 28, 200, 424, 0, 153);
+    for (int i = 0; i < 21; ++i) {
+        const std::string name = numbered("f", 3 + i);
+        row(expected.get(), 30 + 20 * i, name.c_str(), "0", i == 20);
+    }
+    help(expected.get(), 8);
+    EXPECT_TRUE(samePixels(screen[1], expected.get()));
+}
 
 TEST_F(OverMenuComposite, Box_CentredInTheDisplay) {
     addFamille("first");
