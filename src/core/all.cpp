@@ -18,6 +18,7 @@ void c_all::initAll() {
     appW = kHdmiWidth;
     appH = kHdmiHeight;
     composite = 0;
+    shown = STATE_INTRO;
 }
 
 void c_all::checkComposite() {

@@ -35,4 +35,5 @@ public:
     int screenW, screenH;  // the display at start-up, pixels
     int appW, appH;        // the video surface, pixels
     int composite;         // 1 once a composite output was detected, never back to 0
+    int shown;             // ScreenState of the frame drawn last
 };

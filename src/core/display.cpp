@@ -10,6 +10,8 @@
 #include "common/rgb565.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "ui/home.h"
+#include "ui/intro.h"
 
 namespace {
 
@@ -45,6 +47,16 @@ void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
     }
 }
 
+// Those that keep their place. The preferences are read before they are made.
+void placeScreens() {
+    if (_intro != nullptr) {
+        _intro->place();
+    }
+    if (_home != nullptr) {
+        _home->place();
+    }
+}
+
 }  // namespace
 
 // Deliberate: the work surface keeps the size that it got at start-up.
@@ -52,6 +64,14 @@ void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
 void updateResolution() {
     const uint32_t flags = screen[1]->flags;
     openMode(flags, flags, msg::kNewResolutionRefused);
+    clearSurfaces();
+    placeScreens();
+}
+
+void clearSurfaces() {
+    for (SDL_Surface* surface : screen) {
+        SDL_FillRect(surface, nullptr, 0);
+    }
 }
 
 void toggleFullScreen() {

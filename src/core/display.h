@@ -12,8 +12,10 @@
 
 #include "mixer/output.h"
 
-void updateResolution();  // the application size, same flags
+void updateResolution();  // the application size, same flags; surfaces cleared, screens placed anew
 void toggleFullScreen();  // the application size, full screen switched
+
+void clearSurfaces();  // work and video surface, black
 
 // Where the mixer's rows go: the part of the video surface that the application size covers. On a
 // display that is not 16 bits deep it is a stand-in of the same size.

@@ -71,7 +71,20 @@ void drawMix() {
     }
 }
 
+// A screen that is entered finds nothing of the one before beside its picture or behind it. Mix and
+// options clear the video surface themselves.
+void clearForNewScreen() {
+    if (all->state == all->shown) {
+        return;
+    }
+    all->shown = all->state;
+    if (all->state == STATE_HOME || all->state == STATE_PLAYLISTS) {
+        clearSurfaces();
+    }
+}
+
 void drawScreen() {
+    clearForNewScreen();
     switch (all->state) {
         case STATE_INTRO:
             _intro->draw(screen[0]);
@@ -118,7 +131,10 @@ int mainLoop() {
         SDL_Delay(kWaitMs);
         return isExit;
     }
-    fps = frameRate(now - tempsPrecedent);
+    // A clock that was set back tells no rate: the last one stands.
+    if (now > tempsPrecedent) {
+        fps = frameRate(now - tempsPrecedent);
+    }
     tempsPrecedent = now;
 
     mix->nbDecks = playlist->loadSlot;

@@ -8,9 +8,11 @@ inline int16_t frameInterval(int targetFps) {
     return static_cast<int16_t>(1000 / (targetFps + 1));
 }
 
-// A frame is due once more than `interval` has passed since the last one started.
+// A frame is due once more than `interval` has passed since the last one started. SDL reads the
+// wall clock, which is set back at times: a time before that of the last frame is due as well, and
+// the pace goes on from it.
 inline bool frameDue(int now, int previous, int interval) {
-    return now - previous > interval;
+    return now < previous || now - previous > interval;
 }
 
 // Frame rate of a frame that follows the previous one after `elapsed` (at least 1) milliseconds.

@@ -91,23 +91,26 @@ void placeRowDoubled(const OutputView& view, const uint16_t* source, int y) {
     }
 }
 
-// Surfaces wider than the doubled picture: black to all sides of it.
-void blackenAround(const OutputView& view) {
+}  // namespace
+
+uint16_t* outputRow(const OutputView& view, int row) {
+    return view.pixels + static_cast<size_t>(row) * (view.pitch / sizeof(uint16_t));
+}
+
+void blackenOutside(const OutputView& view) {
+    if (view.composite) {
+        return;
+    }
     const Doubled origin = doubledOrigin(view);
+    const int right = std::min(origin.column + kDoubledWidth, view.width);
     for (int row = 0; row < view.height; ++row) {
         if (row < origin.row || row >= origin.row + kDoubledHeight) {
             blackenRow(view, row, 0, view.width);
         } else {
             blackenRow(view, row, 0, origin.column);
-            blackenRow(view, row, origin.column + kDoubledWidth, view.width);
+            blackenRow(view, row, right, view.width);
         }
     }
-}
-
-}  // namespace
-
-uint16_t* outputRow(const OutputView& view, int row) {
-    return view.pixels + static_cast<size_t>(row) * (view.pitch / sizeof(uint16_t));
 }
 
 void beginPicture(const OutputView& view) {
@@ -116,7 +119,7 @@ void beginPicture(const OutputView& view) {
             blackenRow(view, row, 0, view.width);
         }
     } else if (view.width > kDoubledWidth) {
-        blackenAround(view);
+        blackenOutside(view);
     }
 }
 

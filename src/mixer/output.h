@@ -25,6 +25,10 @@ uint16_t* outputRow(const OutputView& view, int row);
 // display mode asks for that (always on composite displays).
 void beginPicture(const OutputView& view);
 
+// Black to all sides of the doubled picture, where the surface has room there. Composite displays
+// stay as they are: their pictures begin with black.
+void blackenOutside(const OutputView& view);
+
 // Places source row `y` (0 to 359), 640 pixels.
 void placeRow(const OutputView& view, const uint16_t* source, int y);
 

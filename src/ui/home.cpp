@@ -62,14 +62,15 @@ constexpr size_t kMaxText = 32;
 }  // namespace
 
 void c_home::initHome() {
-    const Point offset = pictureOffset(all->appW, all->appH);
     selected = HOME_MIX;
-    // Deliberate: this place is kept when another resolution is chosen. Until the next start the
-    // menu stands there, and the mouse, which counts from the new picture's place, is off it.
-    // [quirk_home_keeps_its_place_of_the_start]
+    place();
+    background = loadPicture("data/home.png");
+}
+
+void c_home::place() {
+    const Point offset = pictureOffset(all->appW, all->appH);
     offsetX = offset.x;
     offsetY = offset.y;
-    background = loadPicture("data/home.png");
 }
 
 void c_home::draw(SDL_Surface* s) {

@@ -18,6 +18,7 @@ inline constexpr int kHomeItems = 5;
 class c_home {
 public:
     void initHome();
+    void place();  // at the offset of the application resolution, whenever that changes
     void draw(SDL_Surface* s);  // one frame into the work surface
 
     int32_t selected;         // HomeItem

@@ -16,12 +16,16 @@ constexpr int kLogoY = 60;
 }  // namespace
 
 void c_intro::initIntro() {
-    const Point offset = pictureOffset(all->appW, all->appH);
     state = 0;
-    offsetX = offset.x;
-    offsetY = offset.y;
+    place();
     logo = loadPicture("data/logo-tessaron.png");
     counter = kIntroFrames;
+}
+
+void c_intro::place() {
+    const Point offset = pictureOffset(all->appW, all->appH);
+    offsetX = offset.x;
+    offsetY = offset.y;
 }
 
 void c_intro::draw(SDL_Surface* s) {

@@ -9,6 +9,7 @@
 class c_intro {
 public:
     void initIntro();
+    void place();  // at the offset of the application resolution, whenever that changes
     // One frame into the work surface `s`, which is never cleared: the effect accumulates.
     void draw(SDL_Surface* s);
 

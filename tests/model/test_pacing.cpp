@@ -19,6 +19,15 @@ TEST(Pacing, Due_OnlyOncePastTheInterval) {
     EXPECT_TRUE(frameDue(1039, 1000, 38));
 }
 
+// A clock that was set back: at once, and from there on at the same pace.
+TEST(Pacing, TimeBeforeTheLastFrame_Due) {
+    EXPECT_TRUE(frameDue(999, 1000, 38));
+    EXPECT_TRUE(frameDue(-19000, 1000, 38));
+    EXPECT_FALSE(frameDue(1000, 1000, 38));
+    EXPECT_FALSE(frameDue(-18962, -19000, 38));
+    EXPECT_TRUE(frameDue(-18961, -19000, 38));
+}
+
 TEST(Pacing, Rate_WholeFramesOfASecond) {
     EXPECT_EQ(frameRate(1), 1000);
     EXPECT_EQ(frameRate(39), 25);  // 25.6

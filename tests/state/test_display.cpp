@@ -27,6 +27,33 @@ TEST_F(Display, UpdateResolution_OpensTheApplicationSizeWithTheSameFlags) {
     EXPECT_EQ(screen[1]->h, 768);
 }
 
+TEST_F(Display, UpdateResolution_SurfacesAreBlack) {
+    fillAll(screen[0], 0x1234);
+    all->applyResolution(1024, 768);
+    updateResolution();
+    EXPECT_EQ(countPixels(screen[0], 0, 0, 1280, 720, 0), 1280 * 720);
+    EXPECT_EQ(countPixels(screen[1], 0, 0, 1024, 768, 0), 1024 * 768);
+    // The same size again may give the same pixels.
+    fillAll(screen[1], 0x1234);
+    clearSurfaces();
+    EXPECT_EQ(countPixels(screen[1], 0, 0, 1024, 768, 0), 1024 * 768);
+}
+
+// (1024 - 640) / 2, (768 - 360) / 2.
+TEST_F(Display, UpdateResolution_IntroAndHomeStandInTheNewMiddle) {
+    all->applyResolution(1024, 768);
+    EXPECT_EQ(_home->offsetX, 320);
+    updateResolution();
+    EXPECT_EQ(_home->offsetX, 192);
+    EXPECT_EQ(_home->offsetY, 204);
+    EXPECT_EQ(_intro->offsetX, 192);
+    EXPECT_EQ(_intro->offsetY, 204);
+    all->applyResolution(1280, 720);
+    updateResolution();
+    EXPECT_EQ(_home->offsetX, 320);
+    EXPECT_EQ(_home->offsetY, 180);
+}
+
 TEST_F(Display, UpdateResolution_KeepsFullScreen) {
     toggleFullScreen();
     all->applyResolution(1024, 768);

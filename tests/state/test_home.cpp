@@ -140,10 +140,10 @@ TEST_F(Home, Controller_TwoTexts) {
     }
 }
 
-// The text follows a new resolution at once; the menu itself stays where it was at start-up.
-TEST_F(Home, quirk_home_keeps_its_place_of_the_start) {
+TEST_F(Home, AnotherResolution_MenuInTheNewMiddle) {
     all->applyResolution(1024, 768);
-    expectMenu({320, 180}, with(kNoController, "no playlists", "1024 x 768"));
+    updateResolution();
+    expectMenu({192, 204}, with(kNoController, "no playlists", "1024 x 768"));
 }
 
 TEST_F(Home, WithoutBackground_BarsAndTextsAllTheSame) {

@@ -213,4 +213,19 @@ TEST_F(KeysHome, MouseHeldOverAnItem_DoesNothing) {
     EXPECT_EQ(all->state, STATE_HOME);
 }
 
+// Where a tile is drawn it is clicked, at every resolution: 273 + 192, 180 + 204 in the window.
+TEST_F(KeysHome, ClickAfterAnotherResolution_TheTileThatIsDrawnThere) {
+    all->applyResolution(1024, 768);
+    updateResolution();
+    scripted().modeCalls.clear();
+    _home->selected = HOME_FULL_SCREEN;
+    runFrame();
+    EXPECT_EQ(countPixels(screen[1], 465, 383, 94, 2, 0xFFFF), 2 * 94);  // its upper bar
+    scripted().events = {mouseButton(SDL_MOUSEBUTTONDOWN, 465 + 40, 384 + 40)};
+    runFrame();
+    EXPECT_EQ(isExit, 1);
+    EXPECT_EQ(all->state, STATE_HOME);
+    EXPECT_EQ(scripted().modeCalls.size(), 1u);  // full screen
+}
+
 }  // namespace

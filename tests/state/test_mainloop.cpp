@@ -60,6 +60,26 @@ TEST_F(MainLoop, FrameRate_ThousandByTheInterval) {
     EXPECT_EQ(tempsPrecedent, 2000);
 }
 
+// The network sets the clock of a machine that has none: 20 s back in mid-show.
+TEST_F(MainLoop, ClockSetBack_FrameRunsAndThePaceGoesOn) {
+    callAt(30000);
+    callAt(30039);
+    EXPECT_EQ(callAt(10040), 1);
+    EXPECT_EQ(framesShown(), 3u);
+    EXPECT_EQ(tempsPrecedent, 10040);
+    EXPECT_EQ(fps, 25);  // as of the frame before
+    callAt(10078);
+    EXPECT_EQ(framesShown(), 3u);
+    callAt(10079);
+    EXPECT_EQ(framesShown(), 4u);
+}
+
+TEST_F(MainLoop, ClockSetBack_KeysAndClosingAreHeard) {
+    callAt(30000);
+    scripted().events = {plainEvent(SDL_QUIT)};
+    EXPECT_EQ(callAt(10000), 0);
+}
+
 TEST_F(MainLoop, Quit_FrameIsFinishedAndShown) {
     scripted().events = {plainEvent(SDL_QUIT)};
     EXPECT_EQ(runFrame(), 0);
@@ -119,6 +139,7 @@ TEST_F(MainLoop, EveryState_ShowsTheWholeVideoSurfaceOnce) {
 TEST_F(MainLoop, IntroHomeAndPlaylists_ShowTheWorkSurface) {
     for (const int state : {STATE_INTRO, STATE_HOME, STATE_PLAYLISTS}) {
         all->state = state;
+        all->shown = state;  // not just entered
         _intro->counter = 40;
         fillAll(screen[0], 0);
         setPixel(screen[0], 3, 700, 0xFFFF);  // outside every picture, full already
@@ -142,6 +163,35 @@ TEST_F(MainLoop, MixAndOptions_DrawStraightIntoTheVideoSurface) {
         EXPECT_TRUE(samePixels(screen[0], before.get())) << state;
         EXPECT_EQ(countPixels(screen[1], 0, 0, 1280, 720, kMark), 0) << state;
     }
+}
+
+// A mark beside the picture, on both surfaces, stands for what the screen before left there.
+TEST_F(MainLoop, EnteredHomeAndPlaylists_NothingOfTheScreenBefore) {
+    for (const int state : {STATE_HOME, STATE_PLAYLISTS}) {
+        for (const int before : {STATE_INTRO, STATE_HOME, STATE_PLAYLISTS, STATE_MIX}) {
+            if (before == state) {
+                continue;
+            }
+            all->state = before;
+            runFrame();
+            all->applyResolution(1024, 768);
+            updateResolution();
+            setPixel(screen[0], 3, 700, kMark);
+            setPixel(screen[1], 3, 760, kMark);
+            all->state = state;
+            runFrame();
+            EXPECT_EQ(pixelAt(screen[1], 3, 700), 0) << before << " to " << state;
+            EXPECT_EQ(pixelAt(screen[1], 3, 760), 0) << before << " to " << state;
+        }
+    }
+}
+
+TEST_F(MainLoop, ScreenThatStays_IsNotClearedAgain) {
+    all->state = STATE_HOME;
+    runFrame();
+    setPixel(screen[0], 3, 700, kMark);
+    runFrame();
+    EXPECT_EQ(pixelAt(screen[1], 3, 700), kMark);
 }
 
 TEST_F(MainLoop, State5_ShowsTheWorkSurfaceUnchanged) {

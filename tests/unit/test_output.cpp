@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "common/limits.h"
@@ -180,6 +181,45 @@ TEST(Composite, SmallerThanThePicture_ShowsItsCentre) {
     px::placePicture(surface.view, picture().data());
     EXPECT_EQ(surface.at(0, 0), sourcePixel(160, 60));
     EXPECT_EQ(surface.at(319, 239), sourcePixel(479, 299));
+}
+
+// Below the 720 rows of a surface that is no wider than the picture, and nowhere else.
+TEST(Outside, At1024x768_TheRowsBelowAreBlack) {
+    Surface surface(1024, 768, false);
+    px::blackenOutside(surface.view);
+    for (int y = 0; y < 768; ++y) {
+        for (const int x : {0, 511, 1023}) {
+            ASSERT_EQ(surface.at(x, y), y < 720 ? kUntouched : 0) << x << ", " << y;
+        }
+    }
+    EXPECT_TRUE(surface.guardsIntact());
+}
+
+// The picture starts at (320, 180).
+TEST(Outside, At1920x1080_AllSidesAreBlack) {
+    Surface surface(1920, 1080, false);
+    px::blackenOutside(surface.view);
+    for (int y = 0; y < 1080; ++y) {
+        for (const int x : {0, 319, 320, 1599, 1600, 1919}) {
+            const bool inside = x >= 320 && x < 1600 && y >= 180 && y < 900;
+            ASSERT_EQ(surface.at(x, y), inside ? kUntouched : 0) << x << ", " << y;
+        }
+    }
+    EXPECT_TRUE(surface.guardsIntact());
+}
+
+TEST(Outside, NoRoomBesideThePicture_NothingIsTouched) {
+    const struct {
+        int width, height;
+        bool composite;
+    } cases[] = {{1280, 720, false}, {1024, 600, false}, {720, 480, true}, {1, 1, false}};
+    for (const auto& each : cases) {
+        Surface surface(each.width, each.height, each.composite);
+        px::blackenOutside(surface.view);
+        EXPECT_EQ(std::count(surface.pixels.begin(), surface.pixels.end(), kUntouched),
+                  static_cast<std::ptrdiff_t>(surface.pixels.size()))
+            << each.width;
+    }
 }
 
 TEST(RowStart, Length_IsCutAtTheRowsEnd) {
