@@ -31,7 +31,7 @@ int countOf(const Shot& shot, Box box, uint16_t colour);
 // The home screen's item whose four bars are white while no other item's are; -1 when this is not
 // the home screen.
 int homeSelection(const Shot& shot);
-// The same with the picture's top left there: home stays where the window of the start had it.
+// The same with the picture's top left there, for a window that is not on the screen as a whole.
 int homeSelection(const Shot& shot, int left, int top);
 
 // The over-menu's row i of n, in the window.

@@ -177,8 +177,12 @@ int Stage::waitExit() {
     return *status;
 }
 
-int Stage::closeWindow() {
+void Stage::askToClose() {
     link_->askToClose(window().id);
+}
+
+int Stage::closeWindow() {
+    askToClose();
     return waitExit();
 }
 

@@ -75,7 +75,8 @@ public:
     bool running() { return program_.running(); }
     pid_t processId() const { return program_.id(); }
     int waitExit();     // exit status; throws when the program does not end
-    int closeWindow();  // as waitExit, after asking the window to close
+    void askToClose();  // the window, as its close button does
+    int closeWindow();  // asks, then as waitExit
     std::string output() { return folder.read("stdout"); }  // complete once the program has ended
     std::string errors() { return folder.read("stderr"); }
 

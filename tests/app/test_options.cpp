@@ -12,6 +12,8 @@ namespace {
 using app::Place;
 using app::Shot;
 
+constexpr uint16_t kPaper = 0x18C3;  // of the playlists' pages
+
 // A display that has room for both sizes.
 class DisplayOptions : public app::OptionsPages {
 protected:
@@ -154,4 +156,33 @@ TEST_F(DisplayOptions, ResolutionFiltersAndBoxes_AreThereAfterARestart) {
     stage.tap(XK_z);
     expectSize(1280, 720);
     EXPECT_EQ(stage.closeWindow(), 1);
+}
+
+// The menu stands in the middle of the new size and answers there; nothing of it is left behind the
+// screen that follows.
+TEST_F(DisplayOptions, AfterAnotherResolution_HomeAnswersWhereItStands) {
+    stage.startAtHome();
+    openOptions();
+    click({180, 60});
+    left = 192;
+    top = 204;
+    awaitPage0();
+    click({600, 380});
+    expectSize(1024, 768);
+    stage.await([](const Shot& shot) { return app::homeSelection(shot) == 0; },
+                "home in the middle");
+    stage.click(left + 400, top + 130);  // EDIT
+    const auto onlyItsPage = [this](const Shot& shot) {
+        return shot.at(left + 300, top + 350) == kPaper &&
+               app::countOf(shot, {0, 0, 1024, top}, 0) == 1024 * top &&
+               app::countOf(shot, {0, top + 360, 1024, 204}, 0) == 1024 * 204 &&
+               app::countOf(shot, {0, top, left, 360}, 0) == left * 360 &&
+               app::countOf(shot, {left + 640, top, 192, 360}, 0) == 192 * 360;
+    };
+    stage.await(onlyItsPage, "the playlists alone");
+    stage.tap(XK_z);
+    stage.await([](const Shot& shot) { return app::homeSelection(shot) == 0; }, "home again");
+    stage.pointerTo(left + 420, top + 230);  // QUIT
+    stage.mouseDown();
+    EXPECT_EQ(stage.waitExit(), 1);
 }

@@ -32,7 +32,6 @@ void WildHands::start() {
     stage_.folder.writePlaylists();
     down_.clear();
     stage_.startAtHome();
-    startWindow_ = stage_.window();
 }
 
 void WildHands::clickPicture(int x, int y) {
@@ -118,8 +117,9 @@ void WildHands::letGo() {
 }
 
 int WildHands::homeSelection() {
-    return app::homeSelection(stage_.look(), app::pictureX(startWindow_.width),
-                              app::pictureY(startWindow_.height));
+    const app::WindowPlace window = stage_.window();
+    return app::homeSelection(stage_.look(), app::pictureX(window.width),
+                              app::pictureY(window.height));
 }
 
 // One round of all the ways out; those of other screens do nothing here, or are taken back.

@@ -47,7 +47,6 @@ private:
     app::Stage& stage_;
     std::mt19937 random_;
     std::vector<unsigned long> down_;
-    app::WindowPlace startWindow_ = {};  // which home keeps to, whatever the options choose
     int events_ = 0;
     int ends_ = 0;
 };
