@@ -204,8 +204,17 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
     // than 360 lines lies higher in memory than the mixer's top slot.
     // [quirk_low_clip_moves_top_layer]
     uint16_t* const out = moxelTiles16 + layer * pixelCount;
+    // Deliberate: the levels of a tile are written with its pixels and only while they are wanted.
+    // On a change to this mode, tiles that stay as they are keep the levels of before until a block
+    // begins; writing all of them at the key would change the picture at once, where now it comes
+    // tile by tile. [quirk_alpha_comes_within_a_block]
     uint8_t* const alphaOut = mode == MODE_KEY && layer == 1 ? moxelAlpha16 : nullptr;
     clip::fast::TilePainter painter({out, alphaOut, palette});
+    // Deliberate: what was drawn last is the clip's, on whichever layer that was, and a change of
+    // mode or deck does not make it draw everything. On a layer that shows another picture, the
+    // tiles in which this clip stands still keep that picture until a block begins: 16 frames at
+    // the most, and as long as the layers are held. Drawn whole at the key, the picture would
+    // change at once, where now it comes tile by tile. [quirk_mode_change_leaves_tiles_for_a_block]
     FrameJob job{
         .map = map,
         .codes = blockCodes[currentBlock].get() + frameInBlock * clip::codeWordsFor(tileCount),

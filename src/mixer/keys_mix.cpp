@@ -32,6 +32,11 @@ MixLayer& activeLayer() {
     return mix->layer[mix->activeLayer];
 }
 
+// Deliberate: frame 0 draws the changed layer whole, and nothing makes the other layer do the same.
+// When both had one deck, its clip was drawn on the top layer alone: the bottom one then keeps
+// tiles of the picture before until a block of its clip begins, under Space not before Space is let
+// go.
+// [quirk_deck_change_under_space_leaves_the_other_layer]
 void showDeck(int deck) {
     MixLayer& layer = activeLayer();
     layer.deck = deck;
@@ -154,6 +159,10 @@ void holdLayers(const c_keys& input) {
     mix->hold = input.held(KEY_SPACE) || input.held(PAD_HOLD) ? 1 : 0;
 }
 
+// Deliberate: the list is opened by pad with hold down, and what holds the layers is not looked at
+// while the list is open. So the picture stands until the list is closed, let go or not; the same
+// with Return under Space. Closed with both buttons down, the list opens again.
+// [quirk_list_opened_by_pad_holds_the_picture]
 void openOverMenu(const c_keys& input) {
     if (input.pressed(KEY_RETURN) || (input.heldOn(PAD_HOLD) && input.held(PAD_SHOW_UI))) {
         all->subState = SUB_OVERMENU;
@@ -174,6 +183,11 @@ int wrapFrame(int frame, int frameCount) {
 }
 
 // A clip that is still loading has no frames to go through yet.
+//
+// Deliberate: a drag goes on over a change of deck and puts the new clip at the drag's own frame,
+// so that its frame 0, which would draw it whole, does not show: tiles in which it stands still
+// keep the clip before until the drag comes to the beginning of a block, or the clip after the
+// drag. [quirk_deck_change_under_a_scrub_leaves_tiles]
 void scrub(c_keys& input) {
     const c_moxel& clip = moxel[activeLayer().deck];
     if (mix->filterKeyHeld != 0 || clip.state != CLIP_READY) {
