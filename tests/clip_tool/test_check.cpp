@@ -296,7 +296,7 @@ protected:
         write("userdata/gamecontroller.xml",
               kStart + buttons(std::vector<std::string>(14, "99")) + "</all>\n");
         fs::create_directories("videos/sub");
-        const std::vector<uint8_t> clip = pictures::encode({pictures::flat(8, 3)});
+        const std::vector<uint8_t> clip = pictures::encode({pictures::flat(360, 3)});
         maker::writeWholeFile("videos/a.m19", clip);
         maker::writeWholeFile("videos/sub/b.m19", clip);
     }
@@ -361,6 +361,28 @@ TEST_F(Set, OlderClips_AreNoted) {
     const maker::SetReport report = maker::checkSet(".");
     ASSERT_EQ(report.findings.all().size(), 1u);
     EXPECT_EQ(report.findings.all()[0].text, "is of an older version, which does not play");
+}
+
+// The last 2 x height - 360 lines show, which are none up to 180 lines.
+TEST_F(Set, LowClips_AreNoted) {
+    for (const int height : {8, 176, 184, 352}) {
+        maker::writeWholeFile("videos/" + std::to_string(height) + ".m19",
+                              pictures::encode({pictures::flat(height, 3)}));
+    }
+    setPlaylists(playlistText("one", {"8.m19", "176.m19", "184.m19", "352.m19", "8.m19"}) +
+                 playlistText("two", {"a.m19", "sub/b.m19", "184.m19"}));
+    const maker::SetReport report = maker::checkSet(".");
+    const std::vector<Finding>& found = report.findings.all();
+    ASSERT_EQ(found.size(), 5u);
+    EXPECT_EQ(report.findings.problems(), 0);
+    const std::string tail = " lines high, not 360: on the top layer ";
+    EXPECT_EQ(found[0].where, "one");
+    EXPECT_EQ(found[0].text, "'8.m19' is 8" + tail + "nothing of it shows");
+    EXPECT_EQ(found[1].text, "'176.m19' is 176" + tail + "nothing of it shows");
+    EXPECT_EQ(found[2].text, "'184.m19' is 184" + tail + "only its last 8 lines show");
+    EXPECT_EQ(found[3].text, "'352.m19' is 352" + tail + "only its last 344 lines show");
+    EXPECT_EQ(found[4].where, "two");
+    EXPECT_EQ(found[4].text, found[2].text);
 }
 
 // The end of the file is gone: the program reads 50 playlists, most of them nothing.

@@ -7,10 +7,11 @@ namespace {
 
 class CheckCommand : public Commands {};
 
-void makeSet(const fs::path& folder, const std::string& tracks) {
+void makeSet(const fs::path& folder, const std::string& tracks,
+             const std::string& clip = "runs-360.m19") {
     fs::create_directories(folder / "videos");
     fs::create_directories(folder / "userdata");
-    fs::copy_file(TEST_DATA "/clips/flat-200.m19", folder / "videos/flat.m19");
+    fs::copy_file(TEST_DATA "/clips/" + clip, folder / "videos/flat.m19");
     std::ofstream(folder / "userdata/playlists.xml")
         << "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n\t<playlist>\n"
            "\t\t<name>set</name>\n"
@@ -23,6 +24,7 @@ TEST_F(CheckCommand, GoodSet_EndsWithZero) {
     EXPECT_EQ(outcome.status, 0) << outcome.out;
     EXPECT_EQ(outcome.err, "");
     EXPECT_NE(outcome.out.find("No problems"), std::string::npos) << outcome.out;
+    EXPECT_EQ(outcome.out.find("lines high"), std::string::npos) << outcome.out;
 }
 
 TEST_F(CheckCommand, MissingClip_EndsWithOne) {
@@ -37,6 +39,22 @@ TEST_F(CheckCommand, MissingClip_EndsWithOne) {
     EXPECT_EQ(report.at("ok"), false);
     EXPECT_EQ(report.at("problems").at(0).at("where"), "set");
     EXPECT_EQ(report.at("playlists").at(0).at("ready"), 1);
+}
+
+TEST_F(CheckCommand, LowClip_IsANoteAndEndsWithZero) {
+    makeSet(".", "\t\t<track>flat.m19</track>\n", "flat-200.m19");
+    const Outcome text = tool("check");
+    EXPECT_EQ(text.status, 0) << text.out;
+    EXPECT_NE(text.out.find("  set: 'flat.m19' is 200 lines high, not 360: on the top layer only "
+                            "its last 40 lines show\n"),
+              std::string::npos)
+        << text.out;
+    const nlohmann::json report = nlohmann::json::parse(tool("check --json").out);
+    EXPECT_EQ(report.at("ok"), true);
+    EXPECT_EQ(report.at("notes").at(0).at("where"), "set");
+    EXPECT_EQ(report.at("notes").at(0).at("text"),
+              "'flat.m19' is 200 lines high, not 360: on the top layer only its last 40 lines "
+              "show");
 }
 
 TEST_F(CheckCommand, NoFolder_IsOneLine) {

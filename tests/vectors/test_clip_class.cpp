@@ -172,6 +172,19 @@ TEST(LowClip, quirk_low_clip_moves_top_layer) {
     EXPECT_EQ(std::count(begin + 256000, stage.tiles.end(), kMark), 460800 - 256000);
 }
 
+// What the mixer sees of it: lines 160 to 199 at the top of its slot, and nothing more.
+TEST(LowClip, OnTheTopLayer_OnlyItsLastLinesShow) {
+    ClipStage stage(TEST_DATA "/clips");
+    load(stage, "flat-200.m19");
+    stage.clip->renderMoxel19(0, 0, MODE_TOP);
+    const std::vector<uint16_t> whole(stage.tiles.begin(), stage.tiles.begin() + 200 * 640);
+    std::fill(stage.tiles.begin(), stage.tiles.end(), kMark);
+    stage.clip->renderMoxel19(1, 0, MODE_TOP);
+    const auto slot = stage.tiles.begin() + 360 * 640;
+    EXPECT_TRUE(std::equal(slot, slot + 40 * 640, whole.begin() + 160 * 640));
+    EXPECT_EQ(std::count(slot + 40 * 640, stage.tiles.end(), kMark), 320 * 640);
+}
+
 TEST(Loading, WrongVersion_IsRefusedSilently) {
     ClipStage stage(TEST_DATA "/broken");
     testing::internal::CaptureStdout();

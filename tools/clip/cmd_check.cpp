@@ -38,10 +38,10 @@ void addCheck(CLI::App& app, int& status) {
         ->option_text("FOLDER");
     command->add_flag("--json", options->json, "as a JSON object");
     command->footer(
-        "Looks for clips that are missing or broken, values in the user's files that Velmora\n"
-        "would ignore or misread, names that are too long, and clips that no playlist names;\n"
-        "tells how long each playlist loads. The exit status is 1 when something would go wrong\n"
-        "on stage; notes alone leave it 0.");
+        "Looks for clips that are missing or broken, clips too low for the top layer, values in\n"
+        "the user's files that Velmora would ignore or misread, names that are too long, and\n"
+        "clips that no playlist names; tells how long each playlist loads. The exit status is 1\n"
+        "when something would go wrong on stage; notes alone leave it 0.");
     command->callback([options, &status] { status = check(*options) ? kExitOk : kExitFailed; });
 }
 

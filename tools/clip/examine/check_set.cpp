@@ -47,6 +47,7 @@ private:
     const TrackReport& track(const std::string& path);
     void checkPlaylist(const PlaylistText& text);
     void checkTracks(const PlaylistReport& playlist);
+    void checkHeight(const std::string& playlist, const TrackReport& track);
     std::string missingText(const std::string& path) const;
     void findUnnamed();
 
@@ -88,6 +89,21 @@ std::string SetChecker::missingText(const std::string& path) const {
     return inQuotes(path) + " is missing";
 }
 
+// The top layer of a clip begins at the clip's own size in memory, the mixer's at the picture's: a
+// low clip is moved up by the lines that it lacks.
+void SetChecker::checkHeight(const std::string& playlist, const TrackReport& track) {
+    const int height = track.clip.header.height;
+    if (height >= kFrameHeight) {
+        return;
+    }
+    const int shown = height - (kFrameHeight - height);
+    report_.findings.note(
+        playlist, inQuotes(track.path) + " is " + std::to_string(height) + " lines high, not " +
+                      std::to_string(kFrameHeight) + ": on the top layer " +
+                      (shown > 0 ? "only its last " + std::to_string(shown) + " lines show"
+                                 : "nothing of it shows"));
+}
+
 void SetChecker::checkTracks(const PlaylistReport& playlist) {
     std::set<std::string> seen;
     int playable = 0;
@@ -105,6 +121,9 @@ void SetChecker::checkTracks(const PlaylistReport& playlist) {
             report_.findings.problem(playlist.name, label + "is " + verdictText(track.clip));
         } else if (track.clip.slow() || !track.clip.verdict.ok) {
             report_.findings.note(playlist.name, label + verdictText(track.clip));
+        }
+        if (track.there && track.clip.plays()) {
+            checkHeight(playlist.name, track);
         }
     }
     if (playable > kClipSlots) {
