@@ -43,7 +43,7 @@ public:
     void killRAM();
     void destroy();
     void resetBMap() {}  // does nothing
-    void refresh() {}    // does nothing: the changed deck redraws itself through its own map
+    void refresh() {}    // does nothing: a deck that is changed starts whole, with its first frame
 
     // Draws `frame` (below frameCount; state must be 3) into layer `layer` of moxelTiles16 and, for
     // layer 1 in mixing mode 3, its alpha into moxelAlpha16. Only tiles that differ from the frame
