@@ -227,6 +227,19 @@ TEST_F(MainLoop, FrameRate_ShownInTheMixWithThePreference) {
     EXPECT_GT(countPixels(expected.get(), 0, 0, 100, 100, 0xFFFF), 10);
 }
 
+TEST_F(MainLoop, FrameRate_ShownOverTheOverMenuToo) {
+    all->state = STATE_MIX;
+    all->subState = SUB_OVERMENU;
+    addFamille("one");
+    runFrame();
+    runFrame();
+    const Picture expected = copyOf(screen[1]);
+    Lettering().paint(expected.get(), "25", 20, 20, 0xFFFFFF, 1);
+    _options->fps = 1;
+    runFrame();
+    EXPECT_TRUE(samePixels(screen[1], expected.get()));
+}
+
 TEST_F(MainLoop, FrameRate_NotShownWithoutThePreference) {
     all->state = STATE_MIX;
     all->subState = SUB_PERFORMING;
