@@ -1,5 +1,7 @@
 #include "state/scripted_sdl.h"
 
+#include <cstdio>
+
 namespace {
 
 ScriptedSdl script;
@@ -170,6 +172,9 @@ SDL_Surface* SDL_SetVideoMode(int width, int height, int depth, Uint32 flags) {
     script.calls.push_back("SDL_SetVideoMode " + std::to_string(width) + " " +
                            std::to_string(height) + " " + std::to_string(depth) + " " +
                            std::to_string(flags));
+    if (script.modesPrinted) {
+        printf("mode %d x %d\n", width, height);
+    }
     if (!script.refusals.empty()) {
         const bool refused = script.refusals.front();
         script.refusals.pop_front();

@@ -34,6 +34,8 @@ struct ScriptedSdl {
     int displayDepth = 16;                         // 16 or 32 bits, for a mode of depth 0
     int padding = 0;                               // bytes after each row of the next mode
     std::deque<bool> refusals;                     // for the next mode calls: true is refused
+    bool modesPrinted = false;                     // a mode call prints "mode W x H", which shows
+                                                   // it among the lines of the program
     SDL_EventFilter filter = nullptr;              // set by the program
     std::deque<SDL_Event> queue;                   // SDL's own
 

@@ -107,6 +107,19 @@ TEST_F(Display, FullScreenRefused_FallbackWithoutTheChange) {
     EXPECT_FALSE(isFullScreen());
 }
 
+TEST_F(Display, Refused_FallbackIsOpenedBeforeTheLinesArePrinted) {
+    scripted().modesPrinted = true;
+    scripted().refusals = {true};
+    all->applyResolution(1024, 768);
+    EXPECT_EQ(
+        printedBy(updateResolution),
+        std::string("mode 1024 x 768\nmode 0 x 0\nCould not set the new resolution\n") + kAdvice);
+    scripted().refusals = {true};
+    EXPECT_EQ(
+        printedBy(toggleFullScreen),
+        std::string("mode 1024 x 768\nmode 0 x 0\nCould not set full screen window\n") + kAdvice);
+}
+
 // Standard output goes where the death test looks.
 void refuseAll(void (*change)()) {
     dup2(STDERR_FILENO, STDOUT_FILENO);

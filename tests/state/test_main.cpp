@@ -1,7 +1,6 @@
 // The program from start to end: order of the start-up, what it prints, its failures.
+#include "state/real_main.h"
 #include "state/stage.h"
-
-int velmoraMain(int argc, char** argv);
 
 namespace {
 
@@ -25,6 +24,8 @@ protected:
         resetScript();
     }
 
+    static void SetUpTestSuite() { seedsBeforeMain_ = firstSeed().calls; }
+
     // Runs until the window is closed in the first frame.
     void run() {
         scripted().events = {plainEvent(SDL_QUIT)};
@@ -37,6 +38,7 @@ protected:
         return output_.compare(0, start.size(), start) == 0;
     }
 
+    inline static int seedsBeforeMain_ = 0;
     TemporaryFolder folder_;
     std::string output_;
     int status_ = -1;
@@ -55,6 +57,15 @@ TEST_F(Main, Start_CallsInOrder) {
                                     "SDL_ShowCursor 1",
                                     "SDL_Quit",
                                 }));
+}
+
+// Every run has its own snow: the seed is the time in seconds, taken before main() runs.
+TEST_F(Main, RandomNumbers_SeededOnceFromTheTimeBeforeTheStart) {
+    EXPECT_EQ(seedsBeforeMain_, 1);
+    EXPECT_LE(firstSeed().seed, static_cast<unsigned>(firstSeed().at));
+    EXPECT_GE(firstSeed().seed + 1, static_cast<unsigned>(firstSeed().at));
+    run();
+    EXPECT_EQ(firstSeed().calls, seedsBeforeMain_);
 }
 
 TEST_F(Main, Start_LeavesTheGlobalsSet) {
