@@ -98,6 +98,35 @@ TEST_F(Intro, WithoutLogo_CountsAllTheSame) {
     EXPECT_EQ(countPixels(screen[0], 0, 0, 1280, 720, 0), 1280 * 720);
 }
 
+// Rows of 1280 pixels and 32 more that belong to no row: lit, so that a change would show.
+TEST_F(Intro, RowsWithPadding_EffectOnThePixelsAlone) {
+    constexpr int kRow = 1312;
+    constexpr uint16_t kLit = 0x8410;
+    std::vector<uint16_t> memory(size_t{kRow} * 720, kLit);
+    const Picture padded(SDL_CreateRGBSurfaceFrom(memory.data(), 1280, 720, 16, kRow * 2, 0xF800,
+                                                  0x07E0, 0x001F, 0));
+    fillAll(padded.get(), 0);
+    const Picture expected = newPicture(1280, 720);
+    for (const int y : {0, 1, 359, 719}) {
+        setPixel(padded.get(), 0, y, kLit);
+        setPixel(expected.get(), 0, y, kLit);
+        setPixel(padded.get(), 1279, y, kLit);
+        setPixel(expected.get(), 1279, y, kLit);
+    }
+    _intro->counter = 19;  // darker by 4 and 8: what is lit stays lit
+    for (const int left : {18, 17}) {
+        _intro->draw(padded.get());
+        nextExpected(expected.get(), left, 480, 240);
+        EXPECT_TRUE(samePixels(padded.get(), expected.get())) << left;
+    }
+    for (size_t y = 0; y < 720; ++y) {
+        EXPECT_EQ(std::count(memory.begin() + static_cast<long>(y * kRow + 1280),
+                             memory.begin() + static_cast<long>((y + 1) * kRow), kLit),
+                  32)
+            << y;
+    }
+}
+
 class IntroComposite : public StageTest {
 protected:
     IntroComposite() : StageTest(720, 480) {}

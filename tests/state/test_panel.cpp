@@ -48,7 +48,17 @@ private:
     Lettering lettering_;
 };
 
+constexpr Layout kPalLayout = {421, 120, 50, 486, 0, 155, 50, 50, 55, 421, 486};
+constexpr Layout k768Layout = {608, 210, 60, 678, 1, 250, 100, 60, 110, 608, 678};
+
 constexpr uint16_t kBlue = 0x5D9F;  // 0x59B1FF
+
+// Decks and the whole pixels that each has of the layer boxes, 210 and 120 wide.
+struct DeckWidth {
+    int decks, hdmi, composite;
+};
+constexpr DeckWidth kDeckWidths[] = {{4, 52, 30}, {5, 42, 24}, {8, 26, 15}, {11, 19, 10},
+                                     {16, 13, 7}, {23, 9, 5},  {37, 5, 3},  {50, 4, 2}};
 
 class PanelTest : public StageTest {
 protected:
@@ -141,6 +151,28 @@ protected:
         }
     }
 
+    // Each deck on the top layer, with the deck opposite on the bottom layer.
+    void deckBarsAreDrawn(int decks, int width) {
+        mix->nbDecks = decks;
+        for (int deck = 0; deck < decks; ++deck) {
+            SCOPED_TRACE(deck);
+            const int opposite = decks - 1 - deck;
+            pretendClip(deck, 10);
+            pretendClip(opposite, 10);
+            mix->layer[1] = {deck, 0, PLAY_FORWARD};
+            mix->layer[0] = {opposite, 0, PLAY_FORWARD};
+            mix->drawUI();
+            expectDeckBar(layout_.top, 30 + deck * width, width);
+            expectDeckBar(layout_.bottomBox, 30 + opposite * width, width);
+        }
+    }
+    // White from x on, for `width` pixels of the box's last four rows, and nowhere else in them.
+    void expectDeckBar(int box, int x, int width) {
+        const int y = box + layout_.boxHeight - 4;
+        EXPECT_EQ(countPixels(screen[1], x, y, width, 4, 0xFFFF), width * 4);
+        EXPECT_EQ(countPixels(screen[1], 30, y, layout_.boxWidth, 4, 0xFFFF), width * 4);
+    }
+
     const Layout& layout_;
 };
 
@@ -167,6 +199,44 @@ TEST_F(Panel, FilterLetterHeld_GridOfBothLayersInsteadOfButtons) {
 }
 TEST_F(CompositePanel, FilterLetterHeld_GridOfBothLayersInsteadOfButtons) {
     gridIsDrawn(305);
+}
+
+// A deck's place is whole pixels times its number, so rounding leaves a rest at the right end.
+TEST_F(Panel, DeckBars_FourToFiftyDecks) {
+    for (const DeckWidth& each : kDeckWidths) {
+        SCOPED_TRACE(each.decks);
+        deckBarsAreDrawn(each.decks, each.hdmi);
+    }
+}
+TEST_F(CompositePanel, DeckBars_FourToFiftyDecks) {
+    for (const DeckWidth& each : kDeckWidths) {
+        SCOPED_TRACE(each.decks);
+        deckBarsAreDrawn(each.decks, each.composite);
+    }
+}
+
+class PalPanel : public PanelTest {
+protected:
+    PalPanel() : PanelTest(kPalLayout, 720, 576) {}
+};
+
+class Panel768 : public PanelTest {
+protected:
+    Panel768() : PanelTest(k768Layout, 1280, 720) {
+        all->applyResolution(1024, 768);
+        updateResolution();
+        fillAll(screen[1], kGround);
+    }
+};
+
+// 576 - 155 and 768 - 160; the frame rate 15 pixels and the gap above.
+TEST_F(PalPanel, Place_ByTheSurfacesLowerEdge) {
+    modeButtonsAreDrawn(401);
+    EXPECT_EQ(mix->uiY, 421);
+}
+TEST_F(Panel768, Place_ByTheSurfacesLowerEdge) {
+    modeButtonsAreDrawn(583);
+    EXPECT_EQ(mix->uiY, 608);
 }
 
 TEST_F(Panel, Hidden_DrawsNothingAtAll) {
