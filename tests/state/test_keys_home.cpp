@@ -107,6 +107,26 @@ TEST_F(KeysHome, ConfirmEdit_ResetsBothLists) {
     EXPECT_TRUE(scripted().cursorCalls.empty());
 }
 
+TEST_F(KeysHome, ClickEdit_ResetsBothLists) {
+    for (int f = 0; f < 20; ++f) {
+        addFamille("f", std::vector<std::string>(f == 3 ? 30u : 1u, "a.m19"));
+    }
+    playlist->editFamille = 3;
+    for (auto& list : playlist->scroll) {
+        list.pos = 5;
+        list.active = 1;
+        list.count = 7;
+    }
+    click(420, 100);
+    EXPECT_EQ(all->state, STATE_PLAYLISTS);
+    EXPECT_EQ(playlist->scroll[0].pos, 0);
+    EXPECT_EQ(playlist->scroll[0].active, 0);
+    EXPECT_EQ(playlist->scroll[0].count, 20);
+    EXPECT_EQ(playlist->scroll[1].pos, 0);
+    EXPECT_EQ(playlist->scroll[1].active, 0);
+    EXPECT_EQ(playlist->scroll[1].count, 30);
+}
+
 TEST_F(KeysHome, ConfirmOptions_FirstPage) {
     _options->page = 1;
     confirm(HOME_OPTIONS);

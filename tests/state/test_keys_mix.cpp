@@ -59,6 +59,18 @@ TEST_F(KeysMix, DeckChange_OnTheActiveLayerOnly) {
     EXPECT_EQ(mix->layer[1].frame, 7);
 }
 
+TEST_F(KeysMix, DeckChange_LeavesDirectionAndHold) {
+    for (const int slot : {KEY_LEFT, KEY_RIGHT, PAD_LEFT, PAD_RIGHT}) {
+        mix->layer[1] = {2, 7, PLAY_BACKWARD};
+        act({slot}, {KEY_SPACE});
+        EXPECT_EQ(mix->layer[1].frame, 0) << slot;
+        EXPECT_EQ(mix->layer[1].direction, PLAY_BACKWARD) << slot;
+        EXPECT_EQ(mix->hold, 1) << slot;
+        mix->lecture();
+        EXPECT_EQ(mix->layer[1].frame, 0) << slot;
+    }
+}
+
 TEST_F(KeysMix, LeftAndRight_BackWhereItWas) {
     mix->layer[1].deck = 0;
     act({KEY_LEFT, KEY_RIGHT});

@@ -135,6 +135,41 @@ TEST_F(KeysMixScrub, ActiveLayer_IsScrubbed) {
     EXPECT_EQ(mix->layer[1].frame, 8);
 }
 
+// The top layer plays 30 frames, the bottom one 7: 8 + 24 = 32 = 30 + 2 and 3 + 6 = 9 = 7 + 2.
+TEST_F(KeysMixScrub, EachLayer_WrapsAtTheEndOfItsOwnClip) {
+    pretendClip(3, 30);
+    pretendClip(2, 7);
+    mix->layer[1] = {3, 8, PLAY_FORWARD};
+    mix->layer[0] = {2, 3, PLAY_FORWARD};
+    clickAt(100, 200);
+    dragTo(220);
+    EXPECT_EQ(mix->layer[1].frame, 2);
+    EXPECT_EQ(mix->layer[0].frame, 3);
+    dragTo(55);  // 9 frames back
+    EXPECT_EQ(mix->layer[1].frame, 29);
+    release();
+    mix->activeLayer = 0;
+    clickAt(100, 200);
+    dragTo(130);
+    EXPECT_EQ(mix->layer[0].frame, 2);
+    EXPECT_EQ(mix->layer[1].frame, 29);
+    dragTo(80);  // 4 frames back
+    EXPECT_EQ(mix->layer[0].frame, 6);
+}
+
+TEST_F(KeysMixScrub, ReleaseUnderAHeldFilterLetter_EndsTheScrub) {
+    clickAt(300, 200);
+    setKeys({}, {24});
+    dragTo(320);
+    ASSERT_EQ(mix->scrubbing, 1);
+    release();
+    EXPECT_EQ(mix->filterKeyHeld, 2);
+    EXPECT_EQ(mix->scrubbing, 0);
+    setKeys({});
+    dragTo(400);
+    EXPECT_EQ(mix->layer[1].frame, 8);
+}
+
 TEST_F(KeysMixScrub, FilterLetterHeld_NoScrub) {
     setKeys({}, {24});
     clickAt(300, 200);

@@ -47,6 +47,37 @@ TEST_F(KeysOverMenu, Load_StartsTheSelectedPlaylist) {
     }
 }
 
+// The mix starts over, the filters stay as the performer left them.
+TEST_F(KeysOverMenu, Load_LeavesTheFilters) {
+    for (int slot = 0; slot < kFilterSlots; ++slot) {
+        _filters->slots[0][slot] = {slot, slot % 4, slot % 2, 100 + slot};
+        _filters->slots[1][slot] = {9 - slot, 3 - slot % 4, 1 - slot % 2, 200 + slot};
+    }
+    _filters->selected = 7;
+    overMenu->selected = 1;
+    act({KEY_X});
+    printedBy([] {
+        for (int steps = 0; playlist->loading != 0 && steps < 100; ++steps) {
+            runFrame();
+        }
+    });
+    ASSERT_EQ(playlist->loadSlot, 2);
+    for (int slot = 0; slot < kFilterSlots; ++slot) {
+        SCOPED_TRACE(slot);
+        const FilterSlot& bottom = _filters->slots[0][slot];
+        const FilterSlot& top = _filters->slots[1][slot];
+        EXPECT_EQ(bottom.id, slot);
+        EXPECT_EQ(bottom.dir, slot % 4);
+        EXPECT_EQ(bottom.on, slot % 2);
+        EXPECT_EQ(top.id, 9 - slot);
+        EXPECT_EQ(top.dir, 3 - slot % 4);
+        EXPECT_EQ(top.on, 1 - slot % 2);
+    }
+    EXPECT_EQ(_filters->slots[0][4].coef, 104);
+    EXPECT_EQ(_filters->slots[1][4].coef, 204);
+    EXPECT_EQ(_filters->selected, 7);
+}
+
 TEST_F(KeysOverMenu, LoadWithoutPlaylists_EndsAtOnce) {
     playlist->nbFamilles = 0;
     playlist->familles[0].nbTracks = 0;
@@ -74,6 +105,15 @@ TEST_F(KeysOverMenu, Down_StopsAtTheLast) {
             act({slot});
             EXPECT_EQ(overMenu->selected, expected);
         }
+    }
+}
+
+TEST_F(KeysOverMenu, WithoutPlaylists_SelectionStaysAt0) {
+    playlist->nbFamilles = 0;
+    for (const int slot : {KEY_DOWN, PAD_DOWN, KEY_UP, PAD_UP}) {
+        overMenu->selected = 0;
+        act({slot});
+        EXPECT_EQ(overMenu->selected, 0) << slot;
     }
 }
 

@@ -249,6 +249,30 @@ TEST_F(KeysSample, Queue_DrainedInOrder) {
     EXPECT_EQ(keys->keyDown, 1);
 }
 
+// Middle and right do what left does.
+TEST_F(KeysSample, OtherButtons_ClickAndHoldLikeTheLeftOne) {
+    for (const int button : {SDL_BUTTON_MIDDLE, SDL_BUTTON_RIGHT}) {
+        SDL_Event down = mouseButton(SDL_MOUSEBUTTONDOWN, 400, 300);
+        down.button.button = static_cast<uint8_t>(button);
+        post(mouseMoved(0, 0));
+        post(down);
+        sample();
+        EXPECT_EQ(keys->mouseClick, 1) << button;
+        EXPECT_EQ(keys->mouseHeld, 0) << button;
+        EXPECT_EQ(keys->mouseX, 80) << button;
+        EXPECT_EQ(keys->mouseY, 120) << button;
+        sample();
+        EXPECT_EQ(keys->mouseClick, 0) << button;
+        EXPECT_EQ(keys->mouseHeld, 1) << button;
+        SDL_Event up = mouseButton(SDL_MOUSEBUTTONUP, 400, 300);
+        up.button.button = static_cast<uint8_t>(button);
+        post(up);
+        sample();
+        EXPECT_EQ(keys->mouseClick, 0) << button;
+        EXPECT_EQ(keys->mouseHeld, 0) << button;
+    }
+}
+
 TEST_F(KeysSample, Quit_EndsInTheSameFrame) {
     post(plainEvent(SDL_QUIT));
     sample();
