@@ -32,6 +32,17 @@ TEST_F(PlaylistFamilles, RemoveLast_NothingShiftsAndRecordIsBlanked) {
     EXPECT_EQ(unused.tracks[3].path, "");
 }
 
+// The paths of the record that falls out of use are blanked, its name stays.
+TEST_F(PlaylistFamilles, Remove_UnusedRecordKeepsItsName) {
+    playlist->removeFamille(0);
+    EXPECT_EQ(playlist->familles[2].name, "C");
+    EXPECT_EQ(playlist->familles[2].tracks[0].path, "m2x/none");
+    playlist->removeFamille(1);
+    EXPECT_EQ(playlist->familles[1].name, "C");
+    EXPECT_EQ(playlist->familles[2].name, "C");
+    EXPECT_EQ(familleNames(), Names{"B"});
+}
+
 TEST_F(PlaylistFamilles, RemoveFirst_OthersMoveUpWithTheirTracks) {
     playlist->removeFamille(0);
     EXPECT_EQ(familleNames(), (Names{"B", "C"}));

@@ -130,6 +130,42 @@ TEST_F(PlaylistLoadEnd, ClearMix_FreesEverySlotAndStops) {
     EXPECT_EQ(slotsWithMemory(), 0);
 }
 
+// A slot of another version tells whether it was freed: its drawn map would go.
+void pretendOldClip(int slot) {
+    pretendClip(slot, 20);
+    moxel[slot].version = 18;
+    moxel[slot].name = "old.m19";
+    moxel[slot].prevMap.assign(5, uint16_t{9});
+}
+
+TEST_F(PlaylistLoadEnd, ClearMix_LastSlotAndSlotsWithoutMemory) {
+    loadClip(49, "a.m19");
+    pretendOldClip(7);
+    playlist->clearMix();
+    EXPECT_EQ(moxel[49].hasRAM, 0);
+    EXPECT_EQ(moxel[49].state, CLIP_LOADING);
+    EXPECT_EQ(moxel[49].blockRecords[0], nullptr);
+    EXPECT_EQ(moxel[7].state, CLIP_LOADING);
+    EXPECT_EQ(moxel[7].prevMap.size(), 5u);
+    pretendClip(49, 20);
+    playlist->clearMix();
+    EXPECT_EQ(slotsReady(), 0);
+}
+
+TEST_F(PlaylistLoadEnd, InitLoad_LastSlotAndSlotsWithoutMemory) {
+    addFamille("set", {"a.m19"});
+    loadClip(49, "a.m19");
+    pretendOldClip(7);
+    EXPECT_EQ(printedBy([] { playlist->initLoad(0); }), "- - - destroy\1\n");
+    EXPECT_EQ(moxel[49].hasRAM, 0);
+    EXPECT_EQ(moxel[49].state, CLIP_LOADING);
+    EXPECT_EQ(moxel[49].name, "");
+    EXPECT_EQ(moxel[49].path, "");
+    EXPECT_EQ(moxel[7].state, CLIP_READY);
+    EXPECT_EQ(moxel[7].name, "old.m19");
+    EXPECT_EQ(moxel[7].prevMap.size(), 5u);
+}
+
 TEST_F(PlaylistLoadEnd, AnotherPlaylistWhileLoading_StartsAfreshAtSlot0) {
     placeClip("flat-200.m19", "flat.m19");
     addFamille("first", {"a.m19", "a.m19", "a.m19"});

@@ -100,6 +100,23 @@ TEST_F(PlaylistModel, ScanOf51Tracks_LastOneIsJudgedToo) {
     EXPECT_EQ(playlist->familles[0].tracks[50].missing, 1);
 }
 
+// A header stays in the slot of the track's number until the next playlist's track of that number.
+TEST_F(PlaylistModel, Scan_ReadsTrackNThroughSlotN) {
+    placeClip("one-frame-8.m19", "one.m19");
+    placeClip("seventeen-200.m19", "seventeen.m19");
+    placeClip("long-256.m19", "long.m19");
+    addFamille("first", {"one.m19", "seventeen.m19", "gone.m19", "long.m19"});
+    playlist->scanFamilles();
+    EXPECT_EQ(moxel[0].frameCount, 1);
+    EXPECT_EQ(moxel[1].frameCount, 17);
+    EXPECT_EQ(moxel[2].frameCount, 0);
+    EXPECT_EQ(moxel[3].frameCount, 256);
+    addFamille("second", {"long.m19"});
+    playlist->scanFamilles();
+    EXPECT_EQ(moxel[0].frameCount, 256);
+    EXPECT_EQ(moxel[1].frameCount, 17);
+}
+
 TEST_F(PlaylistModel, CreateNew_AppendsWithoutTracksAndSaves) {
     addFamille("first", {"a.m19"});
     playlist->familles[1].nbTracks = 5;
