@@ -31,6 +31,23 @@ TEST_F(Filters, AfterInit_EveryQueryAnswersOff) {
     EXPECT_EQ(_filters->selected, 0);
 }
 
+TEST_F(Filters, Init_ClearsEveryFieldOfEverySlot) {
+    for (auto& layerSlots : _filters->slots) {
+        for (FilterSlot& slot : layerSlots) {
+            slot = {FILTER_SCROLL, 3, 1, 638};
+        }
+    }
+    _filters->initFilters();
+    for (const auto& layerSlots : _filters->slots) {
+        for (const FilterSlot& slot : layerSlots) {
+            EXPECT_EQ(slot.id, FILTER_NONE);
+            EXPECT_EQ(slot.dir, 0);
+            EXPECT_EQ(slot.on, 0);
+            EXPECT_EQ(slot.coef, 0);
+        }
+    }
+}
+
 TEST_F(Filters, SameIdInTwoSlots_TheFirstThatIsOnDecides) {
     put(0, 2, FILTER_HUE, 1, 0);
     put(0, 5, FILTER_HUE, 3);
@@ -163,6 +180,20 @@ TEST_F(Filters, ScrollHeld_StaysWhereItWas) {
         frameWithMark();
         _filters->applyAll(1);
         EXPECT_EQ(layer(1)[110], 0x1234);
+    }
+}
+
+// The full turn across, which scrolling left reaches, is a wrap under the pause key as well: the
+// picture moves once by the first step, then it stands.
+TEST_F(Filters, ScrollHeldAt640_FirstStepOnceThenStays) {
+    put(1, 0, FILTER_SCROLL, 3);
+    _filters->slots[1][0].coef = 640;
+    for (int frame = 0; frame < 3; ++frame) {
+        std::fill_n(layer(1), kFramePixels, uint16_t{0});
+        layer(1)[100] = 0x1234;
+        _filters->applyAll(1);
+        EXPECT_EQ(layer(1)[102], 0x1234) << frame;
+        EXPECT_EQ(_filters->slots[1][0].coef, 2) << frame;
     }
 }
 

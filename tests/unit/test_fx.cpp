@@ -254,6 +254,20 @@ TEST(ScrollOffset, Held_StaysWhereItIs) {
     }
 }
 
+// Across, a full turn counts as past the end, held or not; downwards it does not.
+TEST(ScrollOffset, HeldAtAFullTurn_WrapsAcrossAndStaysDown) {
+    for (const int direction : {1, 3}) {
+        EXPECT_EQ(px::nextScrollOffset(640, direction, true), 2);
+        EXPECT_EQ(px::nextScrollOffset(638, direction, true), 638);
+        EXPECT_EQ(px::nextScrollOffset(0, direction, true), 640);
+    }
+    for (const int direction : {0, 2}) {
+        EXPECT_EQ(px::nextScrollOffset(360, direction, true), 360);
+        EXPECT_EQ(px::nextScrollOffset(361, direction, true), 2);
+        EXPECT_EQ(px::nextScrollOffset(0, direction, true), 360);
+    }
+}
+
 // 640 - 2 + 2: across, the full turn itself is never shown going right; downwards it is.
 TEST(ScrollOffset, quirk_scroll_wraps_at_640_across_and_past_360_down) {
     EXPECT_EQ(px::nextScrollOffset(638, 1, false), 2);
