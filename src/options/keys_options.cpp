@@ -31,8 +31,11 @@ void openControllerPage(c_keys& input) {
     }
 }
 
-// The video mode follows when the screen is left.
+// The video mode follows when the screen is left. A composite output has one size.
 void chooseResolution(c_keys& input) {
+    if (all->composite != 0) {
+        return;
+    }
     if (clickedIn(input, layout::checkBoxArea(layout::kBox1280))) {
         all->applyResolution(1280, 720);
     }

@@ -5,6 +5,7 @@ namespace {
 
 class OptionsActions : public OptionsTest {
 protected:
+    using OptionsTest::OptionsTest;
     static void mouseAt(int x, int y) {
         keys->mouseX = x;
         keys->mouseY = y;
@@ -72,6 +73,11 @@ protected:
     }
 };
 
+class CompositeOptionsActions : public OptionsActions {
+protected:
+    CompositeOptionsActions() : OptionsActions(720, 576) {}
+};
+
 TEST_F(OptionsActions, BackByKeyOrController_SavesAndGoesHome) {
     for (const int slot : {1, 36}) {
         all->state = STATE_OPTIONS;
@@ -90,12 +96,34 @@ TEST_F(OptionsActions, BackByKeyOrController_SavesAndGoesHome) {
     EXPECT_EQ(all->state, STATE_OPTIONS) << "held on is not pressed";
 }
 
-TEST_F(OptionsActions, BackKey_StopsBeforeTheClick) {
-    setKeys({1});
-    click(30, 60);
-    EXPECT_EQ(all->state, STATE_HOME);
-    click(350, 40);
-    EXPECT_EQ(_options->topbar, 0);
+// Every way out, in one frame with what else the page answers: nothing of that happens.
+TEST_F(OptionsActions, Back_StopsBeforeTheClick) {
+    for (const int slot : {1, 36}) {
+        for (const auto& [x, y] :
+             {std::pair{60, 340}, {180, 60}, {350, 40}, {350, 80}, {130, 150}}) {
+            all->state = STATE_OPTIONS;
+            setKeys({slot});
+            click(x, y);
+            EXPECT_EQ(all->state, STATE_HOME);
+            EXPECT_EQ(_options->page, 0) << "configure controller";
+            EXPECT_EQ(all->appW, 1280);
+            EXPECT_EQ(_options->topbar, 0);
+            EXPECT_EQ(_options->fps, 0);
+            EXPECT_EQ(_options->dragging, 0);
+        }
+    }
+}
+
+TEST_F(OptionsActions, Back_StopsBeforeTheDrop) {
+    for (const int slot : {1, 36}) {
+        all->state = STATE_OPTIONS;
+        _options->dragging = 1;
+        _options->draggedFilter = FILTER_HUE;
+        setKeys({slot});
+        dropAt(80, 220);
+        EXPECT_EQ(all->state, STATE_HOME);
+        EXPECT_EQ(_filters->slots[0][1].id, FILTER_NONE);
+    }
 }
 
 TEST_F(OptionsActions, quirk_back_stands_below_the_picture) {
@@ -144,6 +172,27 @@ TEST_F(OptionsActions, ResolutionBoxes_SetSizeAndOffsetAtOnceAndTheModeOnLeaving
     EXPECT_EQ(scripted().modeCalls[0].height, 768);
     EXPECT_NE(readFile("userdata/prefs.xml").find("<res_w>1024</res_w>\n\t<res_h>768</res_h>"),
               std::string::npos);
+}
+
+TEST_F(CompositeOptionsActions, ResolutionBoxes_DoNothing) {
+    for (const auto& [x, y] : {std::pair{30, 60}, {130, 60}, {180, 60}, {280, 60}}) {
+        click(x, y);
+        EXPECT_EQ(all->appW, 720) << x;
+        EXPECT_EQ(all->appH, 576) << x;
+        EXPECT_EQ(_options->offsetX, 40) << x;
+        EXPECT_EQ(_options->offsetY, 108) << x;
+    }
+    setKeys({1});
+    keys->actions();
+    EXPECT_EQ(all->state, STATE_HOME);
+    for (const ModeCall& call : scripted().modeCalls) {
+        EXPECT_EQ(call.width, 720);
+        EXPECT_EQ(call.height, 576);
+    }
+    setKeys({});
+    all->state = STATE_OPTIONS;
+    click(350, 40);
+    EXPECT_EQ(_options->topbar, 1) << "the other boxes answer";
 }
 
 TEST_F(OptionsActions, quirk_check_boxes_answer_over_their_labels) {
