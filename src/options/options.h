@@ -37,7 +37,7 @@ public:
     void drawDisplayOptions(SDL_Surface* surface, SDL_Surface* texture);
     void drawDrag(SDL_Surface* surface);  // the dragged filter at the mouse
     // One square of the controller page, at (x, y): blue while its button is pressed, else red
-    // without a button or for an entry that there is not, else green.
+    // without a button (99 or below 0) or for an entry that there is not, else green.
     void drawButtonAnchor(int entry, int pressed, int x, int y);
 
     // Leaves the screen for home: the preferences are saved, a changed resolution takes effect.

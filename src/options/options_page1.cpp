@@ -16,9 +16,13 @@ constexpr uint16_t kUnassignedColour = 0xF904;  // red
 constexpr uint16_t kAssignedColour = 0x27E4;    // green
 constexpr int kBoxRgb = 0x222222;
 
+// A file may hold any number; below 0 there is no button.
 bool isAssigned(int entry) {
-    return entry >= 0 && entry < kPadEntries &&
-           keys->padButton[layout::kMapEntries[entry]] != kPadUnassigned;
+    if (entry < 0 || entry >= kPadEntries) {
+        return false;
+    }
+    const int button = keys->padButton[layout::kMapEntries[entry]];
+    return button >= 0 && button != kPadUnassigned;
 }
 
 }  // namespace
