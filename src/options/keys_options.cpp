@@ -97,19 +97,23 @@ void assignPressedButton() {
     }
 }
 
-// A button that goes down in the frame of the click on "cancel" still counts.
+// A button that goes down in the frame of "cancel" still counts; "no button" is final.
 void waitForButton(c_keys& input) {
-    if (clickedIn(input, layout::kCancel)) {
+    if (clickedIn(input, layout::kNoButton)) {
+        keys->padButton[layout::kMapEntries[_options->anchorEntry]] = kPadUnassigned;
+        _options->waitingButton = 0;
+        return;
+    }
+    if (input.pressed(KEY_Z) || clickedIn(input, layout::kCancel)) {
         _options->waitingButton = 0;
     }
     assignPressedButton();
 }
 
-void leaveControllerPage(c_keys& input) {
-    if (clickedIn(input, layout::kBackArea)) {
-        _options->page = 0;
-        _options->saveXMLController();
-    }
+// Deliberate: the controller's own back does not leave its page, where a press shows which square
+// a button belongs to. [quirk_pads_back_stays_on_the_controller_page]
+bool leavesControllerPage(c_keys& input) {
+    return input.pressed(KEY_Z) || clickedIn(input, layout::kBackArea);
 }
 
 // Where two squares share a corner the later one is meant.
@@ -143,6 +147,9 @@ void c_keys::actionsOptionsScreen1() {
         waitForButton(*this);
         return;
     }
-    leaveControllerPage(*this);
+    if (leavesControllerPage(*this)) {
+        _options->quitControllerPage();
+        return;
+    }
     chooseSquare(*this);
 }

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "common/geometry.h"
+#include "options/options_layout.h"
 
 class c_options {
 public:
@@ -42,6 +43,8 @@ public:
 
     // Leaves the screen for home: the preferences are saved, a changed resolution takes effect.
     void quitOptions();
+    // Leaves page 1 for page 0: the controller map is saved.
+    void quitControllerPage();
 
     int32_t offsetX;  // of the 640 x 360 picture in the application resolution
     int32_t offsetY;
@@ -60,7 +63,12 @@ private:
     void drawCheckBox(SDL_Surface* surface, SDL_Surface* texture, int on, Point at,
                       const char* label);
     void drawController(SDL_Surface* surface);
-    void drawAnchors();
+    void drawAnchors(SDL_Surface* surface);
+    void drawButtonNumber(SDL_Surface* surface, int entry);
+    void drawSharedFrame(int entry);
+    void drawLabels(SDL_Surface* surface);
+    void drawWaitingBox(SDL_Surface* surface);
+    void drawButton(const layout::Area& at, const char* words);
     void write(SDL_Surface* surface, const char* words, Point at, uint32_t colour, int font = 0);
     // The piece (x, y, w, h) of `from`, when there is such a picture.
     void drawPiece(SDL_Surface* surface, SDL_Surface* from, SDL_Rect piece, Point at);

@@ -62,12 +62,41 @@ inline constexpr Area kBackArea = {576, 370, 64, 25};
 // Page 1: the box that waits for a button.
 inline constexpr Area kWaitingBox = {100, 100, 440, 160};
 inline constexpr Area kCancel = {105, 230, 64, 24};
+inline constexpr Area kNoButton = {179, 230, 64, 24};
 
 // Page 1: the squares on the picture of the controller. Neighbours of the cross share a corner.
 inline constexpr int kAnchorSize = 30;
 inline constexpr Point kAnchors[kPadEntries] = {
     {140, 90},  {170, 120}, {140, 150}, {110, 120}, {475, 80},  {525, 120}, {475, 160},
     {430, 120}, {140, 10},  {475, 10},  {140, -30}, {475, -30}, {360, 120}, {260, 120}};
+
+// Page 1: two lines beside each square say what it does on stage.
+inline constexpr Point kAnchorLabels[kPadEntries] = {
+    {140, 66},  {204, 124}, {140, 182}, {80, 96},   {509, 89},  {559, 124}, {509, 164},
+    {430, 152}, {174, 14},  {509, 19},  {174, -21}, {509, -21}, {345, 94},  {245, 94}};
+
+// What each entry of the controller map does on stage, in the mix unless it says otherwise. A
+// square shows the role of its entry, which kMapEntries names.
+struct PadRole {
+    const char* name;
+    const char* onStage;  // empty: nothing
+};
+inline constexpr PadRole kPadRoles[kPadEntries] = {
+    {"up", "top layer"},
+    {"right", "next clip"},
+    {"down", "bottom layer"},
+    {"left", "previous clip"},
+    {"no use", ""},
+    {"back", "list: home"},
+    {"confirm", "reverse; list: load"},
+    {"no use", ""},
+    {"no use", ""},
+    {"block", "held: no reverse"},
+    {"no use", ""},
+    {"no use", ""},
+    {"hold", "with show: list"},
+    {"show", "the panel"},
+};
 
 // Deliberate: squares and file name the shoulder buttons the other way round than the controller
 // map: 8 and 9, and 10 and 11, change places. Page, reader and writer agree, so what a square was

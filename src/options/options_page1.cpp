@@ -6,6 +6,7 @@
 #include "options/options.h"
 #include "options/options_layout.h"
 #include "ui/lib.h"
+#include "ui/ttf.h"
 
 namespace {
 
@@ -14,15 +15,37 @@ constexpr Point kController = {20, 0};
 constexpr uint16_t kPressedColour = 0x211F;     // blue
 constexpr uint16_t kUnassignedColour = 0xF904;  // red
 constexpr uint16_t kAssignedColour = 0x27E4;    // green
-constexpr int kBoxRgb = 0x222222;
+constexpr int kBoxRgb = 0x222222;               // of the waiting box, and behind the labels
+constexpr int kLabelStep = 12;                  // from a label's first line to its second
+constexpr Point kWaitingName = {170, 126};
+constexpr Point kWaitingRole = {230, 126};
+
+constexpr int kHighestShown = 999;  // a button's number that has room in its square
+constexpr int kDigitWidth = 6;
+constexpr int kNumberTop = 9;  // in its square
+constexpr int kFrameWide = 2;  // around squares that share a button
+
+int buttonOf(int entry) {
+    return keys->padButton[layout::kMapEntries[entry]];
+}
 
 // A file may hold any number; below 0 there is no button.
 bool isAssigned(int entry) {
-    if (entry < 0 || entry >= kPadEntries) {
-        return false;
+    return entry >= 0 && entry < kPadEntries && buttonOf(entry) >= 0 &&
+           buttonOf(entry) != kPadUnassigned;
+}
+
+bool isShared(int entry) {
+    for (int other = 0; other < kPadEntries; ++other) {
+        if (other != entry && isAssigned(entry) && buttonOf(other) == buttonOf(entry)) {
+            return true;
+        }
     }
-    const int button = keys->padButton[layout::kMapEntries[entry]];
-    return button >= 0 && button != kPadUnassigned;
+    return false;
+}
+
+bool isDown(int entry) {
+    return keys->held(kSlotOfPadEntry[layout::kMapEntries[entry]]);
 }
 
 }  // namespace
@@ -39,27 +62,86 @@ void c_options::drawScreen1(SDL_Surface* surface, SDL_Surface* texture) {
         write(surface, "Press a button from your controller to check if it's correctly assigned",
               {138, 350}, _colorW);
     }
-    drawAnchors();
+    drawAnchors(surface);
     if (waitingButton == 0) {
+        drawLabels(surface);
         drawBack(surface, texture);
-        return;
+    } else {
+        drawWaitingBox(surface);
     }
-    const layout::Area& box = layout::kWaitingBox;
-    _lib->CSS_rectNoBorderNoAlpha(offsetX + box.x, offsetY + box.y, box.w, box.h, kBoxRgb);
-    write(surface, "Now press the corresponding button on your controller", {170, 150}, _colorW);
-    _lib->CSS_button(offsetX + layout::kCancel.x, offsetY + layout::kCancel.y, layout::kCancel.w,
-                     "cancel");
 }
 
-void c_options::drawAnchors() {
+void c_options::drawWaitingBox(SDL_Surface* surface) {
+    const layout::Area& box = layout::kWaitingBox;
+    const layout::PadRole& role = layout::kPadRoles[layout::kMapEntries[anchorEntry]];
+    _lib->CSS_rectNoBorderNoAlpha(offsetX + box.x, offsetY + box.y, box.w, box.h, kBoxRgb);
+    write(surface, role.name, kWaitingName, _colorO);
+    write(surface, role.onStage, kWaitingRole, _colorB);
+    write(surface, "Now press the corresponding button on your controller", {170, 150}, _colorW);
+    drawButton(layout::kCancel, "cancel");
+    drawButton(layout::kNoButton, "no button");
+}
+
+void c_options::drawButton(const layout::Area& at, const char* words) {
+    _lib->CSS_button(offsetX + at.x, offsetY + at.y, at.w, words);
+}
+
+void c_options::drawLabels(SDL_Surface* surface) {
+    const auto line = [&](const char* words, Point at, uint32_t colour) {
+        ttf->texteFilled(surface, words, static_cast<short>(offsetX + at.x),
+                         static_cast<short>(offsetY + at.y), static_cast<int>(colour), 0, kBoxRgb);
+    };
+    for (int entry = 0; entry < kPadEntries; ++entry) {
+        const layout::PadRole& role = layout::kPadRoles[layout::kMapEntries[entry]];
+        const Point at = layout::kAnchorLabels[entry];
+        line(role.name, at, _colorW);
+        line(role.onStage, {at.x, at.y + kLabelStep}, _colorB);
+    }
+}
+
+void c_options::drawAnchors(SDL_Surface* surface) {
     for (int entry = 0; entry < kPadEntries; ++entry) {
         drawButtonAnchor(entry, 0, layout::kAnchors[entry].x, layout::kAnchors[entry].y);
     }
     for (int entry = 0; entry < kPadEntries; ++entry) {
-        if (keys->held(kSlotOfPadEntry[layout::kMapEntries[entry]])) {
+        if (isDown(entry)) {
             drawButtonAnchor(entry, 1, layout::kAnchors[entry].x, layout::kAnchors[entry].y);
         }
     }
+    for (int entry = 0; entry < kPadEntries; ++entry) {
+        if (isAssigned(entry)) {
+            drawButtonNumber(surface, entry);
+        }
+        if (isShared(entry)) {
+            drawSharedFrame(entry);
+        }
+    }
+}
+
+// In the middle of its square; black on green, white on blue.
+void c_options::drawButtonNumber(SDL_Surface* surface, int entry) {
+    const int button = buttonOf(entry);
+    if (button > kHighestShown) {
+        return;
+    }
+    const std::string digits = std::to_string(button);
+    const int left = (layout::kAnchorSize - kDigitWidth * static_cast<int>(digits.size())) / 2;
+    const Point& square = layout::kAnchors[entry];
+    write(surface, digits.c_str(), {square.x + left, square.y + kNumberTop},
+          isDown(entry) ? _colorW : _colorN);
+}
+
+void c_options::drawSharedFrame(int entry) {
+    constexpr int kSize = layout::kAnchorSize;
+    const int x = offsetX + layout::kAnchors[entry].x;
+    const int y = offsetY + layout::kAnchors[entry].y;
+    const auto strip = [](int left, int top, int w, int h) {
+        _lib->CSS_rectNoBorderNoAlpha(left, top, w, h, static_cast<int>(_colorW));
+    };
+    strip(x, y, kSize, kFrameWide);
+    strip(x + kSize - kFrameWide, y, kFrameWide, kSize);
+    strip(x, y + kSize - kFrameWide, kSize, kFrameWide);
+    strip(x, y, kFrameWide, kSize);
 }
 
 void c_options::drawButtonAnchor(int entry, int pressed, int x, int y) {

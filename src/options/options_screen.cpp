@@ -93,3 +93,8 @@ void c_options::quitOptions() {
     dragging = 0;
     waitingButton = 0;
 }
+
+void c_options::quitControllerPage() {
+    page = 0;
+    saveXMLController();
+}

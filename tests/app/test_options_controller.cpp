@@ -86,7 +86,8 @@ protected:
         press(button);
         release(button);
     }
-    Box square(int entry) { return box(kSquares[entry].x, kSquares[entry].y, 30, 30); }
+    // Its lower rows: the button's number stands above them.
+    Box square(int entry) { return box(kSquares[entry].x, kSquares[entry].y + 20, 30, 10); }
     void awaitSquare(int entry, uint16_t colour, const std::string& what) {
         stage.await([&](const Shot& shot) { return app::isFilled(shot, square(entry), colour); },
                     what + " square " + std::to_string(entry));

@@ -87,6 +87,34 @@ void ExpectedPage::square(int entry, uint16_t colour) {
     box(kSquares[entry].x, kSquares[entry].y, 30, 30, colour);
 }
 
+void ExpectedPage::page1Labels() {
+    const auto line = [this](const char* words, int x, int y, int rgb) {
+        if (*words != '\0') {
+            box(x - 1, y, lettering_.width(words, 0) + 2, lettering_.height(words, 0), kGround565);
+            text(words, x, y, rgb);
+        }
+    };
+    for (const SquareLabel& label : kSquareLabels) {
+        line(label.name, label.x, label.y, kWhite);
+        line(label.onStage, label.x, label.y + kLabelStep, kBlue);
+    }
+}
+
+void ExpectedPage::number(int entry, int button, bool down) {
+    // Six pixels a digit, in the middle of the thirty.
+    const int x = button < 10 ? 12 : 9;
+    text(std::to_string(button).c_str(), kSquares[entry].x + x, kSquares[entry].y + 9,
+         down ? kWhite : 0);
+}
+
+void ExpectedPage::sharedFrame(int entry) {
+    const auto [x, y] = kSquares[entry];
+    box(x, y, 30, 2, 0xFFFF);
+    box(x, y + 28, 30, 2, 0xFFFF);
+    box(x, y, 2, 30, 0xFFFF);
+    box(x + 28, y, 2, 30, 0xFFFF);
+}
+
 void ExpectedPage::back(SDL_Surface* atlas) {
     piece(atlas, 0, 96, 64, 24, 576, 370);
 }

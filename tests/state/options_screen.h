@@ -18,6 +18,28 @@ inline constexpr Corner kSquares[] = {{140, 90},  {170, 120}, {140, 150}, {110, 
                                       {525, 120}, {475, 160}, {430, 120}, {140, 10},  {475, 10},
                                       {140, -30}, {475, -30}, {360, 120}, {260, 120}};
 
+// What stands beside each square: the function's name and, below it, what it does on stage.
+struct SquareLabel {
+    int x, y;
+    const char* name;
+    const char* onStage;  // empty: nothing
+};
+inline constexpr int kLabelStep = 12;  // from the first line to the second
+inline constexpr SquareLabel kSquareLabels[] = {{140, 66, "up", "top layer"},
+                                                {204, 124, "right", "next clip"},
+                                                {140, 182, "down", "bottom layer"},
+                                                {80, 96, "left", "previous clip"},
+                                                {509, 89, "no use", ""},
+                                                {559, 124, "back", "list: home"},
+                                                {509, 164, "confirm", "reverse; list: load"},
+                                                {430, 152, "no use", ""},
+                                                {174, 14, "block", "held: no reverse"},
+                                                {509, 19, "no use", ""},
+                                                {174, -21, "no use", ""},
+                                                {509, -21, "no use", ""},
+                                                {345, 94, "hold", "with show: list"},
+                                                {245, 94, "show", "the panel"}};
+
 class ExpectedPage {
 public:
     // An empty surface as large as the video surface, with the picture at (left, top).
@@ -33,7 +55,11 @@ public:
     // Everything of page 1 but squares, texts and back button.
     void page1Ground(SDL_Surface* controller);
     void page1Texts();
+    void page1Labels();
     void square(int entry, uint16_t colour);
+    // The button's number, of one digit or two, in a square that is green, or blue when it is down.
+    void number(int entry, int button, bool down = false);
+    void sharedFrame(int entry);  // white, two pixels wide, within the square
     void back(SDL_Surface* atlas);
 
     Picture picture;

@@ -25,6 +25,7 @@ protected:
         for (int entry = 0; entry < 14; ++entry) {
             expected.square(entry, squares);
         }
+        expected.page1Labels();
         expected.back(atlas.get());
     }
     void expectPage(const ExpectedPage& expected, const char* what = "") {
@@ -171,6 +172,9 @@ TEST_F(OptionsPages, Page1_AssignedEntriesAreGreen) {
     for (const int entry : {2, 5, 13}) {
         expected.square(entry, kGreen);
     }
+    expected.number(2, 0);
+    expected.number(5, 98);
+    expected.text("100", 260 + 6, 120 + 9, 0);
     expectPage(expected);
 }
 
@@ -184,10 +188,12 @@ TEST_F(OptionsPages, quirk_controller_page_swaps_shoulders) {
         ExpectedPage expected(320, 180);
         page1(expected, kRed);
         expected.square(square, kGreen);
+        expected.number(square, 3);
         setKeys({});
         expectPage(expected, "green");
         setKeys({slotOf[entry - 8]});
         expected.square(square, kPressed);
+        expected.number(square, 3, true);
         expectPage(expected, "lit");
     }
 }
@@ -215,16 +221,19 @@ TEST_F(OptionsPages, Page1_ButtonThatNoEntryMapsTo_LightsNoSquare) {
     ExpectedPage expected(320, 180);
     page1(expected, kRed);
     expected.square(0, kGreen);
+    expected.number(0, 4);
     expectPage(expected, "5 is down");
     scripted().buttonsDown = {4, 5};
     keys->updateGKeys();
     expected.square(0, kPressed);
+    expected.number(0, 4, true);
     expectPage(expected, "4 is down too");
 }
 
 TEST_F(OptionsPages, Page1_Waiting_BoxOverTheSquaresAndNoBackButton) {
     _options->page = 1;
     _options->waitingButton = 1;
+    _options->anchorEntry = 8;
     setKeys({31});
     ExpectedPage expected(320, 180);
     expected.page1Ground(_options->controllerPicture);
@@ -235,6 +244,10 @@ TEST_F(OptionsPages, Page1_Waiting_BoxOverTheSquaresAndNoBackButton) {
     expected.text("Now press the corresponding button on your controller", 170, 150, 0xFFFFFF);
     expected.box(105, 230, 64, 24, 0xFD80);
     expected.text("cancel", 111, 238, 0);
+    expected.box(179, 230, 64, 24, 0xFD80);
+    expected.text("no button", 185, 238, 0);
+    expected.text("block", 170, 126, kOrange);
+    expected.text("held: no reverse", 230, 126, 0x59B1FF);
     expectPage(expected);
 }
 
@@ -264,7 +277,8 @@ TEST_F(OptionsPages, MissingPictures_LeaveTheirPlacesEmpty) {
     _options->controllerPicture = nullptr;
     _options->page = 1;
     draw();
-    EXPECT_EQ(countPixels(screen[1], 320 + 20, 180 + 200, 600, 100, 0), 600 * 100);
+    EXPECT_EQ(countPixels(screen[1], 320 + 20, 180 + 210, 600, 90, 0), 600 * 90)
+        << "below the labels";
 }
 
 // After a refused mode the surface is the display's, whatever the application size.

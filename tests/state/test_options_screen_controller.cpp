@@ -190,14 +190,91 @@ TEST_F(ControllerPage, AllAssigned_SavedInTheOrderOfTheSquares) {
     EXPECT_EQ(map(), assigned);
 }
 
-TEST_F(ControllerPage, BackKeys_DoNotLeaveThePage) {
-    setKeys({1, 36});
+TEST_F(ControllerPage, Z_ReturnsToPage0AndSavesTheMap) {
+    keys->padButton[0] = 7;
+    setKeys({}, {1});
+    keys->actions();
+    EXPECT_EQ(_options->page, 1) << "held on is not pressed";
+    setKeys({1});
+    click(145, 95);
+    EXPECT_EQ(_options->page, 0);
+    EXPECT_EQ(_options->waitingButton, 0) << "the square under the mouse is not meant";
+    EXPECT_EQ(all->state, STATE_OPTIONS);
+    EXPECT_NE(readFile(kFile).find("<button>7</button>"), std::string::npos);
+}
+
+// One press, sampled while it lasts, leaves this page and not the next one too.
+TEST_F(ControllerPage, ZKeptDown_StopsAtPage0) {
+    scripted().keysDown[SDLK_z] = 1;
+    for (int frames = 0; frames < 5; ++frames) {
+        keys->updateGKeys();
+        keys->actions();
+    }
+    EXPECT_EQ(_options->page, 0);
+    EXPECT_EQ(all->state, STATE_OPTIONS);
+}
+
+TEST_F(ControllerPage, quirk_pads_back_stays_on_the_controller_page) {
+    setKeys({36});
     keys->actions();
     EXPECT_EQ(_options->page, 1);
-    EXPECT_EQ(all->state, STATE_OPTIONS);
+    EXPECT_FALSE(std::filesystem::exists(kFile));
     _options->waitingButton = 1;
     keys->actions();
     EXPECT_EQ(_options->waitingButton, 1);
+}
+
+TEST_F(ControllerPage, WaitingZ_Cancels) {
+    keys->padButton[0] = 7;
+    click(145, 95);
+    setKeys({1});
+    frame({});
+    EXPECT_EQ(_options->waitingButton, 0);
+    EXPECT_EQ(_options->page, 1);
+    EXPECT_EQ(keys->padButton[0], 7);
+    EXPECT_FALSE(std::filesystem::exists(kFile));
+}
+
+TEST_F(ControllerPage, NoButton_TakesTheButtonAwayWithBothEnds) {
+    for (const auto& [x, y] : {std::pair{179, 230}, {243, 230}, {179, 254}, {243, 254}}) {
+        keys->padButton[0] = 7;
+        click(145, 95);
+        click(x, y);
+        EXPECT_EQ(_options->waitingButton, 0) << x << ", " << y;
+        EXPECT_EQ(map(), kNone) << x << ", " << y;
+    }
+    keys->padButton[0] = 7;
+    click(145, 95);
+    for (const auto& [x, y] : {std::pair{178, 240}, {244, 240}, {210, 229}, {210, 255}}) {
+        click(x, y);
+        EXPECT_EQ(_options->waitingButton, 1) << x << ", " << y;
+        EXPECT_EQ(keys->padButton[0], 7);
+    }
+}
+
+TEST_F(ControllerPage, NoButton_WinsOverAButtonOfItsFrame) {
+    click(145, 95);
+    scripted().buttonsDown = {3};
+    click(210, 240);
+    EXPECT_EQ(_options->waitingButton, 0);
+    EXPECT_EQ(map(), kNone);
+}
+
+// The square's own entry of the map, with the shoulders swapped.
+TEST_F(ControllerPage, NoButton_EmptiesTheEntryOfItsSquare) {
+    const int entryOf[14] = {0, 1, 2, 3, 4, 5, 6, 7, 9, 8, 11, 10, 12, 13};
+    for (int square = 0; square < 14; ++square) {
+        for (int entry = 0; entry < 14; ++entry) {
+            keys->padButton[entry] = 20 + entry;
+        }
+        std::vector<int> expected = map();
+        expected[static_cast<size_t>(entryOf[square])] = 99;
+        click(kSquares[square].x + 15, kSquares[square].y + 15);
+        click(210, 240);
+        EXPECT_EQ(map(), expected) << square;
+    }
+    click(600, 380);
+    EXPECT_NE(readFile(kFile).find("<button>99</button>\n</all>"), std::string::npos);
 }
 
 // The file that lies in userdata/, ours or one saved over it, has the program's own form.
