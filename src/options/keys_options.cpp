@@ -25,6 +25,13 @@ bool leaves(c_keys& input) {
     return input.pressed(KEY_Z) || input.pressed(PAD_BACK) || clickedIn(input, layout::kBackArea);
 }
 
+// Who goes on after a save that failed has its next way out saved again.
+void forgetNotice(c_keys& input) {
+    if (input.mouseClick != 0) {
+        _options->notice = nullptr;
+    }
+}
+
 void openControllerPage(c_keys& input) {
     if (clickedIn(input, layout::kConfigureToo) || clickedIn(input, layout::kConfigure)) {
         _options->page = 1;
@@ -69,6 +76,7 @@ void dropFilter(c_keys& input) {
         return;
     }
     _options->dragging = 0;
+    _options->notice = nullptr;
     for (int slot = 0; slot < kFilterSlots; ++slot) {
         if (mouseIn(input, layout::slotBox(slot))) {
             bind(slot);
@@ -134,6 +142,7 @@ void c_keys::actionsOptionsScreen0() {
         _options->quitOptions();
         return;
     }
+    forgetNotice(*this);
     openControllerPage(*this);
     chooseResolution(*this);
     flipFlag(*this, layout::kBoxTopbar, _options->topbar);
@@ -151,5 +160,6 @@ void c_keys::actionsOptionsScreen1() {
         _options->quitControllerPage();
         return;
     }
+    forgetNotice(*this);
     chooseSquare(*this);
 }

@@ -42,8 +42,10 @@ public:
     void drawButtonAnchor(int entry, int pressed, int x, int y);
 
     // Leaves the screen for home: the preferences are saved, a changed resolution takes effect.
+    // When they cannot be saved the page stays with all that was chosen and says so; the next call
+    // leaves without saving.
     void quitOptions();
-    // Leaves page 1 for page 0: the controller map is saved.
+    // Leaves page 1 for page 0: the controller map is saved, or likewise.
     void quitControllerPage();
 
     int32_t offsetX;  // of the 640 x 360 picture in the application resolution
@@ -58,6 +60,9 @@ public:
     int32_t topbar;                  // 1: draw the white lines at the top of the mix
     int32_t fps;                     // 1: draw the frame rate on the mix screen
     int32_t anchorEntry;             // square that waits for its button, 0 to 13
+    // What the page has to say, or null: its save failed, and the next way out leaves unsaved. A
+    // click that is no way out, and a change, put it back to null.
+    const char* notice;
 
 private:
     void drawCheckBox(SDL_Surface* surface, SDL_Surface* texture, int on, Point at,
@@ -73,4 +78,5 @@ private:
     // The piece (x, y, w, h) of `from`, when there is such a picture.
     void drawPiece(SDL_Surface* surface, SDL_Surface* from, SDL_Rect piece, Point at);
     void drawBack(SDL_Surface* surface, SDL_Surface* texture);
+    void drawNotice(SDL_Surface* surface, Point at);
 };

@@ -22,6 +22,8 @@ constexpr int kOpaque = 100;
 constexpr Point kChipName = {3, 5};  // from its chip
 constexpr int kChipRgb = 0x404040;
 
+constexpr Point kNotice = {150, 338};
+
 constexpr int kWidths[] = {1280, 1024};
 
 Point from(Point corner, Point step) {
@@ -34,6 +36,7 @@ void c_options::drawScreen0(SDL_Surface* surface, SDL_Surface* texture) {
     drawFilters(surface);
     drawDisplayOptions(surface, texture);
     drawController(surface);
+    drawNotice(surface, kNotice);
     if (dragging != 0) {
         drawDrag(surface);
     }

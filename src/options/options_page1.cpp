@@ -24,6 +24,7 @@ constexpr int kHighestShown = 999;  // a button's number that has room in its sq
 constexpr int kDigitWidth = 6;
 constexpr int kNumberTop = 9;  // in its square
 constexpr int kFrameWide = 2;  // around squares that share a button
+constexpr Point kNotice = {138, 310};
 
 int buttonOf(int entry) {
     return keys->padButton[layout::kMapEntries[entry]];
@@ -61,6 +62,7 @@ void c_options::drawScreen1(SDL_Surface* surface, SDL_Surface* texture) {
               _colorW);
         write(surface, "Press a button from your controller to check if it's correctly assigned",
               {138, 350}, _colorW);
+        drawNotice(surface, kNotice);
     }
     drawAnchors(surface);
     if (waitingButton == 0) {

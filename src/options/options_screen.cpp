@@ -24,6 +24,11 @@ constexpr int kDragHeight = 10;
 constexpr int kDragLeft = 2;   // of the mouse
 constexpr int kDragText = 10;  // right of the mouse
 
+constexpr const char* kOptionsNotSaved =
+    "The options could not be saved. Going back once more leaves without saving";
+constexpr const char* kButtonsNotSaved =
+    "The buttons could not be saved. Going back once more leaves without saving";
+
 }  // namespace
 
 void c_options::initOptions() {
@@ -41,6 +46,7 @@ void c_options::initOptions() {
     topbar = 0;
     fps = 0;
     anchorEntry = 0;
+    notice = nullptr;
     lireXML();
     lireXMLController();
     all->checkComposite();
@@ -85,8 +91,18 @@ void c_options::drawBack(SDL_Surface* surface, SDL_Surface* texture) {
     drawPiece(surface, texture, kBackInAtlas, layout::kBackPiece);
 }
 
+void c_options::drawNotice(SDL_Surface* surface, Point at) {
+    if (notice != nullptr) {
+        write(surface, notice, at, _colorO);
+    }
+}
+
 void c_options::quitOptions() {
-    saveXML();
+    if (notice == nullptr && !saveXML()) {
+        notice = kOptionsNotSaved;
+        return;
+    }
+    notice = nullptr;
     updateResolution();
     all->state = STATE_HOME;
     page = 0;
@@ -95,6 +111,10 @@ void c_options::quitOptions() {
 }
 
 void c_options::quitControllerPage() {
+    if (notice == nullptr && !saveXMLController()) {
+        notice = kButtonsNotSaved;
+        return;
+    }
+    notice = nullptr;
     page = 0;
-    saveXMLController();
 }

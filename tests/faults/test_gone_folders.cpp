@@ -236,6 +236,8 @@ TEST_F(GoneFolders, UserdataBecomesAFile_EachSaveSaysSoAndTheListsStay) {
     hands.click(200, 220);
     const std::string prefs = fs::current_path() / "userdata/prefs.xml";
     EXPECT_EQ(printedBy([&] { hands.tap(SDLK_z); }), "Could not save " + prefs + "\n");
+    EXPECT_EQ(all->state, STATE_OPTIONS) << "the page says so first";
+    EXPECT_EQ(printedBy([&] { hands.tap(SDLK_z); }), "");
     EXPECT_EQ(all->state, STATE_HOME);
 }
 
