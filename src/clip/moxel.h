@@ -7,6 +7,7 @@
 // or open). Files are trusted as far as they stay inside this object's own buffers. Tile records
 // stay compressed and are decoded when drawn; the maps of all frames are expanded once, which gives
 // the object its fixed size of about 1.8 MB. The object owns all its buffers; killRAM() frees them.
+// Memory that cannot be had is a clip that cannot be played, and one line says so.
 
 #include <cstdint>
 #include <cstdio>
@@ -21,8 +22,8 @@ enum ClipState : int32_t { CLIP_LOADING = 0, CLIP_READY = 3 };
 
 class c_moxel {
 public:
-    // Prepares the object for loading ./videos/<name>. Reads and allocates nothing.
-    void init(const std::string& prefix, std::string clipName);
+    // Prepares the object for loading ./videos/<name>. Reads nothing.
+    void init(const std::string& prefix, const std::string& clipName);
     // Reads the header of the file at `clipPath` only, over this clip's own header fields. 1, or 0
     // when it is missing or not version 19.
     int32_t miniLoad(const std::string& clipPath);
@@ -31,11 +32,11 @@ public:
     int32_t loopLoad(int budget);
 
     int32_t load19A();   // opens the file and reads its header; 0 when it cannot be played
-    int32_t load19AA();  // block header of currentBlock
+    int32_t load19AA();  // block header of currentBlock; 0 when there is no memory for it
     int32_t load19B();   // change runs, map entries and tile codes of currentBlock
     int32_t load19C(
         int budget);  // tile records: 0 more, 1 block done, 2 last block done, -1 refused
-    void initKeyFrameRAM(int block);
+    bool initKeyFrameRAM(int block);    // false: no memory for all of it
     void unRLEMap19(int frameInBlock);  // one frame's map of currentBlock into scratchMap
     void unRLEAllMap19();               // every frame's map into frameMaps
     void unRLETile19(unsigned char* record, int type, int code);

@@ -4,17 +4,18 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <utility>
+#include <cerrno>
 
 #include "clip/mapbuild.h"
 #include "clip/moxel.h"
 #include "clip/reader.h"
+#include "common/memory.h"
 #include "common/messages.h"
 
 namespace {
 
-// Null for what is not a regular file: a pipe would hold the program up for good.
+// Null for what is not a regular file: a pipe would hold the program up for good. `errno` is ENOMEM
+// when it was for want of memory, and then alone.
 FILE* openClip(const std::string& path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
@@ -23,22 +24,41 @@ FILE* openClip(const std::string& path) {
     struct stat facts;
     if (fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) {
         close(descriptor);
+        errno = EINVAL;
         return nullptr;
     }
-    return fdopen(descriptor, "rb");
+    FILE* file = fdopen(descriptor, "rb");
+    if (file == nullptr) {
+        close(descriptor);
+        errno = ENOMEM;
+    }
+    return file;
 }
 
-// Room for a block's buffers, in elements. The file announces room; a block never gets more than
-// its records, tiles and frames can need, however much that is.
-size_t cappedRoom(uint64_t announced, uint64_t needed) {
-    return static_cast<size_t>(std::min(announced, needed));
+int32_t refuseForMemory() {
+    puts(msg::kNoMemoryForClip);
+    return 0;
+}
+
+// A file that cannot be opened for the check is passed over silently, unless memory is short.
+int32_t refuseUnopened() {
+    return errno == ENOMEM ? refuseForMemory() : 0;
 }
 
 }  // namespace
 
-void c_moxel::init(const std::string&, std::string clipName) {
-    name = std::move(clipName);
-    path = "./videos/" + name;
+void c_moxel::init(const std::string&, const std::string& clipName) {
+    const bool named = withinMemory([&] {
+        name = clipName;
+        path = "./videos/";
+        path += name;
+    });
+    if (!named) {
+        // No file has this path: loading it is refused.
+        puts(msg::kNoMemoryForClip);
+        name.clear();
+        path.clear();
+    }
     mapWords = 1;
     codeWordsInBlock = 1;
     recordWords = 1;
@@ -71,7 +91,7 @@ int32_t c_moxel::takeHeader(const clip::FileHeader& header) {
 int32_t c_moxel::miniLoad(const std::string& clipPath) {
     FILE* sized = openClip(clipPath);
     if (sized == nullptr) {
-        return 0;
+        return refuseUnopened();
     }
     fseek(sized, 0, SEEK_END);
     fileSize = static_cast<int32_t>(ftell(sized));
@@ -79,7 +99,7 @@ int32_t c_moxel::miniLoad(const std::string& clipPath) {
 
     FILE* opened = openClip(clipPath);
     if (opened == nullptr) {
-        return 0;
+        return refuseUnopened();
     }
     takeHeader(clip::readFileHeader(opened));
     fclose(opened);
@@ -101,8 +121,7 @@ void c_moxel::startBlock() {
 
 int32_t c_moxel::loopLoad(int budget) {
     if (loadStage == 0) {
-        const std::string checked = path;
-        if (miniLoad(checked) == 0) {
+        if (miniLoad(path) == 0) {
             return 0;
         }
     } else {
@@ -165,7 +184,7 @@ int32_t c_moxel::load19A() {
     puts(path.c_str());
     file = openClip(path);
     if (file == nullptr) {
-        puts(msg::kClipVanished);
+        puts(errno == ENOMEM ? msg::kNoMemoryForClip : msg::kClipVanished);
         return 0;
     }
     ownHeader = clip::readFileHeader(file);
@@ -177,12 +196,14 @@ int32_t c_moxel::load19A() {
     tileCount = tilesAcross * tilesDown;
     pixelCount = width * height;
     // They outlive killRAM(), so a night of reloading takes no new memory for them.
-    prevMap.resize(std::max(prevMap.size(), static_cast<size_t>(tileCount)));
-    prevCodes.resize(
-        std::max(prevCodes.size(), static_cast<size_t>(tileCount / clip::kCodesPerWord)));
+    const auto tiles = static_cast<size_t>(tileCount);
+    const bool hasMaps = withinMemory([&] {
+        prevMap.resize(std::max(prevMap.size(), tiles));
+        prevCodes.resize(std::max(prevCodes.size(), tiles / clip::kCodesPerWord));
+    });
     currentBlock = 0;
     blocksAllocated = 0;
-    return 1;
+    return hasMaps ? 1 : refuseForMemory();
 }
 
 int32_t c_moxel::load19AA() {
@@ -193,7 +214,9 @@ int32_t c_moxel::load19AA() {
     mapWords = header.mapWords;
     codeWordsInBlock =
         clip::framesInBlock(currentBlock, blockCount, frameCount) * clip::codeWordsFor(tileCount);
-    initKeyFrameRAM(currentBlock);
+    if (!initKeyFrameRAM(currentBlock)) {
+        return refuseForMemory();
+    }
     recordsDone = 0;
     lastRecordLength = 0;
     recordOffset = 0;
@@ -209,32 +232,6 @@ int32_t c_moxel::load19AA() {
     }
     std::copy_n(header.palette, clip::kPaletteEntries, blockPalettes[currentBlock].get());
     return 1;
-}
-
-void c_moxel::initKeyFrameRAM(int block) {
-    const auto frames = static_cast<uint64_t>(clip::framesInBlock(block, blockCount, frameCount));
-    const auto tiles = static_cast<uint64_t>(tileCount);
-    // A frame's runs may pass its last tile; the entries of that excess are read all the same.
-    mapRoom = cappedRoom(uint64_t{2} * mapWords, frames * (tiles + clip::kMaxRunLength));
-    runRoom = cappedRoom(clip::kMaxRunBytes, frames * tiles);
-    recordRoom =
-        cappedRoom(uint64_t{4} * recordWords, uint64_t{recordCount} * clip::kMaxRecordBytes);
-    blockPalettes[block] = std::make_unique_for_overwrite<uint16_t[]>(clip::kPaletteEntries);
-    blockMaps[block] = std::make_unique_for_overwrite<uint16_t[]>(mapRoom);
-    blockRuns[block] = std::make_unique_for_overwrite<uint8_t[]>(runRoom);
-    blockCodes[block] =
-        std::make_unique_for_overwrite<uint16_t[]>(static_cast<size_t>(codeWordsInBlock));
-    // Guard: drawing a record may look past its end when its bytes break the format; the room of
-    // one longest record after the last keeps that inside the buffer.
-    blockRecords[block] =
-        std::make_unique_for_overwrite<uint8_t[]>(recordRoom + clip::kMaxRecordBytes);
-    blockRecordOffsets[block] = std::make_unique_for_overwrite<uint32_t[]>(recordCount);
-    blockRecordTypes[block] = std::make_unique_for_overwrite<uint8_t[]>(recordCount);
-    blockTypeCounts[block] = std::make_unique_for_overwrite<uint16_t[]>(clip::kMaxTypeSlots);
-    blockTypeStarts[block] = std::make_unique_for_overwrite<uint32_t[]>(clip::kMaxTypeSlots);
-    blockRecordCounts[block] = recordCount;
-    hasRAM = 1;
-    ++blocksAllocated;
 }
 
 int32_t c_moxel::load19B() {
@@ -302,44 +299,4 @@ void c_moxel::unRLEAllMap19() {
                              clip::framesInBlock(block, blockCount, frameCount),
                              frameMaps[block * clip::kFramesPerBlock], clip::kMaxTiles);
     }
-}
-
-void c_moxel::killRAM() {
-    if (version == clip::kVersion) {
-        for (int block = 0; block < blocksAllocated; ++block) {
-            blockPalettes[block].reset();
-            blockMaps[block].reset();
-            blockRuns[block].reset();
-            blockCodes[block].reset();
-            blockRecords[block].reset();
-            blockRecordOffsets[block].reset();
-            blockRecordTypes[block].reset();
-            blockTypeCounts[block].reset();
-            blockTypeStarts[block].reset();
-        }
-        // Deliberate: the map and codes of the frame drawn last stay allocated and serve the next
-        // load of this slot. [quirk_drawn_map_outlives_the_clip]
-    } else {
-        for (void*& buffer : legacyBuffers) {
-            free(buffer);
-            buffer = nullptr;
-        }
-        prevMap = {};
-        prevCodes = {};
-    }
-    if (file != nullptr) {
-        fclose(file);
-        file = nullptr;
-    }
-    hasRAM = 0;
-}
-
-void c_moxel::destroy() {
-    // Deliberate: the block count goes out as one raw character, so a clip of ten blocks prints a
-    // line feed there. [quirk_destroy_logs_block_count_as_character]
-    printf("%s%c\n", msg::kClipDestroyed, blockCount);
-    killRAM();
-    state = CLIP_LOADING;
-    name.clear();
-    path.clear();
 }

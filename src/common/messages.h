@@ -25,6 +25,7 @@ inline constexpr const char* kFullScreenRefused = "Could not set full screen win
 
 inline constexpr const char* kClipVanished = "video n'existe pas";
 inline constexpr const char* kClipDestroyed = "- - - destroy";
+inline constexpr const char* kNoMemoryForClip = "Not enough memory for this clip";
 
 inline constexpr const char* kNoPlaylistsFile = "can't find playlists XML file";
 inline constexpr const char* kNoPrefsFile = "can't find prefs file";
