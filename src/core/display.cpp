@@ -18,8 +18,12 @@ namespace {
 constexpr int kModeDepth = 16;
 
 // 16-bit surface that the mixer writes when the video surface has another depth. Made when first
-// needed and when its size changes, which only a new video mode brings about.
+// needed and when its size changes, which only a new video mode brings about. Null when there is no
+// memory for it.
 SDL_Surface* standIn = nullptr;
+
+// Takes what is drawn without a stand-in; the next frame asks for one again.
+uint16_t nowhere[2];
 
 SDL_Surface* standInFor(const SDL_Surface* video) {
     if (standIn == nullptr || standIn->w != video->w || standIn->h != video->h) {
@@ -80,7 +84,10 @@ void toggleFullScreen() {
 }
 
 px::OutputView videoView() {
-    SDL_Surface* surface = is16Bit(screen[1]) ? screen[1] : standInFor(screen[1]);
+    const SDL_Surface* surface = is16Bit(screen[1]) ? screen[1] : standInFor(screen[1]);
+    if (surface == nullptr) {
+        return {nowhere, 2, 1, sizeof nowhere, all->composite != 0};
+    }
     return {static_cast<uint16_t*>(surface->pixels), std::min(all->appW, surface->w),
             std::min(all->appH, surface->h), surface->pitch, all->composite != 0};
 }

@@ -9,6 +9,7 @@
 
 #include "clip/moxel.h"
 #include "common/limits.h"
+#include "common/memory.h"
 #include "common/messages.h"
 #include "core/all.h"
 #include "core/display.h"
@@ -131,11 +132,8 @@ void createScreens() {
     _home->initHome();
 }
 
-}  // namespace
-
-int main(int, char**) {
-    puts(msg::kStarting);
-    maxDeck = 0;
+// Null when all is well, else the line that says why there is nothing to run.
+const char* startUp() {
     allocateBuffers();
     startSdl();
     createFirstObjects();
@@ -143,13 +141,28 @@ int main(int, char**) {
     printResolutions();
     const char* failure = openSurfaces();
     if (failure != nullptr) {
-        puts(failure);
-        SDL_Quit();
-        return kExitStatus;
+        return failure;
     }
     x2 = 2;
     SDL_ShowCursor(1);
     createScreens();
+    return _lib->scratch != nullptr ? nullptr : msg::kNoMemoryToStart;
+}
+
+}  // namespace
+
+int main(int, char**) {
+    puts(msg::kStarting);
+    maxDeck = 0;
+    const char* failure = nullptr;
+    if (!withinMemory([&] { failure = startUp(); })) {
+        failure = msg::kNoMemoryToStart;
+    }
+    if (failure != nullptr) {
+        puts(failure);
+        SDL_Quit();
+        return kExitStatus;
+    }
 
     debugCount = 0;
     tempsPrecedent = 0;

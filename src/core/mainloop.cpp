@@ -2,7 +2,11 @@
 
 #include <SDL.h>
 
+#include <cstdio>
+
 #include "clip/moxel.h"
+#include "common/memory.h"
+#include "common/messages.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
@@ -119,6 +123,21 @@ void present() {
     SDL_UpdateRect(screen[1], 0, 0, 0, 0);
 }
 
+// What cannot have its memory is left undone, and the frame shows what is there; the next one tries
+// again. Said once for as long as it lasts.
+void actAndDraw() {
+    static bool wasShort = false;
+    const bool isShort = !withinMemory([] {
+        keys->updateGKeys();
+        keys->actions();
+        drawScreen();
+    });
+    if (isShort && !wasShort) {
+        puts(msg::kNoMemory);
+    }
+    wasShort = isShort;
+}
+
 }  // namespace
 
 int mainLoop() {
@@ -138,9 +157,7 @@ int mainLoop() {
     tempsPrecedent = now;
 
     mix->nbDecks = playlist->loadSlot;
-    keys->updateGKeys();
-    keys->actions();
-    drawScreen();
+    actAndDraw();
     present();
     return isExit;
 }

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "common/memory.h"
 #include "common/messages.h"
 #include "core/all.h"
 #include "core/globals.h"
@@ -55,10 +56,30 @@ std::string flagElement(const std::string& name, int value) {
     return value == 0 || value == 1 ? element(name, value) : "";
 }
 
-bool replaceOrReport(const std::string& path, const std::string& text) {
-    const bool saved = replaceFile(path, text);
+std::string prefsText(const c_options& options) {
+    std::string text = kFileStart + element("mode", 0) + flagElement("topbar", options.topbar) +
+                       flagElement("fps", options.fps) + element("res_w", all->appW) +
+                       element("res_h", all->appH);
+    for (const FilterSlot& slot : _filters->slots[0]) {
+        text += element("filter", slot.id);
+    }
+    return text + kFileEnd;
+}
+
+std::string controllerText() {
+    std::string text = kFileStart;
+    for (const int entry : layout::kMapEntries) {
+        text += element("button", keys->padButton[entry]);
+    }
+    return text + kFileEnd;
+}
+
+template <typename MakeText>
+bool replaceOrReport(const std::string& folder, const char* name, MakeText makeText) {
+    bool saved = false;
+    withinMemory([&] { saved = replaceFile(folder + name, makeText()); });
     if (!saved) {
-        printf(msg::kSaveFailedFormat, path.c_str());
+        printf(msg::kSaveFailedFormat, folder.c_str(), name);
     }
     return saved;
 }
@@ -99,13 +120,7 @@ void c_options::lireXML() {
 }
 
 bool c_options::saveXML() {
-    std::string text = kFileStart + element("mode", 0) + flagElement("topbar", topbar) +
-                       flagElement("fps", fps) + element("res_w", all->appW) +
-                       element("res_h", all->appH);
-    for (const FilterSlot& slot : _filters->slots[0]) {
-        text += element("filter", slot.id);
-    }
-    return replaceOrReport(homeDir + kPrefsWritePath, text + kFileEnd);
+    return replaceOrReport(homeDir, kPrefsWritePath, [this] { return prefsText(*this); });
 }
 
 void c_options::lireXMLController() {
@@ -123,9 +138,5 @@ void c_options::lireXMLController() {
 }
 
 bool c_options::saveXMLController() {
-    std::string text = kFileStart;
-    for (const int entry : layout::kMapEntries) {
-        text += element("button", keys->padButton[entry]);
-    }
-    return replaceOrReport(homeDir + kControllerWritePath, text + kFileEnd);
+    return replaceOrReport(homeDir, kControllerWritePath, controllerText);
 }

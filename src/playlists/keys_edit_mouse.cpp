@@ -163,18 +163,21 @@ void holdMouse(c_playlist& editor, int x, int y) {
 }
 
 void releaseMouse(c_playlist& editor, const c_keys& input) {
-    if (editor.press == PRESS_ROW) {
-        // The pointer may have gone the whole way since the last frame.
-        dragItem(editor, input.mouseX, input.mouseY);
-        if (editor.dragging != 0) {
-            dropItem(editor, input);
-        } else {
-            endClick(editor);
-        }
-    } else {
+    if (editor.press != PRESS_ROW) {
         holdMouse(editor, input.mouseX, input.mouseY);
+        editor.letGo();
+        return;
     }
+    // The pointer may have gone the whole way since the last frame.
+    dragItem(editor, input.mouseX, input.mouseY);
+    const bool dragged = editor.dragging != 0;
+    // First, so that a drop for which there is no memory is not tried again and again.
     editor.letGo();
+    if (dragged) {
+        dropItem(editor, input);
+    } else {
+        endClick(editor);
+    }
 }
 
 // The pointer chooses a key only when it moves: the arrows choose too.

@@ -1,7 +1,9 @@
 // What the editor does to a playlist's tracks, and the file explorer below ./videos.
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
+#include "common/memory.h"
 #include "common/messages.h"
 #include "playlists/clipname.h"
 #include "playlists/playlist.h"
@@ -28,9 +30,10 @@ std::string c_playlist::browsedFolder() const {
     return subFolderOf(browseDir, baseDir);
 }
 
+// Moving a text takes no memory: a list of tracks is changed whole or not at all.
 void c_playlist::openGap(Famille& famille, int at) {
     for (int t = famille.nbTracks - 1; t >= at; --t) {
-        famille.tracks[t + 1].path = famille.tracks[t].path;
+        famille.tracks[t + 1].path = std::move(famille.tracks[t].path);
     }
     ++famille.nbTracks;
 }
@@ -45,10 +48,11 @@ void c_playlist::addTrack(const std::string& fileName, int famille, int pos) {
         return;
     }
     const int at = std::clamp(pos, 0, edited.nbTracks);
+    std::string added = browsedFolder() + fileName;
     // Deliberate: only the paths move down, the marks of missing files stay with their rows until
     // the next scan. [quirk_added_track_leaves_missing_marks]
     openGap(edited, at);
-    edited.tracks[at].path = browsedFolder() + fileName;
+    edited.tracks[at].path = std::move(added);
     updateScroll(0, edited.nbTracks);
 }
 
@@ -61,7 +65,7 @@ void c_playlist::removeTrack(int famille, int pos) {
         return;
     }
     for (int t = pos; t < edited.nbTracks - 1; ++t) {
-        edited.tracks[t] = edited.tracks[t + 1];
+        edited.tracks[t] = std::move(edited.tracks[t + 1]);
     }
     --edited.nbTracks;
     updateScroll(0, edited.nbTracks);
@@ -79,10 +83,10 @@ void c_playlist::moveTrack(int from, int to) {
         from >= edited.nbTracks) {
         return;
     }
-    const std::string moved = edited.tracks[from].path;
+    std::string moved = edited.tracks[from].path;
     const int at = std::clamp(to, 0, edited.nbTracks);
     openGap(edited, at);
-    edited.tracks[at].path = moved;
+    edited.tracks[at].path = std::move(moved);
     updateScroll(0, edited.nbTracks);
     removeTrack(editFamille, from >= at ? from + 1 : from);
 }
@@ -109,26 +113,28 @@ void c_playlist::closeDirectory() {
 }
 
 void c_playlist::readDir(const std::string& entry) {
-    if (entry == kBack) {
-        curDir = curDir.substr(0, curDir.rfind('/'));
-    } else {
-        curDir += "/" + entry;
-    }
-    browseDir = curDir;
+    const std::string root = baseDir + kVideosFolder;
+    std::string folder =
+        entry == kBack ? curDir.substr(0, curDir.rfind('/')) : curDir + "/" + entry;
+    browseDir = folder;
+    curDir = std::move(folder);
     closeDirectory();
     dirHandle = opendir(browseDir.c_str());
 
     std::fill_n(entryIsDir, kExplorerRows, 1);
     std::fill_n(entryIsClip, kExplorerRows, 0);
     nbEntries = 0;
-    if (browseDir != baseDir + kVideosFolder) {
+    if (browseDir != root) {
         entries[0] = kBack;
         nbEntries = 1;
     }
     if (dirHandle == nullptr) {
         puts(msg::kNoDirectory);
     } else {
-        listDirectory();
+        // The entries that there is memory for are shown.
+        if (!withinMemory([this] { listDirectory(); })) {
+            puts(msg::kNoMemory);
+        }
         closeDirectory();
     }
     // Deliberate: the last row keeps the text of an earlier listing; it is shown only when a folder

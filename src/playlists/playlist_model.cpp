@@ -5,6 +5,8 @@
 #include <climits>
 
 #include "clip/moxel.h"
+#include "common/memory.h"
+#include "common/messages.h"
 #include "core/globals.h"
 #include "playlists/playlist.h"
 
@@ -25,6 +27,35 @@ void copyFamille(Famille& to, const Famille& from) {
     for (int t = 0; t < from.nbTracks; ++t) {
         to.tracks[t].path = from.tracks[t].path;
     }
+}
+
+// Afterwards the first `count` records take each other's texts without memory: what moves them does
+// not stop half way.
+void makeRoomForTexts(Famille* familles, int count) {
+    size_t longest = 0;
+    int tracks = 0;
+    for (const Famille* each = familles; each != familles + count; ++each) {
+        longest = std::max(longest, each->name.size());
+        tracks = std::max(tracks, each->nbTracks);
+        for (int t = 0; t < each->nbTracks; ++t) {
+            longest = std::max(longest, each->tracks[t].path.size());
+        }
+    }
+    for (Famille* each = familles; each != familles + count; ++each) {
+        each->name.reserve(longest);
+        for (int t = 0; t < tracks; ++t) {
+            each->tracks[t].path.reserve(longest);
+        }
+    }
+}
+
+// 1 when the file is there and a clip.
+int32_t scanTrack(c_moxel& reader, const Track& track) {
+    int32_t found = 0;
+    if (!withinMemory([&] { found = reader.miniLoad("./videos/" + track.path); })) {
+        puts(msg::kNoMemoryForClip);
+    }
+    return found;
 }
 
 }  // namespace
@@ -73,7 +104,7 @@ void c_playlist::scanFamilles() {
             // Guard: track 51 has no clip slot of its own; its header is read through the last one.
             c_moxel& reader = moxel[std::min(t, kClipSlots - 1)];
             Track& track = famille.tracks[t];
-            const int found = reader.miniLoad("./videos/" + track.path);
+            const int found = scanTrack(reader, track);
             famille.weight += found;
             track.missing = found != 0 ? 0 : 1;
             famille.nbMissing += track.missing;
@@ -111,6 +142,7 @@ void c_playlist::removeFamille(int index) {
     if (index < 0 || index >= nbFamilles) {
         return;
     }
+    makeRoomForTexts(familles, nbFamilles);
     for (int f = index; f < nbFamilles - 1; ++f) {
         copyFamille(familles[f], familles[f + 1]);
     }
@@ -129,6 +161,7 @@ void c_playlist::deplacerFamille(int from, int to) {
         return;
     }
     to = std::clamp(to, 0, nbFamilles);
+    makeRoomForTexts(familles, std::min(nbFamilles + 2, kPlaylists + 1));
     // Deliberate: the gap opens from the unused record past the end on.
     // [quirk_move_copies_the_unused_record]
     for (int f = std::min(nbFamilles, kPlaylists - 1); f >= to; --f) {

@@ -1,7 +1,6 @@
 // The preview: one clip over the whole screen, loaded at once and played in a loop.
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 
 #include "clip/moxel.h"
 #include "core/all.h"
@@ -21,12 +20,6 @@ constexpr int kBytesPerKilobyte = 1024;
 constexpr uint16_t kProgressColour = 65535;
 constexpr int16_t kProgressY = 5;
 constexpr int kSurfaceDepth = 16;
-
-// Loading reads from it, and a pipe or a device would hold the program up for good.
-bool isFile(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(path, ignored);
-}
 
 bool loadWhole(c_moxel& clip) {
     int result = 1;
@@ -75,18 +68,17 @@ std::string c_playlist::previewPath() const {
 }
 
 void c_playlist::startPreview() {
+    const std::string path = previewPath();
     if (previewClip->hasRAM != 0) {
         previewClip->killRAM();
     }
     if (editPage == page::BROWSE && dragSource == page::LEFT) {
         return;
     }
-    const std::string path = previewPath();
-    previewActive = 1;
     previewFrame = 0;
     previewClip->init(all->prefix, path);
-    if (!isFile(previewClip->path) || !loadWhole(*previewClip)) {
-        previewActive = 0;
+    previewActive = loadWhole(*previewClip) ? 1 : 0;
+    if (previewActive == 0) {
         notice = "'" + path + "' could not be loaded";
     }
 }

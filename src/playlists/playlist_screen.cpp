@@ -1,4 +1,6 @@
 // The playlist screen's frame: preview or page, scroll bars, the label of what is dragged.
+#include <memory>
+
 #include "clip/moxel.h"
 #include "common/geometry.h"
 #include "common/rgb565.h"
@@ -26,6 +28,12 @@ constexpr ArrowRow kArrowRows[] = {{4, 2}, {3, 4}, {2, 6}};
 constexpr int kUpArrowY = 2;    // of the narrow end, from the thumb's top
 constexpr int kDownArrowY = 3;  // of the narrow end, up from the thumb's end
 
+// Goes also when there is no memory for what is drawn on it.
+struct FreeSurface {
+    void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
+};
+using Paper = std::unique_ptr<SDL_Surface, FreeSurface>;
+
 }  // namespace
 
 void c_playlist::initScroll(int bar, int count) {
@@ -43,21 +51,20 @@ void c_playlist::draw(SDL_Surface* surface, SDL_Surface* atlas) {
         return;
     }
     const SDL_PixelFormat& format = *surface->format;
-    SDL_Surface* paper =
-        SDL_CreateRGBSurface(SDL_SWSURFACE, kFrameWidth, kFrameHeight, format.BitsPerPixel,
-                             format.Rmask, format.Gmask, format.Bmask, format.Amask);
+    const Paper paper(SDL_CreateRGBSurface(SDL_SWSURFACE, kFrameWidth, kFrameHeight,
+                                           format.BitsPerPixel, format.Rmask, format.Gmask,
+                                           format.Bmask, format.Amask));
     if (paper == nullptr) {
         return;
     }
-    SDL_FillRect(paper, nullptr, surfaceColour(paper, px::fromRgb(page::kPaperRgb)));
-    drawPage(paper, atlas);
+    SDL_FillRect(paper.get(), nullptr, surfaceColour(paper.get(), px::fromRgb(page::kPaperRgb)));
+    drawPage(paper.get(), atlas);
     if (dragging != 0) {
-        drawDrag(paper, keys->mouseX, keys->mouseY);
+        drawDrag(paper.get(), keys->mouseX, keys->mouseY);
     }
     const Point offset = pictureOffset(all->appW, all->appH);
     SDL_Rect at = {static_cast<int16_t>(offset.x), static_cast<int16_t>(offset.y), 0, 0};
-    SDL_BlitSurface(paper, nullptr, surface, &at);
-    SDL_FreeSurface(paper);
+    SDL_BlitSurface(paper.get(), nullptr, surface, &at);
 }
 
 void c_playlist::drawPage(SDL_Surface* surface, SDL_Surface* atlas) {

@@ -1,5 +1,6 @@
 // The steps of the playlist screen: what buttons, keys and drops do on its three pages.
 #include <algorithm>
+#include <utility>
 
 #include "core/all.h"
 #include "core/globals.h"
@@ -169,11 +170,11 @@ void c_playlist::showBrowse() {
 
 void c_playlist::showTracks() {
     enteredFamille = familles[editFamille];
+    curDir = baseDir;
+    showFolder("videos");
     editPage = page::TRACKS;
     selRow = 0;
     initScroll(page::LEFT, familles[editFamille].nbTracks);
-    curDir = baseDir;
-    showFolder("videos");
     dragSource = familles[editFamille].nbTracks > 0 ? page::LEFT : page::RIGHT;
 }
 
@@ -211,7 +212,7 @@ void c_playlist::confirmTracks() {
 }
 
 void c_playlist::discardTracks() {
-    familles[editFamille] = enteredFamille;
+    std::swap(familles[editFamille], enteredFamille);
     showBrowse();
 }
 

@@ -1,4 +1,5 @@
 // playlists.xml: reading with the scanner, writing as a whole.
+#include "common/memory.h"
 #include "common/messages.h"
 #include "playlists/playlist.h"
 #include "playlists/userfile.h"
@@ -17,6 +18,14 @@ std::string playlistElement(const Famille& famille) {
     return text + "\t</playlist>\n";
 }
 
+std::string fileText(const Famille* familles, int count) {
+    std::string text = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n";
+    for (int f = 0; f < count; ++f) {
+        text += playlistElement(familles[f]);
+    }
+    return text + "</all>\n";
+}
+
 }  // namespace
 
 std::string c_playlist::lireMot(const std::string& target) {
@@ -32,15 +41,11 @@ int c_playlist::finLigne() {
 }
 
 bool c_playlist::saveXML() {
-    std::string text = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n";
-    for (int f = 0; f < nbFamilles; ++f) {
-        text += playlistElement(familles[f]);
-    }
-    text += "</all>\n";
-    const std::string path = baseDir + kWritePath;
-    const bool saved = replaceFile(path, text);
+    bool saved = false;
+    withinMemory(
+        [&] { saved = replaceFile(baseDir + kWritePath, fileText(familles, nbFamilles)); });
     if (!saved) {
-        printf(msg::kSaveFailedFormat, path.c_str());
+        printf(msg::kSaveFailedFormat, baseDir.c_str(), kWritePath);
     }
     return saved;
 }

@@ -20,6 +20,9 @@ SDL_Rect rectOf(int x, int y, int w, int h) {
 
 void c_lib::initLib() {
     scratch = SDL_ConvertSurface(screen[0], screen[0]->format, SDL_SRCCOLORKEY);
+    if (scratch == nullptr) {
+        return;
+    }
     // SDL 1.2 leaves the copy without a key; its compatibility layer keys black, and black boxes
     // would not show.
     SDL_SetColorKey(scratch, 0, 0);

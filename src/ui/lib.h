@@ -10,7 +10,9 @@ inline constexpr int kButtonHeight = 24;
 
 class c_lib {
 public:
-    void initLib();  // makes the scratch surface, a copy of the work surface
+    // Makes the scratch surface, a copy of the work surface; null when there is no memory for it,
+    // and nothing may be drawn then.
+    void initLib();
 
     int C(int rgb);  // RGB565 of a 0x00RRGGBB colour
     // value + step, held inside [lo, hi], or wrapped to the other end when `wrap` is not 0.

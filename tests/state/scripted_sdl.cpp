@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "support/failing_memory.h"
+
 namespace {
 
 ScriptedSdl script;
@@ -85,30 +87,36 @@ SDL_Event mouseButton(uint8_t type, int x, int y) {
 extern "C" {
 
 int SDL_Init(Uint32 flags) {
+    const OwnMemory own;
     script.calls.push_back("SDL_Init " + std::to_string(flags));
     return 0;
 }
 
 void SDL_Quit(void) {
+    const OwnMemory own;
     script.calls.push_back("SDL_Quit");
 }
 
 void SDL_WM_SetCaption(const char* title, const char* icon) {
+    const OwnMemory own;
     script.calls.push_back(std::string("SDL_WM_SetCaption ") + title + " " + icon);
 }
 
 int SDL_EnableUNICODE(int enable) {
+    const OwnMemory own;
     script.calls.push_back("SDL_EnableUNICODE " + std::to_string(enable));
     return 0;
 }
 
 int SDL_EnableKeyRepeat(int delay, int interval) {
+    const OwnMemory own;
     script.calls.push_back("SDL_EnableKeyRepeat " + std::to_string(delay) + " " +
                            std::to_string(interval));
     return 0;
 }
 
 SDL_Joystick* SDL_JoystickOpen(int index) {
+    const OwnMemory own;
     script.calls.push_back("SDL_JoystickOpen " + std::to_string(index));
     return nullptr;
 }
@@ -118,6 +126,7 @@ int SDL_NumJoysticks(void) {
 }
 
 Uint8 SDL_JoystickGetButton(SDL_Joystick*, int button) {
+    const OwnMemory own;
     script.buttonsAsked.push_back(button);
     return script.buttonsDown.contains(button) ? 1 : 0;
 }
@@ -156,6 +165,7 @@ void SDL_SetEventFilter(SDL_EventFilter filter) {
 }
 
 int SDL_ShowCursor(int toggle) {
+    const OwnMemory own;
     script.cursorCalls.push_back(toggle);
     script.calls.push_back("SDL_ShowCursor " + std::to_string(toggle));
     return 0;
@@ -168,6 +178,7 @@ const SDL_VideoInfo* SDL_GetVideoInfo(void) {
 }
 
 SDL_Surface* SDL_SetVideoMode(int width, int height, int depth, Uint32 flags) {
+    const OwnMemory own;
     script.modeCalls.push_back({width, height, depth, flags});
     script.calls.push_back("SDL_SetVideoMode " + std::to_string(width) + " " +
                            std::to_string(height) + " " + std::to_string(depth) + " " +
@@ -188,6 +199,7 @@ SDL_Surface* SDL_SetVideoMode(int width, int height, int depth, Uint32 flags) {
 }
 
 void SDL_UpdateRect(SDL_Surface* surface, Sint32 x, Sint32 y, Uint32 w, Uint32 h) {
+    const OwnMemory own;
     if (x == 0 && y == 0 && w == 0 && h == 0) {
         script.updated.push_back(surface);
     }

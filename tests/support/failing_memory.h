@@ -5,6 +5,17 @@
 
 #include <functional>
 
+// While one lives, memory is the test double's own: it is there and counts nowhere.
+class OwnMemory {
+public:
+    OwnMemory() { ++alive; }
+    ~OwnMemory() { --alive; }
+    OwnMemory(const OwnMemory&) = delete;
+    OwnMemory& operator=(const OwnMemory&) = delete;
+
+    static inline int alive = 0;
+};
+
 enum class Shortage {
     ONE_CALL,  // the n-th call fails, the others get what they ask for
     FROM_THEN_ON,
