@@ -9,7 +9,8 @@ constexpr long kMostCalls = 5000;
 constexpr const char* kFolder = "a-folder-with-a-long-name";
 constexpr const char* kSaved = "userdata/playlists.xml";
 
-// Long enough to need memory, each of another length.
+// Long enough to need memory, each of another length: what one text left is room for some others,
+// and an operation can be broken off at its later steps too.
 std::string longText(const std::string& start, int number) {
     return start + "-with-a-long-name-" + std::string(static_cast<size_t>(3 * number), 'x') +
            ".m19";
@@ -31,19 +32,19 @@ struct Operation {
 };
 
 void openTracks() {
-    playlist->editFamille = 1;
+    playlist->editFamille = 2;
     playlist->useButton(page::EDIT);
 }
 
 void openAndRemoveOne() {
     openTracks();
-    playlist->removeTrack(1, 2);
+    playlist->removeTrack(2, 2);
 }
 
 const Operation kOperations[] = {
     {"AddTrack", [] { openTracks(); },
-     [] { playlist->addTrack("a-clip-with-a-long-name-of-its-own.m19", 1, 1); }},
-    {"RemoveTrack", [] { openTracks(); }, [] { playlist->removeTrack(1, 0); }},
+     [] { playlist->addTrack("a-clip-with-a-long-name-of-its-own.m19", 2, 0); }},
+    {"RemoveTrack", [] { openTracks(); }, [] { playlist->removeTrack(2, 0); }},
     {"MoveTrackUp", [] { openTracks(); }, [] { playlist->moveTrack(3, 0); }},
     {"MoveTrackDown", [] { openTracks(); }, [] { playlist->moveTrack(0, 3); }},
     {"OpenTracks", [] {}, [] { openTracks(); }},

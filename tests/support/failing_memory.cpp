@@ -19,6 +19,12 @@ bool failed = false;
 long inUse = 0;
 int streamsToFailure = 0;
 
+// Also when an exception ends what is acted.
+struct Armed {
+    Armed() { armed = true; }
+    ~Armed() { armed = false; }
+};
+
 bool failsNow() {
     if (!armed || OwnMemory::alive > 0) {
         return false;
@@ -63,9 +69,8 @@ void run(long call, bool further, const std::function<void()>& act) {
     lasting = further;
     calls = 0;
     failed = false;
-    armed = true;
+    const Armed whileItActs;
     act();
-    armed = false;
 }
 
 }  // namespace
