@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -40,6 +41,10 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 [[noreturn]] void become(char** command, char** environment, const ChildSetup& setup, int output,
                          int errors) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (setup.addressSpace != 0) {
+        const rlimit limit = {setup.addressSpace, setup.addressSpace};
+        setrlimit(RLIMIT_AS, &limit);
+    }
     if (chdir(setup.folder.c_str()) == 0 && dup2(output, STDOUT_FILENO) >= 0 &&
         dup2(errors, STDERR_FILENO) >= 0) {
         execvpe(command[0], command, environment);

@@ -18,6 +18,7 @@ struct ChildSetup {
     std::string folder = ".";              // where it runs
     std::string output = "/dev/null";      // file for standard output
     std::string errors = "/dev/null";      // file for standard error
+    unsigned long addressSpace = 0;        // bytes that it may have at most; 0 as many as it wants
 };
 
 class Child {

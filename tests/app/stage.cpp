@@ -33,7 +33,7 @@ Stage::~Stage() {
     }
 }
 
-void Stage::start() {
+void Stage::startProgram(unsigned long addressSpace) {
     ChildSetup setup;
     setup.command = {program()};
     // Without the driver's name SDL would go on to a dummy display when the server refuses it.
@@ -43,7 +43,17 @@ void Stage::start() {
     setup.folder = folder.path();
     setup.output = folder.path() + "/stdout";
     setup.errors = folder.path() + "/stderr";
+    setup.addressSpace = addressSpace;
     program_.start(setup);
+}
+
+int Stage::startWithin(unsigned long addressSpace) {
+    startProgram(addressSpace);
+    return waitExit();
+}
+
+void Stage::start() {
+    startProgram(0);
     if (!waitUntil([this] { return window().id != 0; })) {
         giveUp("the window did not come");
     }

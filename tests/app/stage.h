@@ -42,6 +42,8 @@ public:
     void startAtHome();
     void startAtOverMenu();
     void startMix(int tracks);
+    // With so many bytes of address space, which is not enough: its exit status.
+    int startWithin(unsigned long addressSpace);
 
     void tap(unsigned long symbol);  // the key is seen down, acted on and seen up again
     void press(unsigned long symbol);
@@ -81,6 +83,7 @@ public:
     std::string errors() { return folder.read("stderr"); }
 
 private:
+    void startProgram(unsigned long addressSpace);
     [[noreturn]] void giveUp(const std::string& what);
 
     // Order of making; the program ends first, the server last.
