@@ -4,8 +4,9 @@
 // `_options`.
 //
 // Two files below userdata/: prefs.xml (flags, application size, the filter of each slot) and
-// gamecontroller.xml (the controller map). A missing file is reported in one line and leaves the
-// values as they are. Saving replaces a file whole or leaves the old one and says so.
+// gamecontroller.xml (the controller map). A file that is missing or cannot be read is reported in
+// one line and leaves the values as they are. Saving replaces a file whole or leaves the old one
+// and says so; one that could not be read is left alone for the rest of the run.
 
 #include <SDL.h>
 
@@ -15,6 +16,7 @@
 
 #include "common/geometry.h"
 #include "options/options_layout.h"
+#include "playlists/userfile.h"
 
 class c_options {
 public:
@@ -63,6 +65,8 @@ public:
     // What the page has to say, or null: its save failed, and the next way out leaves unsaved. A
     // click that is no way out, and a change, put it back to null.
     const char* notice;
+    UserFile prefsFile;
+    UserFile controllerFile;
 
 private:
     void drawCheckBox(SDL_Surface* surface, SDL_Surface* texture, int on, Point at,

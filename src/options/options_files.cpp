@@ -11,7 +11,6 @@
 #include "mixer/filters.h"
 #include "options/options.h"
 #include "options/options_layout.h"
-#include "playlists/userfile.h"
 #include "playlists/xmlscan.h"
 
 namespace {
@@ -75,9 +74,10 @@ std::string controllerText() {
 }
 
 template <typename MakeText>
-bool replaceOrReport(const std::string& folder, const char* name, MakeText makeText) {
+bool replaceOrReport(const UserFile& file, const std::string& folder, const char* name,
+                     MakeText makeText) {
     bool saved = false;
-    withinMemory([&] { saved = replaceFile(folder + name, makeText()); });
+    withinMemory([&] { saved = file.replace(folder + name, makeText()); });
     if (!saved) {
         printf(msg::kSaveFailedFormat, folder.c_str(), name);
     }
@@ -99,7 +99,7 @@ int c_options::finLigne() {
 }
 
 void c_options::lireXML() {
-    file = fopen(kPrefsReadPath, "r");
+    file = prefsFile.open(kPrefsReadPath);
     if (file == nullptr) {
         puts(msg::kNoPrefsFile);
         return;
@@ -120,11 +120,12 @@ void c_options::lireXML() {
 }
 
 bool c_options::saveXML() {
-    return replaceOrReport(homeDir, kPrefsWritePath, [this] { return prefsText(*this); });
+    return replaceOrReport(prefsFile, homeDir, kPrefsWritePath,
+                           [this] { return prefsText(*this); });
 }
 
 void c_options::lireXMLController() {
-    file = fopen(kControllerReadPath, "r");
+    file = controllerFile.open(kControllerReadPath);
     if (file == nullptr) {
         puts(msg::kNoControllerFile);
         return;
@@ -138,5 +139,5 @@ void c_options::lireXMLController() {
 }
 
 bool c_options::saveXMLController() {
-    return replaceOrReport(homeDir, kControllerWritePath, controllerText);
+    return replaceOrReport(controllerFile, homeDir, kControllerWritePath, controllerText);
 }

@@ -14,6 +14,7 @@
 
 #include "common/limits.h"
 #include "playlists/scroll.h"
+#include "playlists/userfile.h"
 
 class PagePainter;
 class c_moxel;
@@ -139,6 +140,7 @@ public:
     int32_t pointerY;
     std::string notice;      // one line under the buttons; empty none
     Famille enteredFamille;  // the playlist as it was when page 2 was entered
+    UserFile userFile;       // one that could not be read is not written over
 
 private:
     void drawBrowsePage(PagePainter& painter);

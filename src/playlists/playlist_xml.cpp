@@ -2,7 +2,6 @@
 #include "common/memory.h"
 #include "common/messages.h"
 #include "playlists/playlist.h"
-#include "playlists/userfile.h"
 #include "playlists/xmlscan.h"
 
 namespace {
@@ -43,7 +42,7 @@ int c_playlist::finLigne() {
 bool c_playlist::saveXML() {
     bool saved = false;
     withinMemory(
-        [&] { saved = replaceFile(baseDir + kWritePath, fileText(familles, nbFamilles)); });
+        [&] { saved = userFile.replace(baseDir + kWritePath, fileText(familles, nbFamilles)); });
     if (!saved) {
         printf(msg::kSaveFailedFormat, baseDir.c_str(), kWritePath);
     }
@@ -53,7 +52,7 @@ bool c_playlist::saveXML() {
 // Deliberate: reading takes the path from the current directory, writing from the directory of the
 // start-up. [quirk_read_path_is_relative_write_path_is_not]
 void c_playlist::lireXML() {
-    file = fopen(kReadPath, "r");
+    file = userFile.open(kReadPath);
     nbFamilles = 0;
     for (Famille& famille : familles) {
         famille.nbTracks = 0;

@@ -2,8 +2,10 @@
 // two marks that a trace of the system calls shows. A child of the tests, which make its system
 // calls fail or kill it at one of them.
 //
-//   save_once playlists|prefs|controller|clip old|new
+//   save_once playlists|prefs|controller|clip old|new [read]
 //
+// With "read" it reads the file first, as the program does when it starts, and says "holds" and a
+// number: the playlists, the first letter's filter or the first function's button that it then has.
 // Says what the save says, which is nothing when it went well, then "goes on".
 #include <unistd.h>
 
@@ -34,9 +36,13 @@ std::string workingFolder() {
     return getcwd(buffer, sizeof buffer) != nullptr ? buffer : "";
 }
 
-void savePlaylists(const std::string& word) {
+void savePlaylists(const std::string& word, bool readsFirst) {
     static c_playlist list;
     list.baseDir = workingFolder();
+    if (readsFirst) {
+        list.lireXML();
+        printf("holds %d\n", list.nbFamilles);
+    }
     list.nbFamilles = kFamilles;
     for (int f = 0; f < kFamilles; ++f) {
         list.familles[f].name = word;
@@ -50,20 +56,33 @@ void savePlaylists(const std::string& word) {
     access(faults::kSaveEnds, F_OK);
 }
 
-void makeOptions(int number) {
+void makeOptions() {
     all = new c_all{};
     all->appW = 1280;
     all->appH = 720;
     _filters = new c_filters{};
-    _filters->slots[0][0].id = number;
     keys = new c_keys{};
-    keys->padButton[0] = number;
     _options = new c_options{};
     _options->homeDir = workingFolder();
 }
 
-void saveOptions(bool prefs, int number) {
-    makeOptions(number);
+void readOptions(bool prefs) {
+    if (prefs) {
+        _options->lireXML();
+        printf("holds %d\n", _filters->slots[0][0].id);
+    } else {
+        _options->lireXMLController();
+        printf("holds %d\n", keys->padButton[0]);
+    }
+}
+
+void saveOptions(bool prefs, int number, bool readsFirst) {
+    makeOptions();
+    if (readsFirst) {
+        readOptions(prefs);
+    }
+    _filters->slots[0][0].id = number;
+    keys->padButton[0] = number;
     access(faults::kSaveStarts, F_OK);
     if (prefs) {
         _options->saveXML();
@@ -87,18 +106,19 @@ void saveClip(uint8_t byte) {
 }  // namespace
 
 int main(int count, char** words) {
-    if (count != 3) {
+    if (count != 3 && count != 4) {
         return 2;
     }
+    const bool readsFirst = count == 4 && strcmp(words[3], "read") == 0;
     const std::string kind = words[1];
     const std::string word = words[2];
     const int number = word == "old" ? 3 : 7;
     if (kind == "playlists") {
-        savePlaylists(word);
+        savePlaylists(word, readsFirst);
     } else if (kind == "clip") {
         saveClip(static_cast<uint8_t>(number));
     } else {
-        saveOptions(kind == "prefs", number);
+        saveOptions(kind == "prefs", number, readsFirst);
     }
     puts("goes on");
     return 0;

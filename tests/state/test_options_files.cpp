@@ -128,6 +128,59 @@ TEST_F(OptionsFiles, SaveThatFails_LeavesTheOldFileAndSaysSo) {
     EXPECT_EQ(readFile("userdata/prefs.xml"), "old");
 }
 
+// A folder in the file's place. Each file goes its own way.
+TEST_F(OptionsFiles, PrefsThatCannotBeRead_KeepEverythingAndAreNeverWrittenOver) {
+    std::filesystem::create_directories("userdata/prefs.xml");
+    _options->topbar = 1;
+    all->appW = 1024;
+    _filters->slots[1][8].id = 4;
+    EXPECT_EQ(printedBy([] { _options->lireXML(); }), "can't find prefs file\n");
+    EXPECT_EQ(_options->topbar, 1);
+    EXPECT_EQ(all->appW, 1024);
+    EXPECT_EQ(_filters->slots[1][8].id, 4);
+    EXPECT_EQ(_options->file, nullptr);
+    std::filesystem::remove("userdata/prefs.xml");
+    writeFile("userdata/prefs.xml", "mine");
+    const std::string path = _options->homeDir + "/userdata/prefs.xml";
+    EXPECT_EQ(printedBy([] { EXPECT_FALSE(_options->saveXML()); }),
+              "Could not save " + path + "\n");
+    EXPECT_EQ(readFile("userdata/prefs.xml"), "mine");
+    EXPECT_EQ(printedBy([] { EXPECT_TRUE(_options->saveXMLController()); }), "");
+}
+
+// Links that lead round.
+TEST_F(OptionsFiles, ControllerThatCannotBeRead_KeepsTheMapAndIsNeverWrittenOver) {
+    std::filesystem::create_directory("userdata");
+    std::filesystem::create_symlink("gamecontroller.xml", "userdata/gamecontroller.xml");
+    keys->padButton[3] = 7;
+    EXPECT_EQ(printedBy([] { _options->lireXMLController(); }), "can't find controller xml file\n");
+    EXPECT_EQ(keys->padButton[3], 7);
+    EXPECT_EQ(_options->file, nullptr);
+    std::filesystem::remove("userdata/gamecontroller.xml");
+    writeFile("userdata/gamecontroller.xml", "mine");
+    const std::string path = _options->homeDir + "/userdata/gamecontroller.xml";
+    EXPECT_EQ(printedBy([] { EXPECT_FALSE(_options->saveXMLController()); }),
+              "Could not save " + path + "\n");
+    EXPECT_EQ(readFile("userdata/gamecontroller.xml"), "mine");
+    EXPECT_EQ(printedBy([] { EXPECT_TRUE(_options->saveXML()); }), "");
+}
+
+TEST_F(OptionsFiles, LinkedFiles_AreReplacedBehindTheirLinks) {
+    writeFile("far/prefs.xml", prefs("1", "0", "1280", "720"));
+    std::filesystem::create_directory("userdata");
+    std::filesystem::create_symlink("../far/prefs.xml", "userdata/prefs.xml");
+    std::filesystem::create_symlink("../far/pad.xml", "userdata/gamecontroller.xml");
+    _options->lireXML();
+    EXPECT_EQ(_options->topbar, 1);
+    _options->topbar = 0;
+    EXPECT_TRUE(_options->saveXML());
+    EXPECT_TRUE(_options->saveXMLController());
+    EXPECT_TRUE(std::filesystem::is_symlink("userdata/prefs.xml"));
+    EXPECT_TRUE(std::filesystem::is_symlink("userdata/gamecontroller.xml"));
+    EXPECT_NE(readFile("far/prefs.xml").find("<topbar>0</topbar>"), std::string::npos);
+    EXPECT_NE(readFile("far/pad.xml").find("<button>"), std::string::npos);
+}
+
 TEST_F(OptionsFiles, Leaving_SavesAndGoesHome) {
     all->state = STATE_OPTIONS;
     _options->page = 1;

@@ -1,4 +1,6 @@
 // playlists.xml: what is read, what is written, and what happens when either fails.
+#include <sys/stat.h>
+
 #include "state/stage.h"
 
 namespace {
@@ -169,6 +171,55 @@ TEST_F(PlaylistXml, SaveFails_OldFileStaysAndOneLineSaysSo) {
     EXPECT_EQ(printedBy([] { playlist->saveXML(); }),
               "Could not save " + playlist->baseDir + "/userdata/playlists.xml\n");
     EXPECT_EQ(readFile(kUserFile), "old content");
+}
+
+// A folder in its place, a pipe that nobody writes into, links that lead round.
+TEST_F(PlaylistXml, FileThatCannotBeRead_NothingHeldAndNeverWrittenOver) {
+    const std::string refused = "Could not save " + playlist->baseDir + "/userdata/playlists.xml\n";
+    fs::create_directory("userdata");
+    const std::function<void()> obstacles[] = {
+        [] { fs::create_directory(kUserFile); },
+        [] { ASSERT_EQ(mkfifo(kUserFile, 0600), 0); },
+        [] { fs::create_symlink("playlists.xml", kUserFile); },
+    };
+    for (const auto& makeObstacle : obstacles) {
+        fs::remove(kUserFile);
+        makeObstacle();
+        const fs::file_type type = fs::symlink_status(kUserFile).type();
+        playlist->userFile = {};
+        addFamille("old", {"a.m19"});
+        EXPECT_EQ(printedBy([] { playlist->lireXML(); }), "can't find playlists XML file\n");
+        EXPECT_EQ(playlist->nbFamilles, 0);
+        EXPECT_EQ(playlist->familles[0].nbTracks, 0);
+        EXPECT_EQ(playlist->file, nullptr);
+        playlist->newName = "new";
+        EXPECT_EQ(printedBy([] { EXPECT_FALSE(playlist->createNewFamille()); }), refused);
+        EXPECT_EQ(printedBy([] { EXPECT_FALSE(playlist->saveFamille()); }), refused);
+        EXPECT_EQ(fs::symlink_status(kUserFile).type(), type);
+    }
+    // Put right meanwhile: what is in memory still does not come from it.
+    fs::remove(kUserFile);
+    writeFile(kUserFile, "mine");
+    EXPECT_EQ(printedBy([] { EXPECT_FALSE(playlist->saveXML()); }), refused);
+    EXPECT_EQ(readFile(kUserFile), "mine");
+}
+
+TEST_F(PlaylistXml, LinkedFile_IsReadAndReplacedBehindTheLink) {
+    writeFile("far/real.xml", kHead + famille("far", 1) + "</all>\n");
+    fs::create_directory("userdata");
+    fs::create_symlink("../far/real.xml", kUserFile);
+    playlist->lireXML();
+    EXPECT_EQ(familleNames(), (std::vector<std::string>{"far"}));
+    playlist->familles[0].name = "near";
+    EXPECT_TRUE(playlist->saveXML());
+    EXPECT_TRUE(fs::is_symlink(kUserFile));
+    EXPECT_EQ(readFile("far/real.xml"), kHead + famille("near", 1) + "</all>\n");
+}
+
+TEST_F(PlaylistXml, ZeroAndFFInTheFile_AreReadAsTheyAre) {
+    const std::string odd = std::string("a\0b", 3) + "\xFF\n";
+    read(famille(odd, 1) + "</all>\n");
+    EXPECT_EQ(familleNames(), (std::vector<std::string>{odd}));
 }
 
 TEST_F(PlaylistXml, quirk_read_path_is_relative_write_path_is_not) {
