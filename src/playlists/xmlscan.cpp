@@ -9,6 +9,10 @@ void appendChar(FILE* stream, std::string& buffer) {
     buffer.push_back(static_cast<char>(static_cast<unsigned char>(fgetc(stream))));
 }
 
+std::string closingTag(const std::string& name) {
+    return "</" + name + ">";
+}
+
 }  // namespace
 
 int skipChar(FILE* stream) {
@@ -31,7 +35,7 @@ std::string skipTo(FILE* stream, const std::string& target) {
 
 std::string readNode(FILE* stream, const std::string& name) {
     const std::string opening = "<" + name + ">";
-    const std::string closing = "</" + name + ">";
+    const std::string closing = closingTag(name);
     std::string before;
     for (int read = 0; read < kNoeudBudget && !before.ends_with(opening); ++read) {
         appendChar(stream, before);
@@ -56,6 +60,15 @@ std::string readNode(FILE* stream, const std::string& name) {
     // [quirk_long_text_is_cut_by_its_closing_tag]
     text.resize(text.size() - closing.size());
     return text;
+}
+
+size_t longestText(const std::string& name) {
+    return kNoeudBudget - closingTag(name).size();
+}
+
+bool comesBack(const std::string& text, const std::string& name) {
+    return text.size() <= longestText(name) && text.find(closingTag(name)) == std::string::npos &&
+           text != kEndOfAll && text != kEndOfPlaylist;
 }
 
 void readPrologue(FILE* stream) {

@@ -28,6 +28,13 @@ std::string skipTo(FILE* stream, const std::string& target);
 // element's opening tag. Attributes, entities and comments are not understood; text comes raw.
 std::string readNode(FILE* stream, const std::string& name);
 
+// The longest text that readNode gives back whole: the closing tag must come within the limit too.
+size_t longestText(const std::string& name);
+
+// Whether `text`, written between the tags of `name`, comes back from readNode as it is and is told
+// from an end tag. Any bytes will do, line ends and zeros too; no text at all comes back as none.
+bool comesBack(const std::string& text, const std::string& name);
+
 // The start of every user-data file: declaration, line end, "<all>". Nothing of it is checked.
 void readPrologue(FILE* stream);
 

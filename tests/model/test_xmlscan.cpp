@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
+
 #include "model/counted_stream.h"
+#include "support/seed.h"
 
 namespace {
 
@@ -167,6 +171,69 @@ TEST(XmlScan, RealEndOfFile_GivesBytesFF) {
     EXPECT_EQ(xml::skipTo(file, "<playlist>"), "");
     EXPECT_EQ(xml::skipChar(file), EOF);
     fclose(file);
+}
+
+TEST(XmlScan, LongestText_92ForNameAnd91ForTrack) {
+    EXPECT_EQ(xml::longestText("name"), 92u);
+    EXPECT_EQ(xml::longestText("track"), 91u);
+}
+
+TEST(XmlScan, ComesBack_AllButLongTextsTheirOwnTagAndTheTwoEnds) {
+    EXPECT_TRUE(xml::comesBack(std::string(92, 'n'), "name"));
+    EXPECT_FALSE(xml::comesBack(std::string(93, 'n'), "name"));
+    EXPECT_TRUE(xml::comesBack(std::string(91, 't'), "track"));
+    EXPECT_FALSE(xml::comesBack(std::string(92, 't'), "track"));
+    EXPECT_FALSE(xml::comesBack("a</name>b", "name"));
+    EXPECT_FALSE(xml::comesBack("</track>", "track"));
+    EXPECT_TRUE(xml::comesBack("a</name>b", "track"));
+    for (const char* name : {"name", "track"}) {
+        EXPECT_FALSE(xml::comesBack("</all>", name));
+        EXPECT_FALSE(xml::comesBack("</playlist>", name));
+        EXPECT_TRUE(xml::comesBack("</all> ", name));
+        EXPECT_TRUE(xml::comesBack("a</playlist>", name));
+        EXPECT_TRUE(xml::comesBack("", name));
+        EXPECT_TRUE(xml::comesBack(" <" + std::string(name) + "> & %s\r\n\xFF" + '\0', name));
+    }
+}
+
+// Texts by chance, of pieces that the scanner minds and of any bytes, of lengths about the limit.
+std::string anyText(std::mt19937& chance) {
+    static const std::string kPieces[] = {"</name>", "</track>", "</all>", "</playlist>", "<name>",
+                                          "<track>", "</nam",    "</",     "<",           "e>",
+                                          ">",       "/",        "\n",     "\t"};
+    const auto below = [&chance](size_t limit) { return chance() % limit; };
+    std::string text;
+    for (size_t pieces = below(4); pieces > 0; --pieces) {
+        if (below(3) == 0) {
+            text += std::string(below(100), static_cast<char>(below(0x100)));
+        } else {
+            text += kPieces[below(std::size(kPieces))];
+        }
+    }
+    return text;
+}
+
+// Written as the program writes it, behind one element and before another, and read back: what is
+// said to come back does, and what is not does not, or looks like an end.
+TEST(XmlScan, TextsByChance_ComeBackWhenTheyAreSaidTo) {
+    std::mt19937 chance(chosenSeed());
+    int lost = 0;
+    for (int i = 0; i < 4000; ++i) {
+        const std::string text = anyText(chance);
+        const std::string name = i % 2 == 0 ? "name" : "track";
+        const std::string open = "\t\t<" + name + ">";
+        const std::string close = "</" + name + ">\n";
+        CountedStream stream(open + "a" + close + open + text + close + open + "z" + close);
+        EXPECT_EQ(xml::readNode(stream.file(), name), "a");
+        const std::string back = xml::readNode(stream.file(), name);
+        const std::string next = xml::readNode(stream.file(), name);
+        const bool end = back == "</all>" || back == "</playlist>";
+        ASSERT_EQ(xml::comesBack(text, name), back == text && next == "z" && !end)
+            << name << ": " << ::testing::PrintToString(text);
+        lost += xml::comesBack(text, name) ? 0 : 1;
+    }
+    EXPECT_GT(lost, 400);
+    EXPECT_LT(lost, 3600);
 }
 
 TEST(XmlScan, ByteFFAndZeroInTheFile_AreCharacters) {
