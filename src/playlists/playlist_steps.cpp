@@ -4,6 +4,7 @@
 
 #include "core/all.h"
 #include "core/globals.h"
+#include "playlists/lost_names.h"
 #include "playlists/page_layout.h"
 #include "playlists/playlist.h"
 #include "ui/overmenu.h"
@@ -189,6 +190,10 @@ void c_playlist::createNamed() {
     if (newName.empty() || nbFamilles >= kPlaylists) {
         return;
     }
+    notice = lost::whyName(newName);
+    if (!notice.empty()) {
+        return;
+    }
     createNewFamille();
     editFamille = nbFamilles - 1;
     showBrowse();
@@ -318,6 +323,10 @@ void c_playlist::moveTrackTo(int row) {
 
 void c_playlist::addEntryAt(int row) {
     if (selItem >= nbEntries || !isFileMoxel(entries[selItem])) {
+        return;
+    }
+    notice = lost::whyPath(browsedFolder() + entries[selItem]);
+    if (!notice.empty()) {
         return;
     }
     const int before = familles[editFamille].nbTracks;
