@@ -86,6 +86,21 @@ TEST_P(UnreadSaves, ReadingThatASignalInterrupts_GoesOn) {
     EXPECT_TRUE(bytes() == new_);
 }
 
+// A link that the disk does not give is no file to be replaced.
+TEST_P(UnreadSaves, LinkThatCannotBeFollowed_StaysWithTheFileBehindIt) {
+    const fs::path behind = folder_.path() / "behind.xml";
+    fs::rename(file(), behind);
+    fs::create_symlink(behind, file());
+    const std::string link = file();
+    const Outcome outcome = run({"strace", "-qq", "-o", "trace", "-P", link, "-e",
+                                 "inject=/readlink:error=EIO", SAVE_ONCE, GetParam().name, "new"},
+                                false);
+    EXPECT_NE(fileBytes("trace").find("(INJECTED)"), std::string::npos) << fileBytes("trace");
+    EXPECT_EQ(outcome.output, refused() + "goes on\n");
+    EXPECT_EQ(fs::read_symlink(file()), behind);
+    EXPECT_TRUE(fileBytes(behind) == old_);
+}
+
 INSTANTIATE_TEST_SUITE_P(Files, UnreadSaves,
                          ::testing::ValuesIn(std::begin(kKinds), std::begin(kKinds) + 3), kindName);
 
