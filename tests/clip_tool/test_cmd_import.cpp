@@ -232,6 +232,38 @@ TEST_F(Import, FiftyPlaylists_LeaveNoRoomAndItIsSaid) {
     EXPECT_NE(textOf(kXml).find("<track>a.m19</track>"), std::string::npos);
 }
 
+// The names that import gives are shorter; the log can be edited.
+TEST_F(Import, NameThatTheProgramCannotReadBack_IsRefused) {
+    EXPECT_EQ(tool("import films --playlist live").status, 0);
+    const std::string fits = std::string(87, 'f') + ".m19";
+    const std::string tooLong = std::string(88, 'l') + ".m19";
+    std::string log = textOf("videos/imported.jsonl");
+    log.replace(log.find("\"a.m19\"") + 1, 5, fits);
+    log.replace(log.find("\"b.m19\"") + 1, 5, tooLong);
+    write("videos/imported.jsonl", log);
+    fs::rename("videos/a.m19", "videos/" + fits);
+    fs::rename("videos/b.m19", "videos/" + tooLong);
+    const Outcome outcome = tool("import films --playlist other");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "velmora-clip: '" + tooLong +
+                               "' is in no playlist: the program cannot read such a name back, nor "
+                               "any of more than 91 characters\n");
+    EXPECT_NE(outcome.out.find("playlist 'other': 1 added, 1 in it\n"), std::string::npos)
+        << outcome.out;
+    EXPECT_EQ(textOf(kXml),
+              kBegin + playlist("live", {"a.m19", "b.m19"}) + playlist("other", {fits}) + kEnd);
+}
+
+TEST_F(Import, PlaylistsFileThatCannotBeRead_IsLeftAlone) {
+    fs::create_directories("userdata");
+    ASSERT_EQ(mkfifo(kXml.c_str(), 0600), 0);
+    const Outcome outcome = tool("import films --playlist live");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "velmora-clip: cannot read userdata/playlists.xml\n");
+    EXPECT_TRUE(fs::is_fifo(kXml));
+    EXPECT_EQ(filesIn("videos"), (Names{"a.m19", "b.m19", "imported.jsonl"}));
+}
+
 TEST_F(Import, FileThatTheProgramReadsInPart_IsKeptAsACopy) {
     const std::string broken = kBegin + playlist("one", {"x.m19"}) +
                                "\t<playlist>\n\t\t<name>lost" +

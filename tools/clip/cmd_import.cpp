@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/limits.h"
+#include "playlists/xmlscan.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 #include "tools/clip/errors.h"
@@ -145,7 +146,7 @@ void Import::makeClips() {
     progress_.reset();
 }
 
-// False when there was no room for all of them.
+// False when not all of them are in it.
 bool Import::addTracks(const std::string& playlist) const {
     std::vector<std::string> tracks;
     for (const Item& item : items_) {
@@ -171,7 +172,13 @@ bool Import::addTracks(const std::string& playlist) const {
             "velmora-clip: %zu clips are in no playlist, from %s on: there are %d already\n",
             change.leftOut.size(), change.leftOut.front().c_str(), kPlaylists);
     }
-    return change.leftOut.empty();
+    for (const std::string& track : change.lost) {
+        std::fprintf(stderr,
+                     "velmora-clip: %s is in no playlist: the program cannot read such a name "
+                     "back, nor any of more than %zu characters\n",
+                     inQuotes(track).c_str(), xml::longestText("track"));
+    }
+    return change.leftOut.empty() && change.lost.empty();
 }
 
 int Import::report() const {

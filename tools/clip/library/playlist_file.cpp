@@ -7,6 +7,7 @@
 
 #include "playlists/page_layout.h"
 #include "playlists/playlist.h"
+#include "playlists/xmlscan.h"
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/library/clip_names.h"
@@ -45,6 +46,9 @@ std::unique_ptr<c_playlist> readPlaylists() {
     if (fs::exists(kFile, ignored)) {
         playlists->lireXML();
     }
+    if (playlists->userFile.unreadable()) {
+        throw ToolError(std::string("cannot read ") + kFile);
+    }
     return playlists;
 }
 
@@ -54,7 +58,7 @@ bool sameTracks(const Famille& a, const Famille& b) {
                       [](const Track& x, const Track& y) { return x.path == y.path; });
 }
 
-// Reads the file again: saving reports nothing that a caller could see.
+// Reads the file again, to be sure.
 void save(c_playlist& playlists) {
     FolderInMaking folder(kFolder);
     playlists.saveXML();
@@ -156,6 +160,10 @@ PlaylistChange addToPlaylist(const std::string& name, const std::vector<std::str
     change.keptCopy = keepCopy(*playlists);
     std::set<std::string> there = tracksOf(*playlists, name);
     for (const std::string& track : tracks) {
+        if (!xml::comesBack(track, "track")) {
+            change.lost.push_back(track);
+            continue;
+        }
         if (!there.insert(track).second) {
             continue;
         }

@@ -23,6 +23,7 @@ struct PlaylistPart {
 struct PlaylistChange {
     std::vector<PlaylistPart> parts;   // the playlists that got something
     std::vector<std::string> leftOut;  // tracks for which there was no room
+    std::vector<std::string> lost;     // tracks that the program could not read back
     std::string keptCopy;              // of a file that held more than the program reads of it
 };
 
