@@ -142,13 +142,14 @@ bool replaceFile(const std::string& path, const std::string& content) {
     if (there ? !S_ISREG(facts.st_mode) : errno != ENOENT) {
         return false;
     }
+    const std::string folder = folderOf(target);
     const std::string temporary = target + ".tmp";
     if (!writeDurably(temporary, content, there ? &facts : nullptr) ||
         rename(temporary.c_str(), target.c_str()) != 0) {
         unlink(temporary.c_str());
         return false;
     }
-    syncFolder(folderOf(target));
+    syncFolder(folder);
     return true;
 }
 
