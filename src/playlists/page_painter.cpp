@@ -1,7 +1,5 @@
 #include "playlists/page_painter.h"
 
-#include <SDL_ttf.h>
-
 #include "common/rgb565.h"
 #include "core/display.h"
 #include "core/globals.h"
@@ -42,11 +40,7 @@ void PagePainter::frame(int x, int y, int w, int h, int rgb) {
 }
 
 int PagePainter::widthOf(const std::string& words, int font) const {
-    int width = 0;
-    if (ttf->fonts[font] != nullptr) {
-        TTF_SizeText(ttf->fonts[font], words.c_str(), &width, nullptr);
-    }
-    return width;
+    return ttf->widthOf(words.c_str(), font);
 }
 
 int PagePainter::text(const std::string& words, int x, int y, int room, int rgb) {

@@ -1,6 +1,6 @@
 #pragma once
-// Texts cut to their column. Texts are Latin-1 bytes, any of them; widths are pixels as the caller
-// measures them.
+// Texts cut to their column. Texts are bytes, drawn as ui/latin1.h says and cut between the letters
+// drawn; widths are pixels as the caller measures them.
 
 #include <functional>
 #include <string>

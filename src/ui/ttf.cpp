@@ -3,11 +3,14 @@
 #include <cstdio>
 
 #include "core/globals.h"
+#include "ui/latin1.h"
 
 namespace {
 
 constexpr const char* kFontFile = "data/volter";
 constexpr int kFontSizes[2] = {9, 18};
+// Bytes of the longest text drawn: more letters than a window is wide have no place in one.
+constexpr size_t kLongestText = 1024;
 
 SDL_Color colourOf(int rgb) {
     return {static_cast<uint8_t>((rgb >> 16) & 0xFF), static_cast<uint8_t>((rgb >> 8) & 0xFF),
@@ -33,8 +36,22 @@ void c_ttf::loadFonts() {
 }
 
 SDL_Surface* c_ttf::render(const char* text, int colour, int font) {
-    return fonts[font] != nullptr ? TTF_RenderText_Solid(fonts[font], text, colourOf(colour))
-                                  : nullptr;
+    if (fonts[font] == nullptr) {
+        return nullptr;
+    }
+    char letters[kLongestText];
+    latin1::lettersOf(text, letters, sizeof letters);
+    return TTF_RenderText_Solid(fonts[font], letters, colourOf(colour));
+}
+
+int c_ttf::widthOf(const char* text, int font) const {
+    int width = 0;
+    if (fonts[font] != nullptr) {
+        char letters[kLongestText];
+        latin1::lettersOf(text, letters, sizeof letters);
+        TTF_SizeText(fonts[font], letters, &width, nullptr);
+    }
+    return width;
 }
 
 void c_ttf::drawTextH(SDL_Surface* s, const char* text, short x, short y, int colour, int font) {

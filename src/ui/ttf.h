@@ -1,8 +1,8 @@
 #pragma once
 // c_ttf: text and numbers in the interface's bitmap font, without anti-aliasing. One object, the
 // global `ttf`. Font 0 is the face at size 9, font 1 at size 18. Colours are 0x00RRGGBB; texts are
-// Latin-1 bytes; (x, y) is the text's top left on the surface. An empty text, or a font that could
-// not be opened, draws nothing. Nothing is cached.
+// bytes, drawn as ui/latin1.h says; (x, y) is the text's top left on the surface. An empty text, or
+// a font that could not be opened, draws nothing. Nothing is cached.
 
 #include <SDL.h>
 #include <SDL_ttf.h>
@@ -17,6 +17,8 @@ public:
     // On a box of `background` that is one pixel wider than the text to the left and the right.
     void texteFilled(SDL_Surface* s, const char* text, short x, short y, int colour, int font,
                      int background);
+
+    int widthOf(const char* text, int font) const;  // pixels
 
     TTF_Font* fonts[2];
 

@@ -41,4 +41,34 @@ TEST(TextFit, LongNamesOfAnyBytes_KeepTheirBeginning) {
     EXPECT_EQ(fitted(name, 60), std::string(7, '\xFF') + "...");
 }
 
+// Six pixels for each letter drawn: a lead byte or another one outside of 80 to BF begins one.
+int sixALetter(const std::string& text) {
+    int letters = 0;
+    for (const char byte : text) {
+        letters += (byte & 0xC0) != 0x80 ? 1 : 0;
+    }
+    return 6 * letters;
+}
+
+TEST(TextFit, LettersOfSeveralBytes_AreNeverCutInTheMiddle) {
+    const std::string name = "\xC3\xA9\xC3\xA0\xE6\x97\xA5\xC3\xBC\xC3\xB6z";  // six letters
+    EXPECT_EQ(fitText(name, 36, sixALetter), name);
+    EXPECT_EQ(fitText(name, 35, sixALetter), "\xC3\xA9\xC3\xA0...");
+    EXPECT_EQ(fitText(name, 29, sixALetter), "\xC3\xA9...");
+    EXPECT_EQ(fitText(name, 23, sixALetter), "...");
+}
+
+TEST(TextFit, AccentBehindItsLetter_StaysWithIt) {
+    // Eight letters e, each with an acute of its own.
+    std::string name;
+    for (int i = 0; i < 8; ++i) {
+        name += "e\xCC\x81";
+    }
+    const auto fourAByte = [](const std::string& text) {
+        return 4 * static_cast<int>(text.size());
+    };
+    EXPECT_EQ(fitText(name, 95, fourAByte), name.substr(0, 18) + "...");
+    EXPECT_EQ(fitText(name, 83, fourAByte), name.substr(0, 15) + "...");
+}
+
 }  // namespace

@@ -91,6 +91,28 @@ TEST_F(Ttf, Latin1Bytes_AreCharacters) {
     EXPECT_GT(countPixels(surface.get(), 0, 0, 300, 100, 0xFFFF), 20);
 }
 
+TEST_F(Ttf, Utf8_IsDrawnAsItsLetters) {
+    ttf->drawTextH(surface.get(), "caf\xC3\xA9 e\xCC\x81 \xE6\x97\xA5", 10, 10, 0xFFFFFF, 1);
+    ttf->texteFilled(surface.get(), "\xC3\xBC", 10, 60, 0xFFFFFF, 0, 0xFF0000);
+    lettering.paint(expected.get(), "caf\xE9 \xE9 ?", 10, 10, 0xFFFFFF, 1);
+    fill(expected.get(), 9, 60, lettering.width("\xFC", 0) + 2, lettering.height("\xFC", 0),
+         0xF800);
+    lettering.paint(expected.get(), "\xFC", 10, 60, 0xFFFFFF, 0);
+    EXPECT_TRUE(samePixels(surface.get(), expected.get()));
+}
+
+TEST_F(Ttf, Width_IsThatOfTheLettersDrawn) {
+    for (const int font : {0, 1}) {
+        EXPECT_EQ(ttf->widthOf("caf\xC3\xA9", font), lettering.width("caf\xE9", font));
+        EXPECT_EQ(ttf->widthOf("", font), 0);
+    }
+}
+
+TEST_F(Ttf, LongestText_IsCutAndDrawn) {
+    ttf->drawTextH(surface.get(), std::string(5000, 'W').c_str(), 10, 10, 0xFFFFFF, 0);
+    EXPECT_GT(countPixels(surface.get(), 280, 10, 20, 12, 0xFFFF), 20);
+}
+
 TEST_F(Ttf, EmptyText_DrawsNothing) {
     ttf->drawTextH(surface.get(), "", 10, 10, 0xFFFFFF, 0);
     ttf->texteFilled(surface.get(), "", 10, 10, 0xFFFFFF, 0, 0xFF0000);
@@ -103,6 +125,7 @@ TEST_F(Ttf, MissingFont_DrawsNothing) {
     fontless.loadFonts();
     EXPECT_EQ(fontless.fonts[0], nullptr);
     EXPECT_EQ(fontless.fonts[1], nullptr);
+    EXPECT_EQ(fontless.widthOf("Hello", 0), 0);
     fontless.drawTextH(surface.get(), "Hello", 10, 10, 0xFFFFFF, 0);
     fontless.texte(surface.get(), "Hello", 10, 10, 0xFFFFFF, 1);
     fontless.drawIntH(surface.get(), 42, 10, 10, 0xFFFFFF, 0);
