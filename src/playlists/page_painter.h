@@ -19,6 +19,20 @@ inline constexpr int kLitRgb = 0x3A3A3A;
 // How a row looks. The list in use shows its selection inverted, the other one greyed.
 enum RowLook : int { ROW_PLAIN = 0, ROW_LIT, ROW_SELECTED_ELSEWHERE, ROW_SELECTED };
 
+// What is wrong with a row's file, in a pink that stands out from the row's ground.
+constexpr int alarmRgb(int look) {
+    switch (look) {
+        case ROW_LIT:
+            return 0xFF7AE0;
+        case ROW_SELECTED_ELSEWHERE:
+            return 0x440033;
+        case ROW_SELECTED:
+            return 0xB00088;
+        default:
+            return 0xFE00C3;
+    }
+}
+
 }  // namespace page
 
 class PagePainter {

@@ -172,7 +172,8 @@ private:
     void moveTrackTo(int row);
     void addEntryAt(int row);
     bool readFamille(Famille& famille);
-    void openGap(Famille& famille, int at);
+    void setTrackCount(Famille& famille, int count);
+    void insertTrack(Famille& famille, int at, Track track);
     std::string browsedFolder() const;
     void listDirectory();
     void closeDirectory();

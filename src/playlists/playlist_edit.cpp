@@ -30,12 +30,19 @@ std::string c_playlist::browsedFolder() const {
     return subFolderOf(browseDir, baseDir);
 }
 
+void c_playlist::setTrackCount(Famille& famille, int count) {
+    famille.nbTracks = count;
+    famille.nbMissing = static_cast<int32_t>(std::count_if(
+        famille.tracks, famille.tracks + count, [](const Track& t) { return t.missing != 0; }));
+    updateScroll(0, count);
+}
+
 // Moving a text takes no memory: a list of tracks is changed whole or not at all.
-void c_playlist::openGap(Famille& famille, int at) {
-    for (int t = famille.nbTracks - 1; t >= at; --t) {
-        famille.tracks[t + 1].path = std::move(famille.tracks[t].path);
-    }
-    ++famille.nbTracks;
+void c_playlist::insertTrack(Famille& famille, int at, Track track) {
+    std::move_backward(famille.tracks + at, famille.tracks + famille.nbTracks,
+                       famille.tracks + famille.nbTracks + 1);
+    famille.tracks[at] = std::move(track);
+    setTrackCount(famille, famille.nbTracks + 1);
 }
 
 void c_playlist::addTrack(const std::string& fileName, int famille, int pos) {
@@ -48,12 +55,7 @@ void c_playlist::addTrack(const std::string& fileName, int famille, int pos) {
         return;
     }
     const int at = std::clamp(pos, 0, edited.nbTracks);
-    std::string added = browsedFolder() + fileName;
-    // Deliberate: only the paths move down, the marks of missing files stay with their rows until
-    // the next scan. [quirk_added_track_leaves_missing_marks]
-    openGap(edited, at);
-    edited.tracks[at].path = std::move(added);
-    updateScroll(0, edited.nbTracks);
+    insertTrack(edited, at, {browsedFolder() + fileName, 0});
 }
 
 void c_playlist::removeTrack(int famille, int pos) {
@@ -67,8 +69,7 @@ void c_playlist::removeTrack(int famille, int pos) {
     for (int t = pos; t < edited.nbTracks - 1; ++t) {
         edited.tracks[t] = std::move(edited.tracks[t + 1]);
     }
-    --edited.nbTracks;
-    updateScroll(0, edited.nbTracks);
+    setTrackCount(edited, edited.nbTracks - 1);
 }
 
 // Towards the top a track ends at `to`, towards the bottom at `to` - 1.
@@ -83,11 +84,8 @@ void c_playlist::moveTrack(int from, int to) {
         from >= edited.nbTracks) {
         return;
     }
-    std::string moved = edited.tracks[from].path;
     const int at = std::clamp(to, 0, edited.nbTracks);
-    openGap(edited, at);
-    edited.tracks[at].path = std::move(moved);
-    updateScroll(0, edited.nbTracks);
+    insertTrack(edited, at, edited.tracks[from]);
     removeTrack(editFamille, from >= at ? from + 1 : from);
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <tuple>
 
 #include "clip/moxel.h"
 #include "common/memory.h"
@@ -18,6 +19,20 @@ constexpr const char* kUnusedPath = "m2x/none";
 std::string workingDirectory() {
     char buffer[PATH_MAX];
     return getcwd(buffer, sizeof buffer) != nullptr ? buffer : "";
+}
+
+// A header read through a slot that holds a clip: the slot's own goes back, so that the clip goes
+// on playing.
+int32_t readHeaderThrough(c_moxel& slot, const std::string& path) {
+    if (slot.hasRAM == 0) {
+        return slot.miniLoad(path);
+    }
+    const auto own = std::tuple(slot.fileSize, slot.version, slot.quality, slot.height, slot.alpha,
+                                slot.blockCount, slot.frameCount);
+    const int32_t found = slot.miniLoad(path);
+    std::tie(slot.fileSize, slot.version, slot.quality, slot.height, slot.alpha, slot.blockCount,
+             slot.frameCount) = own;
+    return found;
 }
 
 // Name, count and the paths in use; the scan's results stay behind.
@@ -52,7 +67,7 @@ void makeRoomForTexts(Famille* familles, int count) {
 // 1 when the file is there and a clip.
 int32_t scanTrack(c_moxel& reader, const Track& track) {
     int32_t found = 0;
-    if (!withinMemory([&] { found = reader.miniLoad("./videos/" + track.path); })) {
+    if (!withinMemory([&] { found = readHeaderThrough(reader, "./videos/" + track.path); })) {
         puts(msg::kNoMemoryForClip);
     }
     return found;

@@ -148,7 +148,7 @@ void c_playlist::drawFamilleRows(PagePainter& painter) {
         end -= kCountColumn;
         if (famille.nbMissing > 0) {
             end = painter.textRight(missingNote(famille.nbMissing), end, rowY(i), end - x,
-                                    static_cast<int>(_colorR)) -
+                                    page::alarmRgb(look)) -
                   kGap;
         }
         painter.text(famille.name, x, rowY(i), end - x, ink);
@@ -165,15 +165,15 @@ void c_playlist::drawTrackRows(PagePainter& painter, int list) {
     const Famille& famille = familles[editFamille];
     for (int i = 0; i < kVisibleRows && bar.pos + i < tracks; ++i) {
         const Track& track = famille.tracks[bar.pos + i];
-        const int ink = painter.row(list, i, rowLook(list, bar.pos + i));
+        const int look = rowLook(list, bar.pos + i);
+        const int ink = painter.row(list, i, look);
         const int numberEnd = page::kListX[list] + kNumberColumn;
         const int x = numberEnd + kGap;
         int end = rightOf(list);
         painter.textRight(std::to_string(bar.pos + i + 1), numberEnd, rowY(i), kNumberColumn,
                           ink == 0 ? ink : page::kGreyRgb);
         if (track.missing != 0) {
-            end = painter.textRight("missing", end, rowY(i), end - x, static_cast<int>(_colorR)) -
-                  kGap;
+            end = painter.textRight("missing", end, rowY(i), end - x, page::alarmRgb(look)) - kGap;
         }
         painter.text(track.path, x, rowY(i), end - x, ink);
     }

@@ -42,7 +42,9 @@ void moveSelection(const c_keys& input) {
     }
 }
 
+// Files may have come and gone since they were looked for last.
 void openPlaylists() {
+    playlist->scanFamilles();
     playlist->initScroll(0, playlist->nbFamilles);
     playlist->initScroll(1, playlist->familles[playlist->editFamille].nbTracks);
     all->state = STATE_PLAYLISTS;

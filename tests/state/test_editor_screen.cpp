@@ -9,8 +9,9 @@ constexpr uint16_t kTrack = 0x4228;   // 0x444444
 constexpr uint16_t kThumb = 0x8C51;   // 0x888888
 constexpr uint16_t kOrange = 0xFD80;  // 0xFFB000
 constexpr uint16_t kWhite = 0xFFFF;
-constexpr uint16_t kPink = 0xF818;  // 0xFE00C3
-constexpr int kLeft = 320;          // of the picture in the window
+constexpr uint16_t kPink = 0xF818;      // 0xFE00C3
+constexpr uint16_t kDeepPink = 0xB011;  // 0xB00088, on the selected row
+constexpr int kLeft = 320;              // of the picture in the window
 constexpr int kTop = 180;
 
 class EditorScreen : public EditorTest {
@@ -178,7 +179,7 @@ TEST_F(EditorScreen, MissingFiles_AreNotedInPink) {
     playlist->select(0, 1);
     draw();
     EXPECT_EQ(count(2, 18, 308, 13, kPink), 0);
-    EXPECT_GT(count(2, 31, 308, 13, kPink), 50);
+    EXPECT_GT(count(2, 31, 308, 13, kDeepPink), 50);
     EXPECT_EQ(count(322, 18, 306, 13, kPink), 0);
     EXPECT_GT(count(322, 31, 306, 13, kPink), 20);
 }
@@ -197,7 +198,7 @@ TEST_F(EditorScreen, MissingNote_IsSingularForOne) {
         Picture wanted = copyOf(screen[0]);
         const int width = lettering.width(words, 0);
         fill(wanted.get(), kLeft + end - 120, kTop + 18, 120, 13, kWhite);
-        lettering.paint(wanted.get(), words, kLeft + end - width, kTop + 20, 0xFE00C3, 0);
+        lettering.paint(wanted.get(), words, kLeft + end - width, kTop + 20, 0xB00088, 0);
         EXPECT_TRUE(samePixels(screen[0], wanted.get()));
     }
 }

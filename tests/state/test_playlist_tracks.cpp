@@ -154,13 +154,61 @@ TEST_F(Tracks, PastTheEditorsLimit_StayInsideTheRecord) {
     EXPECT_EQ(paths()[50], "y.m19");
 }
 
-TEST_F(Tracks, quirk_added_track_leaves_missing_marks) {
-    addFamille("set", {"gone", "there"});
-    playlist->familles[0].tracks[0].missing = 1;
-    browse("");
-    playlist->addTrack("new.m19", 0, 0);
-    EXPECT_EQ(playlist->familles[0].tracks[0].missing, 1) << "now the row of new.m19";
-    EXPECT_EQ(playlist->familles[0].tracks[1].missing, 0) << "now the row of the missing file";
+class MissingMarks : public Tracks {
+protected:
+    MissingMarks() {
+        addFamille("set", {"A", "gone", "B", "C", "lost"});
+        playlist->familles[0].tracks[1].missing = 1;
+        playlist->familles[0].tracks[4].missing = 1;
+        playlist->familles[0].nbMissing = 2;
+        playlist->editFamille = 0;
+        browse("");
+    }
+    // The marked tracks, in order.
+    static std::vector<std::string> marked() {
+        std::vector<std::string> result;
+        for (int t = 0; t < playlist->familles[0].nbTracks; ++t) {
+            if (playlist->familles[0].tracks[t].missing != 0) {
+                result.push_back(playlist->familles[0].tracks[t].path);
+            }
+        }
+        EXPECT_EQ(playlist->familles[0].nbMissing, static_cast<int>(result.size()));
+        return result;
+    }
+};
+
+TEST_F(MissingMarks, AddedTrack_IsNotMarkedAndTheOthersKeepTheirs) {
+    for (const int row : {0, 1, 2, 99}) {
+        playlist->addTrack("new.m19", 0, row);
+        EXPECT_EQ(marked(), (std::vector<std::string>{"gone", "lost"})) << row;
+    }
+    playlist->familles[0].nbTracks = 5;
+    playlist->familles[0].tracks[5].missing = 1;
+    playlist->addTrack("new.m19", 0, 5);
+    EXPECT_EQ(playlist->familles[0].tracks[5].missing, 0) << "what an unused row held is forgotten";
+}
+
+TEST_F(MissingMarks, MovedTrack_TakesItsMarkAlong) {
+    const struct {
+        int from, to;
+        std::vector<std::string> marks;
+    } moves[] = {{1, 0, {"gone", "lost"}},
+                 {4, 0, {"lost", "gone"}},
+                 {0, 5, {"gone", "lost"}},
+                 {2, 4, {"gone", "lost"}}};
+    for (const auto& move : moves) {
+        playlist->moveTrack(move.from, move.to);
+        EXPECT_EQ(marked(), move.marks) << move.from << " to " << move.to;
+    }
+}
+
+TEST_F(MissingMarks, RemovedTrack_IsNoLongerCounted) {
+    playlist->removeTrack(0, 0);
+    EXPECT_EQ(marked(), (std::vector<std::string>{"gone", "lost"}));
+    playlist->removeTrack(0, 0);
+    EXPECT_EQ(marked(), std::vector<std::string>{"lost"});
+    playlist->removeTrack(0, 2);
+    EXPECT_EQ(marked(), std::vector<std::string>{});
 }
 
 TEST_F(Tracks, ClipNames_EndInOneOfThreeExtensions) {
