@@ -1,15 +1,11 @@
 // Fills the clip slots with a playlist, one bounded step a frame.
+#include "clip/load_cost.h"
 #include "clip/moxel.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "playlists/playlist.h"
 
 namespace {
-
-// Tile records a step: the first clip should be there almost at once, the others leave the mix its
-// frame rate.
-constexpr int kFirstClipBudget = 65000;
-constexpr int kOtherClipBudget = 2000;
 
 constexpr int kLoadFailed = 0;
 constexpr int kLoadFinished = 2;
@@ -54,7 +50,7 @@ void c_playlist::loopLoadPlaylist() {
         return;
     }
     c_moxel& clip = moxel[loadSlot];
-    const int budget = loadSlot == 0 ? kFirstClipBudget : kOtherClipBudget;
+    const int budget = loadSlot == 0 ? clip::kFirstClipBudget : clip::kOtherClipBudget;
     const int result = clip.state == CLIP_READY ? kLoadFailed : clip.loopLoad(budget);
     if (result != kLoadFailed && result != kLoadFinished) {
         return;

@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "clip/survey.h"
 #include "core/all.h"
 #include "playlists/playlist.h"
 #include "tests/vectors/clip_stage.h"
@@ -45,6 +46,60 @@ TEST(LoadSteps, EveryTestClip_LoadsInTheStepsForetold) {
         ++compared;
     }
     EXPECT_EQ(compared, 12);
+}
+
+constexpr size_t kLook = 1000;  // bytes
+
+clip::SurveyState survey(const fs::path& path, clip::Survey& found) {
+    FILE* file = fopen(path.c_str(), "rb");
+    clip::SurveyState state = clip::SURVEY_GOES_ON;
+    while (state == clip::SURVEY_GOES_ON) {
+        state = found.look(file, kLook);
+    }
+    fclose(file);
+    return state;
+}
+
+TEST(LoadSteps, EveryTestClip_IsSurveyedAsItLoads) {
+    const fs::path clips = fs::path(TEST_DATA) / "clips";
+    ClipStage stage(clips);
+    for (const fs::directory_entry& entry : fs::directory_iterator(clips)) {
+        if (entry.path().extension() != ".m19") {
+            continue;
+        }
+        const std::string name = entry.path().filename().string();
+        clip::Survey found;
+        EXPECT_EQ(survey(entry.path(), found), clip::SURVEY_PLAYS) << name;
+        EXPECT_EQ(stepsOf(*stage.clip, name, kOtherClipBudget), found.steps()) << name;
+        EXPECT_EQ(stage.clip->frameCount, found.frames()) << name;
+    }
+}
+
+// A file that ends early loads, with what is missing as zeros; all else that is broken for one is
+// broken for the other, but for what only drawing looks at.
+TEST(LoadSteps, EveryBrokenClip_IsSurveyedAsItLoads) {
+    const fs::path clips = fs::path(TEST_DATA) / "broken";
+    ClipStage stage(clips);
+    int refused = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(clips)) {
+        if (entry.path().extension() != ".m19") {
+            continue;
+        }
+        const std::string name = entry.path().filename().string();
+        const bool cut = name.find("cut") != std::string::npos || name == "header-only.m19" ||
+                         name == "second-block-gone.m19";
+        clip::Survey found;
+        const bool plays = survey(entry.path(), found) == clip::SURVEY_PLAYS;
+        stage.clip->init("", name);
+        int result = 1;
+        while (result == 1) {
+            result = stage.clip->loopLoad(kOtherClipBudget);
+        }
+        EXPECT_EQ(plays, result == kReady && !cut) << name;
+        refused += plays ? 0 : 1;
+        stage.clip->killRAM();
+    }
+    EXPECT_GT(refused, 20);
 }
 
 // The objects that the program's loader of playlists works on.

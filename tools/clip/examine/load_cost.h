@@ -1,19 +1,16 @@
 #pragma once
-// What a clip costs on stage: how long until it is ready, and its memory.
-//
-// The program loads a clip in one step a frame of 39 ms: the headers, the first block's maps, then
-// tile records, 2000 a step, block after block (a step ends with its block), and one step for the
-// frame maps. The first clip of a playlist takes 65,000 records a step. The next clip begins in the
-// frame after; a file that cannot be loaded takes one frame.
+// What a clip costs on stage: how long until it is ready, by the steps of clip/load_cost.h, and its
+// memory.
 
 #include <cstddef>
 #include <span>
 
+#include "clip/load_cost.h"
 #include "clip/validate.h"
 
 namespace maker {
 
-inline constexpr double kStepSeconds = 0.039;
+using clip::kStepSeconds;
 // A full clip of 256 frames should be ready by then; a slower one keeps a set waiting.
 inline constexpr double kSlowSeconds = 12;
 
