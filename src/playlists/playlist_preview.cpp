@@ -9,6 +9,7 @@
 #include "playlists/page_layout.h"
 #include "playlists/playlist.h"
 #include "playlists/preview_place.h"
+#include "playlists/textfit.h"
 #include "ui/ttf.h"
 
 namespace {
@@ -19,6 +20,7 @@ constexpr int kLoadFinished = 2;
 constexpr int kBytesPerKilobyte = 1024;
 constexpr uint16_t kProgressColour = 65535;
 constexpr int16_t kProgressY = 5;
+constexpr int kTextX = 30;  // from the window's left edge, and kept free at its right one
 constexpr int kSurfaceDepth = 16;
 
 bool loadWhole(c_moxel& clip) {
@@ -33,9 +35,25 @@ px::OutputView viewOf(const SDL_Surface* surface) {
     return {static_cast<uint16_t*>(surface->pixels), surface->w, surface->h, surface->pitch, false};
 }
 
+preview::AppSize appSize() {
+    return {all->appW, all->appH};
+}
+
+int visibleWidth(const SDL_Surface* surface) {
+    return preview::visibleWidth(surface->w, appSize());
+}
+
+// White on black, cut where the window ends.
+void drawLine(SDL_Surface* surface, const std::string& words, int x, int y) {
+    const auto width = [](const std::string& part) { return ttf->widthOf(part.c_str(), 0); };
+    const std::string fitting = fitText(words, visibleWidth(surface) - x - kTextX, width);
+    ttf->texteFilled(surface, fitting.c_str(), static_cast<short>(x), static_cast<short>(y),
+                     static_cast<int>(_colorW), 0, static_cast<int>(_colorN));
+}
+
 // Surfaces of another depth get the picture by way of one that is 16 bits deep.
 void placeOn(SDL_Surface* surface, const uint16_t* picture) {
-    const preview::AppSize app = {all->appW, all->appH};
+    const preview::AppSize app = appSize();
     if (surface->format->BitsPerPixel == kSurfaceDepth) {
         preview::place(viewOf(surface), app, picture);
         return;
@@ -97,20 +115,17 @@ void c_playlist::drawPreview(SDL_Surface* surface) {
     }
     finRenderPreview();
 
-    const auto line = [surface](const char* words, short x, short y) {
-        ttf->texteFilled(surface, words, x, y, static_cast<int>(_colorW), 0,
-                         static_cast<int>(_colorN));
-    };
     char words[32];
-    line(previewClip->name.c_str(), 30, 40);
-    line(previewClip->alpha == 0 ? "RVB" : "RVBA", 30, 60);
+    drawLine(surface, previewClip->name, kTextX, 40);
+    drawLine(surface, previewClip->alpha == 0 ? "RVB" : "RVBA", kTextX, 60);
     snprintf(words, sizeof words, "Quality %d", previewClip->quality);
-    line(words, 65, 60);
+    drawLine(surface, words, 65, 60);
     snprintf(words, sizeof words, "%ld kbytes",
              static_cast<long>(previewClip->fileSize) / kBytesPerKilobyte);
-    line(words, 30, 80);
+    drawLine(surface, words, kTextX, 80);
     snprintf(words, sizeof words, "%d frames", previewClip->frameCount);
-    line(words, 30, 100);
+    drawLine(surface, words, kTextX, 100);
+    drawLine(surface, "X, Z or a click : back", kTextX, 120);
 }
 
 void c_playlist::finRenderPreview() {
@@ -126,7 +141,8 @@ void c_playlist::finRenderPreview() {
     if (locked) {
         SDL_UnlockSurface(surface);
     }
-    const int length = preview::progressLength(previewFrame, previewClip->frameCount);
+    const int length =
+        preview::progressLength(previewFrame, previewClip->frameCount, visibleWidth(surface));
     SDL_Rect done = {0, kProgressY, static_cast<uint16_t>(length), 1};
     SDL_FillRect(surface, &done, surfaceColour(surface, kProgressColour));
 }

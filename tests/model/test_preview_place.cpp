@@ -120,10 +120,19 @@ TEST(PreviewPlace, Composite720OnALargerSurface_StandsWhereTheWindowShowsIt) {
     EXPECT_EQ(canvas.at(700, 300), 0);
 }
 
-TEST(PreviewPlace, Progress_IsThePartOf1280) {
-    EXPECT_EQ(preview::progressLength(0, 7), 0);
-    EXPECT_EQ(preview::progressLength(1, 7), 182);
-    EXPECT_EQ(preview::progressLength(255, 256), 1275);
+TEST(PreviewPlace, Progress_IsThePartOfTheWidth) {
+    EXPECT_EQ(preview::progressLength(0, 7, 1280), 0);
+    EXPECT_EQ(preview::progressLength(1, 7, 1280), 182);
+    EXPECT_EQ(preview::progressLength(255, 256, 1280), 1275);
+    EXPECT_EQ(preview::progressLength(255, 256, 1024), 1020);
+    EXPECT_EQ(preview::progressLength(6, 7, 720), 617);
+}
+
+TEST(PreviewPlace, VisibleWidth_IsWhatSurfaceAndWindowShare) {
+    EXPECT_EQ(preview::visibleWidth(1280, {1280, 720}), 1280);
+    EXPECT_EQ(preview::visibleWidth(1280, {1024, 768}), 1024);
+    EXPECT_EQ(preview::visibleWidth(1024, {1280, 720}), 1024);
+    EXPECT_EQ(preview::visibleWidth(720, {-5, 720}), 0);
 }
 
 }  // namespace

@@ -128,6 +128,7 @@ TEST_F(Preview, Frame_FillsTheSurfaceUnderItsTexts) {
         line(wanted.get(), ("Quality " + std::to_string(clip.quality)).c_str(), 65, 60);
         line(wanted.get(), (std::to_string(clip.fileSize / 1024) + " kbytes").c_str(), 30, 80);
         line(wanted.get(), (std::to_string(frames) + " frames").c_str(), 30, 100);
+        line(wanted.get(), "X, Z or a click : back", 30, 120);
         EXPECT_TRUE(samePixels(screen[0], wanted.get())) << shown;
         EXPECT_TRUE(
             std::equal(moxelTiles16 + 230400, moxelTiles16 + 460800, finalTilesTracks + 230400));
@@ -254,13 +255,14 @@ protected:
     CompositePreview() : Preview(720, 480) {}
 };
 
-// 40 pixels to the left, 60 rows above; the progress line is that of 1280 pixels, cut.
+// 40 pixels to the left, 60 rows above; 19 of 20 frames are 684 of 720 pixels.
 TEST_F(CompositePreview, Frame_IsCentredOnBlack) {
     playlist->dragSource = 1;
     start();
     ASSERT_EQ(screen[0]->w, 720);
+    ASSERT_EQ(playlist->previewClip->frameCount, 20);
     playlist->previewClip->renderMoxel19(1, 0, 0);
-    playlist->previewFrame = playlist->previewClip->frameCount - 1;
+    playlist->previewFrame = 19;
     fillAll(screen[0], 0x1234);
     playlist->finRenderPreview();
     Picture wanted = newPicture(720, 480);
@@ -269,8 +271,101 @@ TEST_F(CompositePreview, Frame_IsCentredOnBlack) {
             setPixel(wanted.get(), x + 40, y + 60, moxelTiles16[230400 + y * 640 + x]);
         }
     }
-    fill(wanted.get(), 0, 5, 720, 1, 0xFFFF);
+    fill(wanted.get(), 0, 5, 684, 1, 0xFFFF);
     EXPECT_TRUE(samePixels(screen[0], wanted.get()));
+}
+
+// The work surface keeps its 1280 pixels; the window shows the first 1024 of them.
+TEST_F(Preview, In1024By768_ProgressAndTextsAreInsideTheWindow) {
+    const std::string name = std::string(200, 'W') + ".m19";
+    placeClip("rgb-all-360.m19", name);
+    addFamille("long", {name});
+    playlist->select(page::LEFT, 1);
+    playlist->dragSource = 1;
+    start();
+    ASSERT_EQ(playlist->previewActive, 1);
+    all->appW = 1024;
+    all->appH = 768;
+    playlist->previewFrame = 9;
+    fillAll(screen[0], 0x1234);
+    draw();
+    EXPECT_EQ(countPixels(screen[0], 0, 5, 1280, 1, 0xFFFF), 512) << "10 of 20 frames";
+    EXPECT_EQ(countPixels(screen[0], 1024, 0, 256, 720, 0x1234), 256 * 720);
+    EXPECT_GT(countPixels(screen[0], 960, 40, 34, 12, 0xFFFF), 20) << "the name goes on to there";
+    EXPECT_EQ(pixelAt(screen[0], 997, 50), pixelAt(screen[0], 996, 50)) << "behind it the picture";
+    Picture wanted = copyOf(screen[0]);
+    line(wanted.get(), "X, Z or a click : back", 30, 120);
+    EXPECT_TRUE(samePixels(screen[0], wanted.get()));
+}
+
+TEST_F(CompositePreview, LongName_EndsInsideTheWindow) {
+    const std::string name = std::string(200, 'W') + ".m19";
+    placeClip("rgb-all-360.m19", name);
+    addFamille("long", {name});
+    playlist->select(page::LEFT, 1);
+    playlist->dragSource = 1;
+    start();
+    draw();
+    EXPECT_GT(countPixels(screen[0], 640, 40, 50, 12, 0xFFFF), 20);
+    EXPECT_EQ(countPixels(screen[0], 692, 36, 28, 20, 0), 28 * 20) << "30 pixels are kept free";
+    Picture wanted = copyOf(screen[0]);
+    line(wanted.get(), "X, Z or a click : back", 30, 120);
+    EXPECT_TRUE(samePixels(screen[0], wanted.get()));
+}
+
+// All frames, each as another slot of the same clip draws it, twice over; below the texts.
+TEST_F(Preview, EachFrame_IsRenderedAndDrawnInItsTurn) {
+    loadClip(0, "full.m19");
+    playlist->dragSource = 1;
+    playlist->previewFrame = 7;
+    start();
+    ASSERT_EQ(playlist->previewClip->frameCount, 20);
+    for (int shown = 0; shown < 40; ++shown) {
+        std::fill_n(moxelTiles16 + 230400, 230400, uint16_t{0x0F0F});
+        moxel[0].redrawCount = 2;
+        moxel[0].renderMoxel19(1, shown % 20, 0);
+        Picture wanted = doubledLayer();
+        std::fill_n(moxelTiles16 + 230400, 230400, uint16_t{0x0F0F});
+        playlist->previewClip->redrawCount = 2;
+        draw();
+        fill(wanted.get(), 0, 0, 1280, 140, 0);
+        fill(screen[0], 0, 0, 1280, 140, 0);
+        ASSERT_TRUE(samePixels(screen[0], wanted.get())) << shown;
+    }
+}
+
+TEST_F(Preview, Start_BeginsWithTheFirstFrame) {
+    click(rightRow(0));
+    playlist->previewFrame = 7;
+    click(kPreview);
+    EXPECT_EQ(playlist->previewFrame, 0);
+    draw();
+    EXPECT_EQ(playlist->previewFrame, 1);
+}
+
+void put16(std::string& bytes, int value) {
+    bytes += static_cast<char>(value & 0xFF);
+    bytes += static_cast<char>(value >> 8);
+}
+
+// One frame, 8 lines high, with 200 records of 64 bytes and room for 100 of them: record 100 is
+// refused, and what was counted before it is the steps that were done.
+TEST_F(Preview, LoadStep_TakesSixtyRecords) {
+    std::string bytes("\x13\x4B\x80\x02\x08\0\0\x01\x01\0", 10);
+    put16(bytes, 200);
+    put16(bytes, 1600);  // words of record room
+    put16(bytes, 0);
+    put16(bytes, 40);  // words of map room
+    put16(bytes, 0);
+    for (int type = 0; type < 10; ++type) {
+        put16(bytes, type == 1 ? 200 : 0);
+    }
+    bytes.append(512 + 160 + 32 + 200 * 64, '\0');
+    writeFile("videos/full.m19", bytes);
+    playlist->dragSource = 1;
+    start();
+    EXPECT_EQ(playlist->previewActive, 0);
+    EXPECT_EQ(playlist->previewClip->recordsDone, 60);
 }
 
 }  // namespace
