@@ -58,6 +58,18 @@ TEST(TextFit, LettersOfSeveralBytes_AreNeverCutInTheMiddle) {
     EXPECT_EQ(fitText(name, 23, sixALetter), "...");
 }
 
+// Eight letters of two bytes each, four pixels a byte: room for eleven bytes and the dots.
+TEST(TextFit, HalfOfALetter_IsLeftOut) {
+    std::string name;
+    for (int i = 0; i < 8; ++i) {
+        name += "\xC3\xA9";
+    }
+    const auto fourAByte = [](const std::string& text) {
+        return 4 * static_cast<int>(text.size());
+    };
+    EXPECT_EQ(fitText(name, 59, fourAByte), name.substr(0, 10) + "...");
+}
+
 TEST(TextFit, AccentBehindItsLetter_StaysWithIt) {
     // Eight letters e, each with an acute of its own.
     std::string name;
