@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int kDragDistance = 4;  // pixels in either direction
-constexpr int kDoubleClickMs = 400;
+constexpr uint32_t kDoubleClickMs = 400;
 constexpr int kFramesPerScroll = 3;  // while a drag waits at a list's edge
 
 void pressScrollBar(c_playlist& editor, int list, int y) {
@@ -31,12 +31,21 @@ void pressScrollBar(c_playlist& editor, int list, int y) {
     }
 }
 
-// Two presses on the same playlist open it; the button is free again then.
+// Playlists and the explorer's clips take a double click.
+bool takesDoubleClick(const c_playlist& editor, int list, int row) {
+    return editor.editPage == page::BROWSE ? list == page::LEFT
+                                           : list == page::RIGHT && editor.entryIsClip[row] != 0;
+}
+
+// Two presses on the same row; the button is free again then. A clock that steps back between them
+// makes the time a very long one.
 bool isDoubleClick(c_playlist& editor, int list, int row) {
-    const bool playlistRow = editor.editPage == page::BROWSE && list == page::LEFT;
-    const bool twice = playlistRow && editor.lastPressRow == row &&
-                       tempsActuel - editor.lastPressMs <= kDoubleClickMs;
-    editor.lastPressRow = playlistRow && !twice ? row : -1;
+    const bool takes = takesDoubleClick(editor, list, row);
+    const uint32_t elapsed =
+        static_cast<uint32_t>(tempsActuel) - static_cast<uint32_t>(editor.lastPressMs);
+    const bool twice = takes && editor.pressList == list && editor.lastPressRow == row &&
+                       elapsed <= kDoubleClickMs;
+    editor.lastPressRow = takes && !twice ? row : -1;
     editor.lastPressMs = tempsActuel;
     return twice;
 }
@@ -47,7 +56,12 @@ void pressRow(c_playlist& editor, int list, int row) {
     }
     editor.select(list, row);
     if (isDoubleClick(editor, list, row)) {
-        editor.openSelection();
+        // A playlist is opened, a clip becomes a track.
+        if (list == page::LEFT) {
+            editor.openSelection();
+        } else {
+            editor.insertEntry();
+        }
         return;
     }
     editor.press = PRESS_ROW;

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <string>
 
+#include "clip/survey.h"
 #include "common/limits.h"
 #include "playlists/scroll.h"
 #include "playlists/userfile.h"
@@ -36,6 +37,13 @@ struct Famille {
     std::string name;
     int32_t weight = 0;
     int32_t nbMissing = 0;
+};
+
+// What the explorer says about a clip.
+struct ClipFacts {
+    clip::SurveyState state = clip::SURVEY_GOES_ON;
+    int32_t frames = 0;
+    int32_t steps = 0;  // of the loader
 };
 
 class c_playlist {
@@ -119,6 +127,11 @@ public:
     int32_t entryIsClip[kExplorerRows];
     int32_t lastRow;  // 99
     int32_t nbEntries;
+    int32_t nbFound;   // clips and folders in the browsed folder
+    int32_t nbListed;  // how many of them stand in the listing
+    ClipFacts clipFacts[kExplorerRows];
+    clip::Survey survey;  // of the clip that is being looked into
+    int32_t surveyRow;    // its row, -1 none
     std::string baseDir;  // working directory at start-up
     int32_t dragging;
     int32_t dropRow;
@@ -133,7 +146,7 @@ public:
     int32_t pressX;    // where it went down, picture coordinates
     int32_t pressY;
     int32_t pressList;     // list of the row or scroll bar it went down on
-    int32_t lastPressMs;   // time of the last press on a playlist
+    int32_t lastPressMs;   // time of the last press on a row
     int32_t lastPressRow;  // its row, -1 none: two presses make a double click
     int32_t holdFrames;    // frames for which an arrow or an edge of a list is held
     int32_t pointerX;      // the pointer in the last frame
@@ -175,6 +188,11 @@ private:
     void setTrackCount(Famille& famille, int count);
     void insertTrack(Famille& famille, int at, Track track);
     std::string browsedFolder() const;
+    void forgetClips();
+    int rowToLookInto() const;
+    void lookIntoClips();
+    int drawClipFacts(PagePainter& painter, int entry, int visibleRow, int look, int ink);
+    void drawExplorerTitle(PagePainter& painter);
     void listDirectory();
     void closeDirectory();
     void endLoad();

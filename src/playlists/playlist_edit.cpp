@@ -1,4 +1,6 @@
 // What the editor does to a playlist's tracks, and the file explorer below ./videos.
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <utility>
@@ -13,6 +15,28 @@ namespace {
 constexpr const char* kVideosFolder = "/videos";
 constexpr const char* kBack = ".. back";
 constexpr const char* kUnusedRow = "error";
+
+enum EntryKind { NEITHER, REGULAR_FILE, FOLDER };
+
+// A link counts as what it leads to. What leads nowhere, and what is neither file nor folder, has
+// no place in the explorer.
+EntryKind kindOf(int folder, const dirent& entry) {
+    if (entry.d_type == DT_REG) {
+        return REGULAR_FILE;
+    }
+    if (entry.d_type == DT_DIR) {
+        return FOLDER;
+    }
+    struct stat facts;
+    if ((entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) ||
+        fstatat(folder, entry.d_name, &facts, 0) != 0) {
+        return NEITHER;
+    }
+    if (S_ISREG(facts.st_mode)) {
+        return REGULAR_FILE;
+    }
+    return S_ISDIR(facts.st_mode) ? FOLDER : NEITHER;
+}
 
 std::string subFolderOf(const std::string& browseDir, const std::string& baseDir) {
     const size_t rootLength = baseDir.size() + std::string(kVideosFolder).size() + 1;
@@ -121,7 +145,10 @@ void c_playlist::readDir(const std::string& entry) {
 
     std::fill_n(entryIsDir, kExplorerRows, 1);
     std::fill_n(entryIsClip, kExplorerRows, 0);
+    forgetClips();
     nbEntries = 0;
+    nbFound = 0;
+    nbListed = 0;
     if (browseDir != root) {
         entries[0] = kBack;
         nbEntries = 1;
@@ -142,24 +169,25 @@ void c_playlist::readDir(const std::string& entry) {
     }
 }
 
-// In the order in which the directory gives them.
+// The first hundred rows, in the order in which the directory gives them; the rest is only counted.
 void c_playlist::listDirectory() {
-    while (nbEntries < kExplorerRows) {
-        const dirent* found = readdir(dirHandle);
-        if (found == nullptr) {
-            return;
-        }
+    while (const dirent* found = readdir(dirHandle)) {
         const std::string name = found->d_name;
         if (name == "." || name == ".." || name.compare(0, 2, "._") == 0) {
             continue;
         }
-        const bool regular = found->d_type == DT_REG;
-        if (regular && !clip::isPlayableName(name)) {
+        const EntryKind kind = kindOf(dirfd(dirHandle), *found);
+        if (kind == NEITHER || (kind == REGULAR_FILE && !clip::isPlayableName(name))) {
+            continue;
+        }
+        ++nbFound;
+        if (nbEntries == kExplorerRows) {
             continue;
         }
         entries[nbEntries] = name;
-        entryIsDir[nbEntries] = regular ? 0 : 1;
-        entryIsClip[nbEntries] = regular ? 1 : 0;
+        entryIsDir[nbEntries] = kind == FOLDER ? 1 : 0;
+        entryIsClip[nbEntries] = kind == FOLDER ? 0 : 1;
         ++nbEntries;
+        ++nbListed;
     }
 }

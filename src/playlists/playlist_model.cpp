@@ -91,6 +91,9 @@ void c_playlist::initPlaylist() {
     newName.clear();
     lastRow = 99;
     nbEntries = 0;
+    nbFound = 0;
+    nbListed = 0;
+    forgetClips();
     dragging = 0;
     dropRow = 0;
     for (int f = 0; f < kPlaylists; ++f) {

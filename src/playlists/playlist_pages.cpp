@@ -1,4 +1,7 @@
 // What stands on the three pages of the playlist screen.
+#include <cstdio>
+
+#include "clip/load_cost.h"
 #include "core/globals.h"
 #include "input/keys.h"
 #include "playlists/page_painter.h"
@@ -38,6 +41,10 @@ constexpr int kSmallTextHeight = 10;
 constexpr int kLargeTextHeight = 20;
 
 constexpr int kFolderWidth = 11;
+// The explorer's columns behind the names, from their right ends.
+constexpr int kLoadColumn = 46;
+constexpr int kFramesColumn = 44;
+constexpr int kClipColumns = kLoadColumn + kFramesColumn;
 
 int rowY(int visibleRow) {
     return page::kFirstRowY + page::kRowHeight * visibleRow + kTextDown;
@@ -179,21 +186,65 @@ void c_playlist::drawTrackRows(PagePainter& painter, int list) {
     }
 }
 
+// Frames and seconds until it has loaded as one of the later clips. Returns where its name ends.
+int c_playlist::drawClipFacts(PagePainter& painter, int entry, int visibleRow, int look, int ink) {
+    const ClipFacts& facts = clipFacts[entry];
+    const int end = rightOf(page::RIGHT);
+    const int y = rowY(visibleRow);
+    const int quietInk = ink == 0 ? ink : page::kGreyRgb;
+    if (facts.state == clip::SURVEY_BROKEN) {
+        painter.textRight("broken", end, y, kClipColumns, page::alarmRgb(look));
+    } else if (facts.state == clip::SURVEY_GOES_ON) {
+        painter.textRight("...", end, y, kLoadColumn, quietInk);
+    } else {
+        char seconds[16];
+        snprintf(seconds, sizeof seconds, "%.1f s", clip::kStepSeconds * facts.steps);
+        painter.textRight(seconds, end, y, kLoadColumn, quietInk);
+        painter.textRight(std::to_string(facts.frames), end - kLoadColumn, y, kFramesColumn,
+                          quietInk);
+    }
+    return end - kClipColumns;
+}
+
 void c_playlist::drawEntryRows(PagePainter& painter) {
+    lookIntoClips();
     const ScrollBar& bar = scroll[page::RIGHT];
     for (int i = 0; i < kVisibleRows && bar.pos + i < nbEntries; ++i) {
         const int entry = bar.pos + i;
-        const int ink = painter.row(page::RIGHT, i, rowLook(page::RIGHT, entry));
+        const int look = rowLook(page::RIGHT, entry);
+        const int ink = painter.row(page::RIGHT, i, look);
         const int x = leftOf(page::RIGHT) + kFolderWidth + 2;
+        int end = rightOf(page::RIGHT);
         if (entryIsDir[entry] != 0) {
             drawFolderSign(painter, leftOf(page::RIGHT), rowY(i),
                            ink == 0 ? ink : static_cast<int>(_colorO));
+        } else {
+            end = drawClipFacts(painter, entry, i, look, ink);
         }
-        painter.text(entries[entry], x, rowY(i), rightOf(page::RIGHT) - x, ink);
+        painter.text(entries[entry], x, rowY(i), end - x, ink);
     }
     if (nbEntries == 0) {
         drawHint(painter, page::RIGHT, "no clips in the videos folder");
     }
+}
+
+// Says when the folder holds more than the list, and what the columns behind the names are.
+void c_playlist::drawExplorerTitle(PagePainter& painter) {
+    const int x = leftOf(page::RIGHT);
+    int end = rightOf(page::RIGHT);
+    painter.textRight("load", end, page::kTitleY, kLoadColumn, page::kGreyRgb);
+    end = painter.textRight("frames", end - kLoadColumn, page::kTitleY, kFramesColumn,
+                            page::kGreyRgb) -
+          kGap;
+    int at = x +
+             painter.text("files explorer", x, page::kTitleY, end - x, static_cast<int>(_colorO)) +
+             kGap;
+    if (nbFound > nbListed) {
+        const std::string part =
+            "first " + std::to_string(nbListed) + " of " + std::to_string(nbFound);
+        at += painter.text(part, at, page::kTitleY, end - at, kWhiteRgb) + kGap;
+    }
+    painter.text("videos/" + browsedFolder(), at, page::kTitleY, end - at, page::kGreyRgb);
 }
 
 void c_playlist::drawBrowsePage(PagePainter& painter) {
@@ -226,7 +277,7 @@ void c_playlist::drawTracksPage(PagePainter& painter) {
         drawHint(painter, page::LEFT, "drag clips from the right to here");
     }
     drawScroll(painter.surface(), page::LEFT);
-    drawTitle(painter, page::RIGHT, "files explorer", "videos/" + browsedFolder());
+    drawExplorerTitle(painter);
     drawEntryRows(painter);
     drawScroll(painter.surface(), page::RIGHT);
     drawButtons(painter);
