@@ -1,18 +1,12 @@
 // The buffers of a clip's blocks: how large they are, taken and given back.
-#include <algorithm>
 #include <cstdlib>
 #include <new>
 
+#include "clip/load_cost.h"
 #include "clip/moxel.h"
 #include "common/messages.h"
 
 namespace {
-
-// Room for a block's buffers, in elements. The file announces room; a block never gets more than
-// its records, tiles and frames can need, however much that is.
-size_t cappedRoom(uint64_t announced, uint64_t needed) {
-    return static_cast<size_t>(std::min(announced, needed));
-}
 
 // False when there is no memory for it. What it held before is given back first.
 template <typename T>
@@ -25,13 +19,12 @@ bool allocate(std::unique_ptr<T[]>& buffer, size_t count) {
 }  // namespace
 
 bool c_moxel::initKeyFrameRAM(int block) {
-    const auto frames = static_cast<uint64_t>(clip::framesInBlock(block, blockCount, frameCount));
-    const auto tiles = static_cast<uint64_t>(tileCount);
-    // A frame's runs may pass its last tile; the entries of that excess are read all the same.
-    mapRoom = cappedRoom(uint64_t{2} * mapWords, frames * (tiles + clip::kMaxRunLength));
-    runRoom = cappedRoom(clip::kMaxRunBytes, frames * tiles);
-    recordRoom =
-        cappedRoom(uint64_t{4} * recordWords, uint64_t{recordCount} * clip::kMaxRecordBytes);
+    const int frames = clip::framesInBlock(block, blockCount, frameCount);
+    const clip::BlockRoom room =
+        clip::blockRoom(recordCount, recordWords, mapWords, frames, tileCount);
+    mapRoom = room.mapEntries;
+    runRoom = room.runBytes;
+    recordRoom = room.recordBytes;
     blockRecordCounts[block] = recordCount;
     // Counted before they are there: killRAM() gives back those of a block that got some only.
     hasRAM = 1;

@@ -77,7 +77,8 @@ void Survey::readBlockHead(FILE* file) {
     }
     const int tiles = tilesFor(file_.height);
     const int frames = framesInBlock(block_, file_.blockCount, file_.frameCount);
-    const BlockRoom room = blockRoom(header_, frames, tiles);
+    const BlockRoom room =
+        blockRoom(header_.recordCount, header_.recordWords, header_.mapWords, frames, tiles);
     recordRoom_ = room.recordBytes;
     recordsDone_ = 0;
 

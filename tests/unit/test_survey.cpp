@@ -173,19 +173,13 @@ TEST(Survey, AnyBytes_ComeToAnEnd) {
 // 3600 tiles and 16 frames: 16 x (3600 + 128) entries, 16 x 3600 run bytes, 3 records of at most
 // 225 bytes.
 TEST(BlockRoom, IsWhatIsAnnouncedOrWhatCanBeNeeded) {
-    clip::BlockHeader announced = {};
-    announced.recordCount = 3;
-    announced.recordWords = 0xFFFFFFFF;
-    announced.mapWords = 0xFFFFFFFF;
-    clip::BlockRoom room = clip::blockRoom(announced, 16, 3600);
-    EXPECT_EQ(room.mapEntries, 59648u);
-    EXPECT_EQ(room.runBytes, 57600u);
-    EXPECT_EQ(room.recordBytes, 675u);
-    announced.recordWords = 100;
-    announced.mapWords = 1800;
-    room = clip::blockRoom(announced, 16, 3600);
-    EXPECT_EQ(room.mapEntries, 3600u);
-    EXPECT_EQ(room.recordBytes, 400u);
+    const clip::BlockRoom most = clip::blockRoom(3, 0xFFFFFFFF, 0xFFFFFFFF, 16, 3600);
+    EXPECT_EQ(most.mapEntries, 59648u);
+    EXPECT_EQ(most.runBytes, 57600u);
+    EXPECT_EQ(most.recordBytes, 675u);
+    const clip::BlockRoom less = clip::blockRoom(3, 100, 1800, 16, 3600);
+    EXPECT_EQ(less.mapEntries, 3600u);
+    EXPECT_EQ(less.recordBytes, 400u);
 }
 
 }  // namespace

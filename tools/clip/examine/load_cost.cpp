@@ -19,7 +19,8 @@ size_t memoryOf(const clip::BlockLayout& block) {
     const size_t codeWords = block.codeBytes / sizeof(uint16_t);
     const size_t tiles = codeWords / static_cast<size_t>(block.frames) * clip::kCodesPerWord;
     const clip::BlockRoom room =
-        clip::blockRoom(block.header, block.frames, static_cast<int>(tiles));
+        clip::blockRoom(block.header.recordCount, block.header.recordWords, block.header.mapWords,
+                        block.frames, static_cast<int>(tiles));
     return clip::kPaletteBytes + room.mapEntries * sizeof(uint16_t) + room.runBytes +
            block.codeBytes + room.recordBytes + clip::kMaxRecordBytes +
            block.header.recordCount * sizeof(uint32_t) +
