@@ -8,11 +8,12 @@ gap, at x 96.
 from glyphs import text_pixels
 from shapes import BLACK, ORANGE, WHITE, Canvas
 
-SIZE = 256
+WIDTH, HEIGHT = 256, 384
 ROW = 24
 NORMAL_X, DIM_X, CHECK_X = 0, 128, 96
 BUTTON_WIDTH, BACK_WIDTH = 56, 64
-LABELS = ("create", "edit", "preview", "delete", "back", "confirm", "ok", "cancel", "yes", "no")
+LABELS = ("create", "edit", "preview", "delete", "back", "confirm", "ok", "cancel", "yes", "no",
+          "rename", "copy", "move", "add")
 
 # Face, lower edge and text of a state.
 NORMAL = (ORANGE, 0xB87800, BLACK)
@@ -49,7 +50,7 @@ def draw_check_box(canvas, y, on):
 
 
 def render(glyphs, path):
-    canvas = Canvas(SIZE, SIZE)
+    canvas = Canvas(WIDTH, HEIGHT)
     for row, label in enumerate(LABELS):
         draw_button(canvas, glyphs, NORMAL_X, row * ROW, label, NORMAL)
         draw_button(canvas, glyphs, DIM_X, row * ROW, label, DIM)

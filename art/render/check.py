@@ -12,7 +12,7 @@ SIZES = {
     "home.png": (640, 360),
     "logo-tessaron.png": (320, 240),
     "ps3-controller.png": (600, 370),
-    "textureUI.png": (256, 256),
+    "textureUI.png": (256, 384),
     "icon.png": (48, 48),
 }
 

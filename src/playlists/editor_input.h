@@ -1,8 +1,22 @@
 #pragma once
-// The mouse's half of the playlist screen's handler, called once a frame before the keys' half. It
-// reads `input` and drives the steps of `editor`; what the button holds is kept in the editor.
+// The mouse's half of the playlist screen's handler and the keys of its name page, called once a
+// frame. They read `input` and drive the steps of `editor`; what the button holds is kept in the
+// editor.
 
 class c_keys;
 class c_playlist;
 
-void followMouse(const c_keys& input, c_playlist& editor);
+// Both answer whether the mouse is in use, so that the keys keep still. During a preview the mouse
+// ends it and does nothing else.
+bool followMouse(const c_keys& input, c_playlist& editor);
+bool clickInPreview(const c_keys& input, c_playlist& editor);
+
+// The keyboard writes the name; arrows and pad choose and use the keys on the screen.
+void writeName(const c_keys& input, c_playlist& editor);
+// Escape went down, not held since another page.
+bool escapes(const c_keys& input, const c_playlist& editor);
+
+// Shared by the pages: pad and keyboard alike.
+bool goesBack(const c_keys& input);
+// Moves the lit row, key or button.
+void moveByArrows(const c_keys& input, c_playlist& editor);

@@ -14,8 +14,9 @@
 namespace {
 
 constexpr int kDragDistance = 4;  // pixels in either direction
-constexpr uint32_t kDoubleClickMs = 400;
+constexpr int kDoubleClickMs = 400;
 constexpr int kFramesPerScroll = 3;  // while a drag waits at a list's edge
+constexpr int kRowsPerNotch = 3;     // of the wheel
 
 void pressScrollBar(c_playlist& editor, int list, int y) {
     ScrollBar& bar = editor.scroll[list];
@@ -37,14 +38,12 @@ bool takesDoubleClick(const c_playlist& editor, int list, int row) {
                                            : list == page::RIGHT && editor.entryIsClip[row] != 0;
 }
 
-// Two presses on the same row; the button is free again then. A clock that steps back between them
-// makes the time a very long one.
+// Two presses on the same row; the button is free again then.
 bool isDoubleClick(c_playlist& editor, int list, int row) {
     const bool takes = takesDoubleClick(editor, list, row);
-    const uint32_t elapsed =
-        static_cast<uint32_t>(tempsActuel) - static_cast<uint32_t>(editor.lastPressMs);
+    const int64_t passed = msBetween(editor.lastPressMs, tempsActuel);
     const bool twice = takes && editor.pressList == list && editor.lastPressRow == row &&
-                       elapsed <= kDoubleClickMs;
+                       passed >= 0 && passed <= kDoubleClickMs;
     editor.lastPressRow = takes && !twice ? row : -1;
     editor.lastPressMs = tempsActuel;
     return twice;
@@ -86,8 +85,13 @@ void pressList(c_playlist& editor, int x, int y) {
 void pressMouse(c_playlist& editor, int x, int y) {
     editor.letGo();
     editor.notice.clear();
+    editor.focus = page::kNoButton;
     editor.pressX = x;
     editor.pressY = y;
+    if (editor.carriedFrom >= 0) {
+        editor.setDown();
+        return;
+    }
     if (editor.question != ASK_NOTHING) {
         editor.useButton(page::buttonAt(page::kQuestionButtons, x, y));
         return;
@@ -162,6 +166,8 @@ void endClick(c_playlist& editor) {
     if (editor.editPage == page::TRACKS && editor.pressList == page::RIGHT &&
         editor.selItem < editor.nbEntries && editor.entryIsDir[editor.selItem] != 0) {
         editor.openSelection();
+        // The next click of a hand that clicks twice is not for an entry of that folder.
+        closeGate(editor.gate, false, tempsActuel);
     }
 }
 
@@ -198,22 +204,54 @@ void releaseMouse(c_playlist& editor, const c_keys& input) {
 void lightKey(c_playlist& editor, int x, int y) {
     if (x != editor.pointerX || y != editor.pointerY) {
         editor.keyUnderPointer = page::keyAt(x, y);
+        if (editor.keyUnderPointer >= 0 && editor.editPage == page::NEW_PLAYLIST) {
+            editor.leaveButtons();
+        }
     }
     editor.pointerX = x;
     editor.pointerY = y;
 }
 
+// Over a list, or its bar, by the list's own limits.
+void turnWheel(const c_keys& input, c_playlist& editor) {
+    const bool lists = editor.editPage == page::BROWSE || editor.editPage == page::TRACKS;
+    if (input.wheel == 0 || !lists || editor.question != ASK_NOTHING ||
+        editor.press == PRESS_SCROLL) {
+        return;
+    }
+    for (int list = page::LEFT; list <= page::RIGHT; ++list) {
+        if (page::rowAt(list, input.mouseX, input.mouseY) >= 0 ||
+            page::scrollBarAt(input.mouseX, input.mouseY) == list) {
+            scrollBy(editor.scroll[list], input.wheel * kRowsPerNotch);
+        }
+    }
+}
+
+bool gateHoldsFor(const c_keys& input, c_playlist& editor) {
+    return gateHolds(editor.gate, input.mouseClick != 0 || input.mouseHeld != 0, tempsActuel);
+}
+
 }  // namespace
 
-void followMouse(const c_keys& input, c_playlist& editor) {
+bool followMouse(const c_keys& input, c_playlist& editor) {
+    const bool holding = editor.press != PRESS_NOTHING;
     lightKey(editor, input.mouseX, input.mouseY);
+    turnWheel(input, editor);
+    if (gateHoldsFor(input, editor)) {
+        return false;
+    }
     if (input.mouseClick != 0) {
         pressMouse(editor, input.mouseX, input.mouseY);
-    } else if (editor.press != PRESS_NOTHING) {
+    } else if (holding) {
         if (input.mouseHeld != 0) {
             holdMouse(editor, input.mouseX, input.mouseY);
         } else {
             releaseMouse(editor, input);
         }
     }
+    return holding || input.mouseClick != 0;
+}
+
+bool clickInPreview(const c_keys& input, c_playlist& editor) {
+    return !gateHoldsFor(input, editor) && input.mouseClick != 0;
 }

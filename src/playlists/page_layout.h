@@ -38,7 +38,12 @@ enum Button : int {
     CANCEL,
     YES,
     NO,
+    RENAME,
+    COPY,
+    MOVE,
+    ADD,
 };
+inline constexpr int kNoButton = -1;
 
 struct ButtonPlace {
     Button button;
@@ -50,32 +55,46 @@ struct ButtonPlace {
 inline constexpr int kButtonHeight = 24;
 inline constexpr int kButtonWidth = 56;
 inline constexpr int kBackWidth = 64;
-inline constexpr int kButtonsY = 228;
+// No two pages have a button in the same place: what a hand that clicks twice uses is on the page
+// that it saw. The browse page has the upper row, the other two share the lower one.
+inline constexpr int kUpperY = 228;
+inline constexpr int kLowerY = 256;
 
 // clang-format off
 inline constexpr ButtonPlace kBrowseButtons[] = {
-    {CREATE,    2, kButtonsY, kButtonWidth},
-    {EDIT,     66, kButtonsY, kButtonWidth},
-    {PREVIEW, 130, kButtonsY, kButtonWidth},
-    {DELETE,  194, kButtonsY, kButtonWidth},
-    {BACK,    574, kButtonsY, kBackWidth},
+    {CREATE,    2, kUpperY, kButtonWidth},
+    {EDIT,     66, kUpperY, kButtonWidth},
+    {PREVIEW, 130, kUpperY, kButtonWidth},
+    {DELETE,  194, kUpperY, kButtonWidth},
+    {RENAME,  258, kUpperY, kButtonWidth},
+    {COPY,    322, kUpperY, kButtonWidth},
+    {MOVE,    386, kUpperY, kButtonWidth},
+    {BACK,    574, kUpperY, kBackWidth},
 };
 inline constexpr ButtonPlace kNameButtons[] = {
-    {OK,       10, kButtonsY, kButtonWidth},
-    {CANCEL,   74, kButtonsY, kButtonWidth},
+    {OK,       10, kLowerY, kButtonWidth},
+    {CANCEL,   74, kLowerY, kButtonWidth},
 };
 inline constexpr ButtonPlace kTracksButtons[] = {
-    {CONFIRM,   2, kButtonsY, kButtonWidth},
-    {PREVIEW, 130, kButtonsY, kButtonWidth},
-    {DELETE,  194, kButtonsY, kButtonWidth},
-    {BACK,    574, kButtonsY, kBackWidth},
+    {ADD,     138, kLowerY, kButtonWidth},
+    {PREVIEW, 202, kLowerY, kButtonWidth},
+    {DELETE,  266, kLowerY, kButtonWidth},
+    {MOVE,    330, kLowerY, kButtonWidth},
+    {CONFIRM, 510, kLowerY, kButtonWidth},
+    {BACK,    574, kLowerY, kBackWidth},
 };
-// Away from the button that asks: a second press in the same place answers nothing.
 inline constexpr ButtonPlace kQuestionButtons[] = {
     {YES,      10, 310, kButtonWidth},
     {NO,       74, 310, kButtonWidth},
 };
 // clang-format on
+
+// The two lines of help, where the page has no buttons: under the upper row or over the lower one.
+inline constexpr int kHelpLine = 14;
+
+constexpr int helpY(int shown) {
+    return shown == BROWSE ? 262 : kUpperY;
+}
 
 constexpr std::span<const ButtonPlace> buttonsOf(int shown) {
     switch (shown) {

@@ -14,10 +14,13 @@ constexpr int kDimX = 128;  // of the atlas
 constexpr int kButtonTextX = 6;
 constexpr int kButtonTextY = 8;
 constexpr int kWhiteRgb = 0xFFFFFF;
+constexpr int kLineX = 4;
+constexpr int kLineRoom = 632;
 constexpr int kDimFaceRgb = 0x404040;
 
-constexpr const char* kLabels[] = {"create",  "edit", "preview", "delete", "back",
-                                   "confirm", "ok",   "cancel",  "yes",    "no"};
+constexpr const char* kLabels[] = {"create", "edit", "preview", "delete", "back", "confirm", "ok",
+                                   "cancel", "yes",  "no",      "rename", "copy", "move",    "add"};
+constexpr int kFocusWidth = 2;  // around the button
 
 SDL_Rect rectOf(int x, int y, int w, int h) {
     return {static_cast<int16_t>(x), static_cast<int16_t>(y), static_cast<uint16_t>(w),
@@ -60,6 +63,15 @@ int PagePainter::textRight(const std::string& words, int right, int y, int room,
     return x;
 }
 
+void PagePainter::line(const std::string& words, int y, int rgb) {
+    text(words, kLineX, y, kLineRoom, rgb);
+}
+
+void PagePainter::help(int shown, const char* words, const char* keysHelp) {
+    line(words, page::helpY(shown), kWhiteRgb);
+    line(keysHelp, page::helpY(shown) + page::kHelpLine, page::kGreyRgb);
+}
+
 void PagePainter::largeText(const std::string& words, int x, int y, int rgb) {
     ttf->drawTextH(surface_, words.c_str(), static_cast<short>(x), static_cast<short>(y), rgb,
                    kLargeFont);
@@ -79,13 +91,16 @@ int PagePainter::row(int list, int visibleRow, int look) {
         case page::ROW_LIT:
             fill(x, y, width, page::kRowHeight, page::kLitRgb);
             return kWhiteRgb;
+        case page::ROW_CARRIED:
+            fill(x, y, width, page::kRowHeight, static_cast<int>(_colorO));
+            return 0;
         default:
             return kWhiteRgb;
     }
 }
 
-// A button under the pointer has a white frame while it can be used.
-void PagePainter::button(const page::ButtonPlace& place, bool usable, bool under) {
+// The pointer's frame lies inside the button, the keys' one around it.
+void PagePainter::button(const page::ButtonPlace& place, bool usable, bool under, bool focused) {
     if (atlas_ != nullptr) {
         SDL_Rect piece = rectOf(usable ? 0 : kDimX, place.button * page::kButtonHeight, place.width,
                                 page::kButtonHeight);
@@ -99,5 +114,9 @@ void PagePainter::button(const page::ButtonPlace& place, bool usable, bool under
     }
     if (usable && under) {
         frame(place.x, place.y, place.width, page::kButtonHeight, kWhiteRgb);
+    }
+    if (focused) {
+        frame(place.x - kFocusWidth, place.y - kFocusWidth, place.width + 2 * kFocusWidth,
+              page::kButtonHeight + 2 * kFocusWidth, kWhiteRgb);
     }
 }

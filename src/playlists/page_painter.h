@@ -17,7 +17,8 @@ inline constexpr int kGreyRgb = 0x888888;
 inline constexpr int kLitRgb = 0x3A3A3A;
 
 // How a row looks. The list in use shows its selection inverted, the other one greyed.
-enum RowLook : int { ROW_PLAIN = 0, ROW_LIT, ROW_SELECTED_ELSEWHERE, ROW_SELECTED };
+// A carried one is orange.
+enum RowLook : int { ROW_PLAIN = 0, ROW_LIT, ROW_SELECTED_ELSEWHERE, ROW_SELECTED, ROW_CARRIED };
 
 // What is wrong with a row's file, in a pink that stands out from the row's ground.
 constexpr int alarmRgb(int look) {
@@ -45,12 +46,17 @@ public:
     int text(const std::string& words, int x, int y, int room, int rgb);
     // The same, ending at `right`. Returns where it begins.
     int textRight(const std::string& words, int right, int y, int room, int rgb);
+    // Over the whole width of the page.
+    void line(const std::string& words, int y, int rgb);
+    // The two lines of a page: what the mouse does, what the keys do.
+    void help(int shown, const char* words, const char* keysHelp);
     void largeText(const std::string& words, int x, int y, int rgb);
     int widthOf(const std::string& words, int font) const;
 
     // A row's ground; returns the colour for its texts.
     int row(int list, int visibleRow, int look);
-    void button(const page::ButtonPlace& place, bool usable, bool under);
+    // `under` the pointer; `focused`: the keys are on it.
+    void button(const page::ButtonPlace& place, bool usable, bool under, bool focused);
 
     SDL_Surface* surface() { return surface_; }
 

@@ -14,6 +14,7 @@
 
 #include "clip/survey.h"
 #include "common/limits.h"
+#include "playlists/press_gate.h"
 #include "playlists/scroll.h"
 #include "playlists/userfile.h"
 
@@ -23,7 +24,7 @@ class c_moxel;
 inline constexpr int kExplorerRows = 100;
 inline constexpr int kEditorKeys = 42;  // of the on-screen keyboard
 
-enum Question : int32_t { ASK_NOTHING = 0, ASK_DELETE, ASK_SAVE };
+enum Question : int32_t { ASK_NOTHING = 0, ASK_DELETE, ASK_SAVE, ASK_DISCARD };
 enum Press : int32_t { PRESS_NOTHING = 0, PRESS_ROW, PRESS_SCROLL };
 
 struct Track {
@@ -77,8 +78,8 @@ public:
     void finRenderPreview();
     void endPreview();  // and black where it has been
 
-    // What buttons, keys and drops do on the pages (playlist_steps). Lists are 0 left, 1 right. A
-    // step that makes no sense now does nothing.
+    // What buttons, keys and drops do on the pages (playlist_steps, playlist_changes,
+    // playlist_names). Lists are 0 left, 1 right. A step that makes no sense now does nothing.
     void holdSelection();  // rows that no longer exist are let go
     int rowsIn(int list) const;
     int selectedRow(int list) const;
@@ -86,13 +87,24 @@ public:
     bool canUse(int button) const;     // page::Button
     bool takesDrop(int button) const;  // the button can be used with what is dragged
     void useButton(int button);
-    void openSelection();      // edit a playlist, enter a folder, preview a clip
-    void typeKey(int key);     // of the on-screen keyboard
-    void dropOnList(int row);  // the dragged item, before a row of the left list
-    void goBack();             // one page, or home
-    void answer(bool yes);     // to the question that stands
-    void insertEntry();        // the selected explorer entry, behind the selected track
-    void letGo();              // of everything that the mouse holds
+    void openSelection();       // edit a playlist, enter a folder, preview a clip
+    bool takesLetters() const;  // the name page, and no question on it
+    void typeKey(int key);      // of the on-screen keyboard
+    void dropOnList(int row);   // the dragged item, before a row of the left list
+    void goBack();              // one page, or home; asks first where something would be lost
+    void answer(bool yes);      // to the question that stands
+    void takeQuestionBack();
+    void insertEntry();  // the selected explorer entry, behind the selected track
+    void letGo();        // of everything that the mouse holds
+
+    // The buttons by keys, and a row carried by them (playlist_focus).
+    void enterButtons();
+    void leaveButtons();
+    void moveFocus(int step);  // along the buttons that can be used, round the row's ends
+    void useFocused();
+    void carry(int step);  // the row that is picked up: one row up or down
+    void setDown();        // where it is now; playlists are saved
+    void putBack();        // where it was picked up
 
     // The editor's operations (playlist_edit). `pos` and `to` are rows; past the end they append.
     void addTrack(const std::string& fileName, int famille, int pos);  // of the browsed folder
@@ -151,6 +163,12 @@ public:
     int32_t holdFrames;    // frames for which an arrow or an edge of a list is held
     int32_t pointerX;      // the pointer in the last frame
     int32_t pointerY;
+    int32_t renaming;        // the name page is for: 0 a new playlist, 1 the selected one
+    int32_t chosenYes;       // what the keys have chosen of a question's answers: 1 yes, 0 no
+    int32_t focus;           // page::Button that the keys are on; page::kNoButton: in a list
+    int32_t carriedFrom;     // row where the carried one was picked up; -1 none is carried
+    int32_t muted;           // 1: keys held since before do not write
+    PressGate gate;          // closed, the page takes no presses
     std::string notice;      // one line under the buttons; empty none
     Famille enteredFamille;  // the playlist as it was when page 2 was entered
     UserFile userFile;       // one that could not be read is not written over
@@ -164,6 +182,9 @@ private:
     void drawEntryRows(PagePainter& painter);
     void drawButtons(PagePainter& painter);
     void drawQuestion(PagePainter& painter);
+    void drawName(PagePainter& painter);
+    void drawKeys(PagePainter& painter);
+    std::string questionSubject() const;
     void drawPreview(SDL_Surface* surface);
     void drawPage(SDL_Surface* surface, SDL_Surface* atlas);
     std::string draggedText() const;
@@ -175,14 +196,27 @@ private:
     void showBrowse();
     void showTracks();
     void showFolder(const std::string& entry);
+    void openNamePage(bool forOld);
+    bool nameTouched() const;
+    void finishName();
     void createNamed();
+    void renameNamed();
+    void ask(Question asked);
+    void saveChange();
     void confirmTracks();
     void discardTracks();
     void leave();
     void deleteSelected();
     void deleteFamille();
     void moveFamilleTo(int row);
+    void copySelected();
+    std::string copyName(const std::string& name) const;
+    bool isFullToMove();
+    void pickUp();
+    void carryOne(int step);
+    void swapMarks(int one, int other);
     void moveTrackTo(int row);
+    void addBehindSelected();
     void addEntryAt(int row);
     bool readFamille(Famille& famille);
     void setTrackCount(Famille& famille, int count);

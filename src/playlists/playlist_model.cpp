@@ -9,6 +9,7 @@
 #include "common/memory.h"
 #include "common/messages.h"
 #include "core/globals.h"
+#include "playlists/page_layout.h"
 #include "playlists/playlist.h"
 
 namespace {
@@ -110,6 +111,13 @@ void c_playlist::initPlaylist() {
     press = PRESS_NOTHING;
     lastPressRow = -1;
     holdFrames = 0;
+    renaming = 0;
+    chosenYes = 0;
+    focus = page::kNoButton;
+    carriedFrom = -1;
+    muted = 0;
+    // The click that opens the screen is not for its page.
+    closeGate(gate, true, tempsActuel);
     notice.clear();
 }
 

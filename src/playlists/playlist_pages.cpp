@@ -16,35 +16,14 @@ constexpr int kNumberColumn = 20;
 constexpr int kCountColumn = 24;
 constexpr int kGap = 8;  // between two texts in a line
 
-constexpr int kHelpY = 262;
-constexpr int kKeysY = 276;
-constexpr int kLineX = 4;
-constexpr int kLineRoom = 632;
-constexpr int kNoticeY = 296;
-constexpr int kFullTextY = 345;
-
-constexpr int kQuestionY = 292;
-constexpr int kQuestionHeight = 48;
-constexpr int kQuestionTextY = 297;
-constexpr int kQuestionKeysX = 144;
-constexpr int kQuestionKeysY = 318;
-
-constexpr int kNameX = 11;
-constexpr int kNameY = 24;
-constexpr int kCaretHeight = 18;
-constexpr int kCaretPeriodMs = 1000;
-constexpr int kNameLengthX = 307;  // right end
-constexpr int kKeyRgb = 0x333333;
-constexpr int kDimKeyRgb = 0x222222;
-constexpr int kWhiteRgb = 0xFFFFFF;
-constexpr int kSmallTextHeight = 10;
-constexpr int kLargeTextHeight = 20;
-
 constexpr int kFolderWidth = 11;
 // The explorer's columns behind the names, from their right ends.
 constexpr int kLoadColumn = 46;
 constexpr int kFramesColumn = 44;
 constexpr int kClipColumns = kLoadColumn + kFramesColumn;
+
+constexpr const char* kCarryKeys =
+    "Up, Down : carry it        X : set it down        Z : back where it was";
 
 int rowY(int visibleRow) {
     return page::kFirstRowY + page::kRowHeight * visibleRow + kTextDown;
@@ -75,11 +54,6 @@ void drawHint(PagePainter& painter, int list, const char* words) {
     painter.text(words, leftOf(list), rowY(0), rightOf(list) - leftOf(list), page::kGreyRgb);
 }
 
-void drawHelp(PagePainter& painter, const char* help, const char* keysHelp) {
-    painter.text(help, kLineX, kHelpY, kLineRoom, kWhiteRgb);
-    painter.text(keysHelp, kLineX, kKeysY, kLineRoom, page::kGreyRgb);
-}
-
 void drawFolderSign(PagePainter& painter, int x, int y, int rgb) {
     painter.fill(x, y + 1, 4, 2, rgb);
     painter.fill(x, y + 2, 9, 6, rgb);
@@ -92,7 +66,10 @@ int c_playlist::rowLook(int list, int row) const {
     // use; every other selection counts in its own list.
     const bool always = editPage == page::BROWSE && list == page::LEFT;
     if (row == selectedRow(list) && (always || dragSource == list)) {
-        return page::ROW_SELECTED;
+        if (carriedFrom >= 0) {
+            return page::ROW_CARRIED;
+        }
+        return focus == page::kNoButton ? page::ROW_SELECTED : page::ROW_SELECTED_ELSEWHERE;
     }
     const int pointed = page::rowAt(list, keys->mouseX, keys->mouseY);
     const bool quiet = dragging != 0 || question != ASK_NOTHING;
@@ -101,46 +78,6 @@ int c_playlist::rowLook(int list, int row) const {
     }
     const bool elsewhere = editPage == page::TRACKS && row == selectedRow(list);
     return elsewhere ? page::ROW_SELECTED_ELSEWHERE : page::ROW_PLAIN;
-}
-
-// A dragged item lights the buttons that take it; otherwise the one under the pointer is lit.
-void c_playlist::drawButtons(PagePainter& painter) {
-    for (const page::ButtonPlace& place : page::buttonsOf(editPage)) {
-        const bool under = page::inside(keys->mouseX, keys->mouseY, place.x, place.y, place.width,
-                                        page::kButtonHeight);
-        const bool answers = dragging != 0 ? takesDrop(place.button) : canUse(place.button);
-        painter.button(place, answers && question == ASK_NOTHING, under);
-    }
-}
-
-void c_playlist::drawQuestion(PagePainter& painter) {
-    if (question == ASK_NOTHING) {
-        painter.text(notice, kLineX, kNoticeY, kLineRoom, static_cast<int>(_colorO));
-        painter.text(fullText(), kLineX, kFullTextY, kLineRoom, page::kGreyRgb);
-        return;
-    }
-    const Famille& famille = familles[editFamille];
-    const std::string tracks =
-        std::to_string(famille.nbTracks) + (famille.nbTracks == 1 ? " track" : " tracks");
-    painter.fill(2, kQuestionY, 636, kQuestionHeight, page::kLitRgb);
-    painter.fill(2, kQuestionY, 636, 1, static_cast<int>(_colorO));
-    const bool deleting = question == ASK_DELETE;
-    const int used = painter.text(deleting ? "delete this playlist ?" : "save changes ?", 10,
-                                  kQuestionTextY, kLineRoom, kWhiteRgb);
-    painter.text(tracks + " in '" + famille.name + "'", 10 + used + kGap, kQuestionTextY,
-                 620 - used - kGap, static_cast<int>(_colorO));
-    for (const page::ButtonPlace& place : page::kQuestionButtons) {
-        painter.button(place, true,
-                       page::inside(keys->mouseX, keys->mouseY, place.x, place.y, place.width,
-                                    page::kButtonHeight));
-    }
-    painter.text(deleting ? "X : yes        Z : no" : "X : yes        Z : go on editing",
-                 kQuestionKeysX, kQuestionKeysY, 400, page::kGreyRgb);
-}
-
-// The selected item in full: rows show what fits.
-std::string c_playlist::fullText() const {
-    return selectedRow(dragSource) < rowsIn(dragSource) ? draggedText() : "";
 }
 
 void c_playlist::drawFamilleRows(PagePainter& painter) {
@@ -261,9 +198,11 @@ void c_playlist::drawBrowsePage(PagePainter& painter) {
     }
     drawScroll(painter.surface(), page::RIGHT);
     drawButtons(painter);
-    drawHelp(
-        painter, "Drag & drop elements on top of buttons",
-        "arrows : choose        X : edit or preview        Backspace : delete        Z : home");
+    painter.help(editPage, "Drag & drop elements on top of buttons",
+                 carriedFrom >= 0 ? kCarryKeys
+                                  : "arrows : choose, past the lists the buttons        "
+                                    "X : edit, preview, use        Backspace : delete        "
+                                    "Z : home");
     drawQuestion(painter);
 }
 
@@ -281,44 +220,10 @@ void c_playlist::drawTracksPage(PagePainter& painter) {
     drawEntryRows(painter);
     drawScroll(painter.surface(), page::RIGHT);
     drawButtons(painter);
-    drawHelp(painter, "Drag & drop files from the right to the left column",
-             "arrows : choose        X : open or preview        Return : add the file        "
-             "Backspace : remove the track        Z : back");
+    painter.help(editPage, "Drag & drop files from the right to the left column",
+                 carriedFrom >= 0
+                     ? kCarryKeys
+                     : "arrows : choose, past the lists the buttons      X : open, preview, use   "
+                       "   Return : add      Backspace : remove      Z : back");
     drawQuestion(painter);
-}
-
-void c_playlist::drawNamePage(PagePainter& painter) {
-    painter.text("create a new playlist", kNameX, page::kTitleY, kLineRoom,
-                 static_cast<int>(_colorO));
-    painter.textRight(std::to_string(newName.size()) + " / " + std::to_string(page::kLongestName),
-                      kNameLengthX, page::kTitleY, kLineRoom, page::kGreyRgb);
-    painter.largeText(newName, kNameX, kNameY, kWhiteRgb);
-    if (tempsActuel % kCaretPeriodMs < kCaretPeriodMs / 2) {
-        painter.fill(kNameX + painter.widthOf(newName, 1) + 1, kNameY, 2, kCaretHeight,
-                     static_cast<int>(_colorO));
-    }
-    const bool full = newName.size() >= page::kLongestName;
-    for (int key = 0; key < page::kKeys; ++key) {
-        const int x = page::kKeysX + key % page::kKeyColumns * page::kKeySize;
-        const int y = page::kKeysY + key / page::kKeyColumns * page::kKeySize;
-        const bool usable = key >= page::kKeyDel ? !newName.empty() : !full;
-        const bool lit = usable && key == keyUnderPointer;
-        const int ink = lit ? 0 : usable ? kWhiteRgb : page::kGreyRgb;
-        painter.fill(x + 1, y + 1, page::kKeySize - 2, page::kKeySize - 2,
-                     lit      ? static_cast<int>(_colorO)
-                     : usable ? kKeyRgb
-                              : kDimKeyRgb);
-        const char* words = edit_char(key);
-        if (key >= page::kKeyDel) {
-            painter.text(words, x + (page::kKeySize - painter.widthOf(words, 0)) / 2,
-                         y + (page::kKeySize - kSmallTextHeight) / 2, page::kKeySize, ink);
-        } else {
-            painter.largeText(words, x + (page::kKeySize - painter.widthOf(words, 1)) / 2 + 1,
-                              y + (page::kKeySize - kLargeTextHeight) / 2, ink);
-        }
-    }
-    drawButtons(painter);
-    drawHelp(painter, "Click the letters of its name, then OK",
-             "arrows : choose a key        X : type it        Backspace : delete        "
-             "Return : OK        Z : back");
 }

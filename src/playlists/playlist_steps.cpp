@@ -1,17 +1,12 @@
 // The steps of the playlist screen: what buttons, keys and drops do on its three pages.
 #include <algorithm>
-#include <utility>
 
 #include "core/all.h"
 #include "core/globals.h"
-#include "playlists/lost_names.h"
 #include "playlists/page_layout.h"
 #include "playlists/playlist.h"
-#include "ui/overmenu.h"
 
 namespace {
-
-constexpr const char* kFullPlaylist = "49 tracks is the most: remove one first";
 
 int lastOf(int rows) {
     return std::max(rows - 1, 0);
@@ -53,6 +48,9 @@ void c_playlist::holdSelection() {
             updateScroll(list, rowsIn(list));
         }
     }
+    if (carriedFrom >= rowsIn(page::LEFT)) {
+        carriedFrom = -1;
+    }
 }
 
 void c_playlist::select(int list, int row) {
@@ -80,7 +78,15 @@ bool c_playlist::canUse(int button) const {
         case page::CREATE:
             return nbFamilles < kPlaylists;
         case page::EDIT:
+        case page::RENAME:
             return nbFamilles > 0;
+        case page::COPY:
+            return nbFamilles > 0 && nbFamilles < kPlaylists;
+        case page::MOVE:
+            return browse ? nbFamilles > 1
+                          : dragSource == page::LEFT && rowsIn(page::LEFT) > 1 && chosen;
+        case page::ADD:
+            return isClipEntry(selItem);
         case page::PREVIEW:
             if (dragSource == page::LEFT) {
                 return !browse && chosen;
@@ -95,12 +101,16 @@ bool c_playlist::canUse(int button) const {
     }
 }
 
-// On the browse page a playlist goes onto edit and delete, a track onto preview alone.
+// On the browse page a playlist goes onto the buttons, a track onto preview alone.
 bool c_playlist::takesDrop(int button) const {
     const bool browse = editPage == page::BROWSE;
     switch (button) {
         case page::EDIT:
+        case page::RENAME:
+        case page::COPY:
             return browse && dragSource == page::LEFT && canUse(button);
+        case page::ADD:
+            return !browse && dragSource == page::RIGHT && canUse(button);
         case page::DELETE:
             return (!browse || dragSource == page::LEFT) && canUse(button);
         case page::PREVIEW:
@@ -116,9 +126,8 @@ void c_playlist::useButton(int button) {
     }
     switch (button) {
         case page::CREATE:
-            newName.clear();
-            keyUnderPointer = -1;
-            editPage = page::NEW_PLAYLIST;
+        case page::RENAME:
+            openNamePage(button == page::RENAME);
             break;
         case page::EDIT:
             showTracks();
@@ -129,11 +138,20 @@ void c_playlist::useButton(int button) {
         case page::DELETE:
             deleteSelected();
             break;
+        case page::COPY:
+            copySelected();
+            break;
+        case page::MOVE:
+            pickUp();
+            break;
+        case page::ADD:
+            addBehindSelected();
+            break;
         case page::CONFIRM:
             confirmTracks();
             break;
         case page::OK:
-            createNamed();
+            finishName();
             break;
         case page::YES:
         case page::NO:
@@ -161,6 +179,7 @@ void c_playlist::openSelection() {
 
 void c_playlist::showBrowse() {
     editPage = page::BROWSE;
+    focus = page::kNoButton;
     selRow = editFamille;
     selItem = 0;
     dragSource = page::LEFT;
@@ -174,6 +193,7 @@ void c_playlist::showTracks() {
     curDir = baseDir;
     showFolder("videos");
     editPage = page::TRACKS;
+    focus = page::kNoButton;
     selRow = 0;
     initScroll(page::LEFT, familles[editFamille].nbTracks);
     dragSource = familles[editFamille].nbTracks > 0 ? page::LEFT : page::RIGHT;
@@ -186,53 +206,13 @@ void c_playlist::showFolder(const std::string& entry) {
     initScroll(page::RIGHT, nbEntries);
 }
 
-void c_playlist::createNamed() {
-    if (newName.empty() || nbFamilles >= kPlaylists) {
-        return;
-    }
-    notice = lost::whyName(newName);
-    if (!notice.empty()) {
-        return;
-    }
-    createNewFamille();
-    editFamille = nbFamilles - 1;
-    showBrowse();
-}
-
-void c_playlist::typeKey(int key) {
-    if (key == page::kKeyOk) {
-        useButton(page::OK);
-    } else if (key == page::kKeyDel) {
-        if (!newName.empty()) {
-            newName.pop_back();
-        }
-    } else if (newName.size() < page::kLongestName) {
-        newName += edit_char(key);
-    }
-}
-
-void c_playlist::confirmTracks() {
-    saveFamille();
-    showBrowse();
-}
-
-void c_playlist::discardTracks() {
-    std::swap(familles[editFamille], enteredFamille);
-    showBrowse();
-}
-
-bool c_playlist::tracksChanged() const {
-    const Famille& now = familles[editFamille];
-    const auto samePath = [](const Track& a, const Track& b) { return a.path == b.path; };
-    return now.nbTracks != enteredFamille.nbTracks ||
-           !std::equal(now.tracks, now.tracks + now.nbTracks, enteredFamille.tracks, samePath);
-}
-
 void c_playlist::goBack() {
     if (editPage == page::BROWSE) {
         leave();
     } else if (editPage == page::TRACKS && tracksChanged()) {
-        question = ASK_SAVE;
+        ask(ASK_SAVE);
+    } else if (editPage == page::NEW_PLAYLIST && nameTouched()) {
+        ask(ASK_DISCARD);
     } else {
         showBrowse();
     }
@@ -241,6 +221,8 @@ void c_playlist::goBack() {
 void c_playlist::leave() {
     letGo();
     question = ASK_NOTHING;
+    focus = page::kNoButton;
+    closeGate(gate, true, tempsActuel);
     exitEditPlaylists();
     all->state = STATE_HOME;
 }
@@ -253,6 +235,16 @@ void c_playlist::letGo() {
     scroll[page::RIGHT].active = 0;
 }
 
+// The answer that loses nothing is chosen at first.
+void c_playlist::ask(Question asked) {
+    question = asked;
+    chosenYes = asked == ASK_SAVE ? 1 : 0;
+}
+
+void c_playlist::takeQuestionBack() {
+    question = ASK_NOTHING;
+}
+
 void c_playlist::answer(bool yes) {
     const int32_t asked = question;
     question = ASK_NOTHING;
@@ -262,26 +254,13 @@ void c_playlist::answer(bool yes) {
         confirmTracks();
     } else if (asked == ASK_SAVE) {
         discardTracks();
+    } else if (asked == ASK_DISCARD && yes) {
+        showBrowse();
     }
 }
 
-void c_playlist::deleteSelected() {
-    if (editPage == page::BROWSE) {
-        question = ASK_DELETE;
-    } else {
-        removeTrack(editFamille, selRow);
-    }
-}
-
-void c_playlist::deleteFamille() {
-    const int pos = scroll[page::LEFT].pos;
-    removeFamille(editFamille);
-    saveFamille();
-    editFamille = std::clamp(editFamille, 0, lastOf(nbFamilles));
-    showBrowse();
-    scroll[page::LEFT].pos = std::min(pos, scroll[page::LEFT].maxPos);
-    // The list over the mix must not go on pointing at a playlist that is gone.
-    overMenu->selected = std::clamp(overMenu->selected, 0, lastOf(nbFamilles));
+bool c_playlist::isClipEntry(int row) const {
+    return row >= 0 && row < nbEntries && (entryIsClip[row] != 0 || isFileMoxel(entries[row]));
 }
 
 void c_playlist::dropOnList(int row) {
@@ -292,60 +271,4 @@ void c_playlist::dropOnList(int row) {
     } else if (editPage == page::TRACKS) {
         addEntryAt(row);
     }
-}
-
-// Before the row or behind it is where it stands already.
-void c_playlist::moveFamilleTo(int row) {
-    const int from = editFamille;
-    const int to = std::clamp(row, 0, nbFamilles);
-    if (from >= nbFamilles || to == from || to == from + 1) {
-        return;
-    }
-    deplacerFamille(from, to);
-    editFamille = to > from ? to - 1 : to;
-    selRow = editFamille;
-    saveFamille();
-}
-
-void c_playlist::moveTrackTo(int row) {
-    const int tracks = familles[editFamille].nbTracks;
-    const int to = std::clamp(row, 0, tracks);
-    if (selRow >= tracks || to == selRow || to == selRow + 1) {
-        return;
-    }
-    if (tracks == kEditorTracks || tracks >= kTrackSlots) {
-        notice = kFullPlaylist;
-        return;
-    }
-    moveTrack(selRow, to);
-    selRow = to > selRow ? to - 1 : to;
-}
-
-void c_playlist::addEntryAt(int row) {
-    if (selItem >= nbEntries || !isFileMoxel(entries[selItem])) {
-        return;
-    }
-    notice = lost::whyPath(browsedFolder() + entries[selItem]);
-    if (!notice.empty()) {
-        return;
-    }
-    const int before = familles[editFamille].nbTracks;
-    addTrack(entries[selItem], editFamille, row);
-    if (familles[editFamille].nbTracks == before) {
-        notice = kFullPlaylist;
-        return;
-    }
-    selRow = std::clamp(row, 0, before);
-}
-
-void c_playlist::insertEntry() {
-    if (editPage != page::TRACKS || dragSource != page::RIGHT) {
-        return;
-    }
-    addEntryAt(selRow + 1);
-    scrollIntoView(scroll[page::LEFT], selRow);
-}
-
-bool c_playlist::isClipEntry(int row) const {
-    return row >= 0 && row < nbEntries && (entryIsClip[row] != 0 || isFileMoxel(entries[row]));
 }

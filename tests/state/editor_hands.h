@@ -2,6 +2,10 @@
 // Fixture for the playlist screen: hands on mouse and keys, frame by frame, straight into the
 // handler. Points are pixels of the 640 x 360 picture. Rows are visible rows of a list.
 
+#include <SDL.h>
+
+#include <cctype>
+
 #include "playlists/page_layout.h"
 #include "state/stage.h"
 #include "ui/picture.h"
@@ -11,10 +15,18 @@ struct Spot {
     int y;
 };
 
+// On the browse page.
 inline constexpr Spot kCreate = {20, 240}, kEdit = {90, 240}, kPreview = {150, 240},
-                      kDelete = {210, 240}, kBack = {600, 240}, kConfirm = {20, 240},
-                      kOk = {30, 240}, kCancel = {90, 240}, kYes = {20, 320}, kNo = {90, 320},
-                      kNowhere = {450, 350};
+                      kDelete = {210, 240}, kRename = {280, 240}, kCopy = {340, 240},
+                      kMove = {400, 240}, kBack = {600, 240};
+// On the name page.
+inline constexpr Spot kOk = {30, 268}, kCancel = {90, 268};
+// On the page of one playlist.
+inline constexpr Spot kAdd = {160, 268}, kTrackPreview = {220, 268}, kTrackDelete = {290, 268},
+                      kTrackMove = {350, 268}, kConfirm = {530, 268}, kTracksBack = {600, 268};
+// Of a question.
+inline constexpr Spot kYes = {20, 320}, kNo = {90, 320};
+inline constexpr Spot kNowhere = {450, 350};
 
 inline Spot leftRow(int row) {
     return {100, 18 + 13 * row + 6};
@@ -37,6 +49,10 @@ protected:
         _textureUI = loadPicture("data/textureUI.png");
         all->state = STATE_PLAYLISTS;
         pointAt(kNowhere);
+        // The screen stands for a while already.
+        frame();
+        tempsActuel += 1000;
+        frame();
     }
     static void frame() {
         tempsActuel += 40;
@@ -80,6 +96,41 @@ protected:
         setKeys({});
         frame();
     }
+    // A key as SDL tells of it: its symbol and character at once, its slot a frame later.
+    static void typeKey(int symbol, int character = 0, int slot = -1) {
+        keys->typed[0] = {symbol, static_cast<uint16_t>(character)};
+        keys->typedCount = 1;
+        keys->keyDown = 1;
+        frame();
+        keys->typedCount = 0;
+        keys->keyDown = 0;
+        if (slot >= 0) {
+            setKeys({slot});
+        }
+        frame();
+        setKeys({});
+        frame();
+    }
+    static void type(const std::string& text) {
+        for (const char letter : text) {
+            typeKey(std::tolower(letter), letter);
+        }
+    }
+    static void turnWheel(Spot at, int notches) {
+        pointAt(at);
+        keys->wheel = notches;
+        frame();
+        keys->wheel = 0;
+    }
+    // Presses a slot so many times.
+    static void tap(int slot, int times) {
+        for (int i = 0; i < times; ++i) {
+            tap(slot);
+        }
+    }
+    // Saving fails until letSave().
+    static void breakSaving() { std::filesystem::rename("userdata", "gone"); }
+    static void letSave() { std::filesystem::rename("gone", "userdata"); }
     static void draw() { playlist->draw(screen[0], _textureUI); }
     static std::vector<std::string> paths(int famille) {
         std::vector<std::string> result;

@@ -139,6 +139,7 @@ TEST_F(Browse, DeleteQuestion_NoAndZKeepThePlaylist) {
     click(kNo);
     EXPECT_EQ(playlist->question, ASK_NOTHING);
     drag(leftRow(0), kDelete);
+    ASSERT_EQ(playlist->question, ASK_DELETE);
     tap(KEY_Z);
     EXPECT_EQ(playlist->question, ASK_NOTHING);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);
@@ -162,6 +163,7 @@ TEST_F(Browse, DeletingTheLastPlaylists_LeavesAnEmptyPage) {
     overMenu->selected = 2;
     for (int i = 0; i < 3; ++i) {
         tap(KEY_BACKSPACE);
+        tap(KEY_LEFT);
         tap(KEY_X);
     }
     EXPECT_EQ(playlist->nbFamilles, 0);
@@ -188,8 +190,6 @@ TEST_F(Browse, Arrows_MoveTheSelectionInTheListInUse) {
     tap(KEY_RIGHT);
     EXPECT_EQ(playlist->dragSource, 1);
     tap(PAD_DOWN);
-    EXPECT_EQ(playlist->selItem, 1);
-    tap(KEY_DOWN);
     EXPECT_EQ(playlist->selItem, 1);
     tap(PAD_LEFT);
     EXPECT_EQ(playlist->dragSource, 0);
@@ -319,10 +319,10 @@ TEST_F(NewPlaylist, Name_EndsAt20CharactersAndDelTakesTheLast) {
     EXPECT_EQ(playlist->newName, std::string(20, 'b'));
     click(keyCell(40));
     EXPECT_EQ(playlist->newName, std::string(19, 'b'));
-    tap(KEY_BACKSPACE);
+    typeKey(SDLK_BACKSPACE, '\b', KEY_BACKSPACE);
     EXPECT_EQ(playlist->newName, std::string(18, 'b'));
     for (int i = 0; i < 30; ++i) {
-        tap(KEY_BACKSPACE);
+        typeKey(SDLK_BACKSPACE);
     }
     EXPECT_EQ(playlist->newName, "");
 }
@@ -356,14 +356,14 @@ TEST_F(NewPlaylist, InTheRecordOfADeletedOne_HasNoneOfItsMarks) {
 TEST_F(NewPlaylist, OKWithoutAName_DoesNothing) {
     click(keyCell(41));
     click(kOk);
-    tap(KEY_RETURN);
+    typeKey(SDLK_RETURN, '\r', KEY_RETURN);
     EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST);
     EXPECT_EQ(playlist->nbFamilles, 1);
 }
 
 TEST_F(NewPlaylist, ReturnAndTheButton_AreOKToo) {
     click(keyCell(0));
-    tap(KEY_RETURN);
+    typeKey(SDLK_RETURN, '\r', KEY_RETURN);
     EXPECT_EQ(playlist->nbFamilles, 2);
     click(kCreate);
     click(keyCell(0));
@@ -371,13 +371,14 @@ TEST_F(NewPlaylist, ReturnAndTheButton_AreOKToo) {
     EXPECT_EQ(playlist->nbFamilles, 3);
 }
 
-TEST_F(NewPlaylist, CancelAndZ_GoBackWithoutCreating) {
-    click(keyCell(0));
+TEST_F(NewPlaylist, CancelEscapeAndPad_LeaveAnEmptyName) {
     click(kCancel);
     EXPECT_EQ(playlist->editPage, page::BROWSE);
     click(kCreate);
-    click(keyCell(0));
-    tap(KEY_Z);
+    typeKey(SDLK_ESCAPE, 27);
+    EXPECT_EQ(playlist->editPage, page::BROWSE);
+    click(kCreate);
+    tap(PAD_BACK);
     EXPECT_EQ(playlist->editPage, page::BROWSE);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);
     EXPECT_EQ(playlist->nbFamilles, 1);
@@ -390,11 +391,11 @@ TEST_F(NewPlaylist, PointerAndArrows_ChooseTheKey) {
     EXPECT_EQ(playlist->keyUnderPointer, 14) << "the pointer at rest does not choose again";
     tap(PAD_DOWN);
     EXPECT_EQ(playlist->keyUnderPointer, 24);
-    tap(KEY_X);
+    typeKey(SDLK_SPACE, ' ', KEY_SPACE);
     EXPECT_EQ(playlist->newName, "y");
     move({320, 60});
     EXPECT_EQ(playlist->keyUnderPointer, -1);
-    tap(KEY_X);
+    tap(PAD_CONFIRM);
     EXPECT_EQ(playlist->newName, "y");
 }
 

@@ -57,7 +57,7 @@ TEST_F(Preview, OfAPlaylist_IsNone) {
 
 TEST_F(Preview, OfATrackOfTheShownPlaylist_LoadsIt) {
     editFirst();
-    drag(leftRow(1), kPreview);
+    drag(leftRow(1), kTrackPreview);
     EXPECT_EQ(playlist->previewActive, 1);
     EXPECT_EQ(playlist->previewClip->name, "live/alpha.m19");
     EXPECT_EQ(playlist->editPage, page::TRACKS);
@@ -65,7 +65,7 @@ TEST_F(Preview, OfATrackOfTheShownPlaylist_LoadsIt) {
 
 TEST_F(Preview, OfAnExplorerEntry_HasItsFolder) {
     editFirst();
-    drag(rightRow(rowOfEntry("full.m19")), kPreview);
+    drag(rightRow(rowOfEntry("full.m19")), kTrackPreview);
     EXPECT_EQ(playlist->previewClip->name, "full.m19");
     tap(KEY_Z);
     click(rightRow(rowOfEntry("live")));
@@ -77,7 +77,7 @@ TEST_F(Preview, OfAnExplorerEntry_HasItsFolder) {
 
 TEST_F(Preview, OfAFolder_IsNone) {
     editFirst();
-    drag(rightRow(rowOfEntry("live")), kPreview);
+    drag(rightRow(rowOfEntry("live")), kTrackPreview);
     EXPECT_EQ(playlist->previewActive, 0);
 }
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int kFrames = 3000;
+constexpr int kFrames = 4000;
 constexpr int kFramesFromAPage = 250;
 
 class RandomHands : public EditorTest {
@@ -35,7 +35,7 @@ protected:
             case 2:
                 return {below(2) == 0 ? 314 : 632, below(240)};
             case 3:
-                return {below(640), 240};
+                return {below(640), below(2) == 0 ? 240 : 268};
             case 4:
                 return below(2) == 0 ? Spot{20 + below(100), 320} : keyCell(below(42));
             default:
@@ -43,25 +43,33 @@ protected:
         }
     }
     // Each page has its turns, however the hands find their way.
-    static void startOn(int shown) {
+    void startOn(int shown) {
         playlist->editPage = page::BROWSE;
         playlist->question = ASK_NOTHING;
+        playlist->carriedFrom = -1;
+        playlist->gate = {};
         if (playlist->nbFamilles == 0) {
             addFamille("again", {"full.m19"});
         }
         if (shown == page::NEW_PLAYLIST) {
-            playlist->useButton(page::CREATE);
+            playlist->useButton(below(2) == 0 ? page::CREATE : page::RENAME);
         } else if (shown == page::TRACKS) {
             playlist->useButton(page::EDIT);
         }
     }
     void anyFrame() {
-        constexpr int kSlots[] = {KEY_UP,        KEY_DOWN,   KEY_LEFT, KEY_RIGHT,  KEY_X,
-                                  KEY_BACKSPACE, KEY_RETURN, PAD_BACK, PAD_CONFIRM};
+        constexpr int kSlots[] = {KEY_UP,        KEY_DOWN,   KEY_LEFT, KEY_RIGHT,   KEY_X,
+                                  KEY_BACKSPACE, KEY_RETURN, PAD_BACK, PAD_CONFIRM, PAD_CONFIRM};
+        constexpr int kSymbols[] = {SDLK_ESCAPE, SDLK_RETURN, SDLK_SPACE, SDLK_BACKSPACE,
+                                    'a',         'Z',         '*',        0x20AC};
         setKeys({});
         if (below(3) == 0) {
-            setKeys({kSlots[below(9)]});
+            setKeys({kSlots[below(10)]});
         }
+        keys->typedCount = below(4) == 0 ? 2 : 0;
+        keys->typed[0] = {kSymbols[below(8)], 0};
+        keys->typed[1] = {0, static_cast<uint16_t>(below(300))};
+        keys->wheel = below(5) == 0 ? below(9) - 4 : 0;
         keys->mouseClick = below(4) == 0 ? 1 : 0;
         keys->mouseHeld = keys->mouseClick == 0 && below(5) != 0 ? 1 : 0;
         if (below(3) == 0) {
@@ -78,7 +86,8 @@ protected:
             ASSERT_LE(playlist->familles[f].nbTracks, 51);
             ASSERT_GE(playlist->familles[f].nbTracks, 0);
         }
-        ASSERT_LE(playlist->newName.size(), 20u);
+        ASSERT_LE(playlist->newName.size(), 92u) << "an old name may be as long as in a file";
+        ASSERT_LT(playlist->carriedFrom, 50);
         for (const ScrollBar& bar : playlist->scroll) {
             ASSERT_GE(bar.pos, 0);
             ASSERT_LE(bar.pos, bar.maxPos);

@@ -84,22 +84,22 @@ TEST_F(OnePlaylist, TrackDragged_Moves) {
 }
 
 TEST_F(OnePlaylist, DeleteByDragClickAndKey_RemovesTheSelectedTrack) {
-    drag(leftRow(1), kDelete);
+    drag(leftRow(1), kTrackDelete);
     EXPECT_EQ(paths(0), (Paths{"A", "C"}));
     click(leftRow(1));
-    click(kDelete);
+    click(kTrackDelete);
     EXPECT_EQ(paths(0), (Paths{"A"}));
     tap(KEY_BACKSPACE);
     EXPECT_EQ(paths(0), Paths{});
     tap(KEY_BACKSPACE);
-    click(kDelete);
+    click(kTrackDelete);
     EXPECT_EQ(paths(0), Paths{});
 }
 
 TEST_F(OnePlaylist, DeleteWithTheExplorerInUse_DoesNothing) {
     click(rightRow(rowOfEntry("x.m19")));
-    click(kDelete);
-    drag(rightRow(rowOfEntry("x.m19")), kDelete);
+    click(kTrackDelete);
+    drag(rightRow(rowOfEntry("x.m19")), kTrackDelete);
     EXPECT_EQ(paths(0), (Paths{"A", "B", "C"}));
 }
 
@@ -138,8 +138,8 @@ TEST_F(OnePlaylist, BackWithoutChanges_AsksNothing) {
 }
 
 TEST_F(OnePlaylist, BackWithChanges_AsksToSave) {
-    drag(leftRow(0), kDelete);
-    click(kBack);
+    drag(leftRow(0), kTrackDelete);
+    click(kTracksBack);
     EXPECT_EQ(playlist->question, ASK_SAVE);
     EXPECT_EQ(playlist->editPage, page::TRACKS);
     tap(KEY_Z);
@@ -151,7 +151,7 @@ TEST_F(OnePlaylist, BackWithChanges_AsksToSave) {
     EXPECT_EQ(paths(0), (Paths{"A", "B", "C"}));
     EXPECT_FALSE(std::filesystem::exists("userdata/playlists.xml"));
     editFirst();
-    drag(leftRow(0), kDelete);
+    drag(leftRow(0), kTrackDelete);
     tap(KEY_Z);
     click(kYes);
     EXPECT_EQ(paths(0), (Paths{"B", "C"}));
@@ -233,7 +233,7 @@ TEST_F(OnePlaylist, RecordsPastTheLimit_AreShownAndShrunk) {
     drag(rightRow(rowOfEntry("x.m19")), leftRow(0));
     EXPECT_EQ(playlist->familles[0].nbTracks, 51);
     draw();
-    drag(leftRow(0), kDelete);
+    drag(leftRow(0), kTrackDelete);
     EXPECT_EQ(playlist->familles[0].nbTracks, 50);
 }
 
