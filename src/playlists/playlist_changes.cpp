@@ -55,6 +55,7 @@ void c_playlist::deleteSelected() {
         ask(ASK_DELETE);
     } else {
         removeTrack(editFamille, selRow);
+        selRow = std::clamp(selRow, 0, lastOf(familles[editFamille].nbTracks));
     }
 }
 

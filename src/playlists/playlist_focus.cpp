@@ -31,11 +31,11 @@ void c_playlist::moveFocus(int step) {
     }
 }
 
-// The keys stay on it for as long as it can be used again.
+// The keys stay on it for as long as it can be used again: pressed once too often it does nothing.
 void c_playlist::useFocused() {
     useButton(focus);
     if (focus != page::kNoButton && !canUse(focus)) {
-        enterButtons();
+        leaveButtons();
     }
 }
 

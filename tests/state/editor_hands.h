@@ -129,8 +129,14 @@ protected:
         }
     }
     // Saving fails until letSave().
-    static void breakSaving() { std::filesystem::rename("userdata", "gone"); }
-    static void letSave() { std::filesystem::rename("gone", "userdata"); }
+    static void breakSaving() {
+        std::filesystem::rename("userdata", "gone");
+        writeFile("userdata", "no folder");
+    }
+    static void letSave() {
+        std::filesystem::remove("userdata");
+        std::filesystem::rename("gone", "userdata");
+    }
     static void draw() { playlist->draw(screen[0], _textureUI); }
     static std::vector<std::string> paths(int famille) {
         std::vector<std::string> result;
