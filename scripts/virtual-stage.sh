@@ -90,9 +90,10 @@ press_mouse() {
     xdotool mousedown 1
     sleep 0.12
 }
+# Long enough for a page that this opens to take presses again.
 release_mouse() {
     xdotool mouseup 1
-    sleep 0.2
+    sleep 0.4
 }
 click() {
     point "$1" "$2"

@@ -3,7 +3,9 @@
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "app/expected.h"
 #include "app/pictures.h"
@@ -31,8 +33,13 @@ constexpr Spot kEdit = {90, 240};
 constexpr Spot kPreview = {150, 240};
 constexpr Spot kDelete = {210, 240};
 constexpr Spot kBack = {600, 240};
-constexpr Spot kConfirm = {20, 240};
+constexpr Spot kTrackPreview = {220, 268};
+constexpr Spot kTrackDelete = {290, 268};
+constexpr Spot kConfirm = {530, 268};
 constexpr Spot kYes = {20, 320};
+// A page takes no press for 300 ms after the button that opened it came up; a picture is 38 ms or
+// more.
+constexpr int kPicturesToSettle = 10;
 
 constexpr Spot leftRow(int row) {
     return {100, 18 + 13 * row + 6};
@@ -46,12 +53,16 @@ constexpr Spot keyCell(int key) {
 
 class Editor : public testing::Test {
 protected:
-    void click(Spot at) { stage.click(kLeft + at.x, kTop + at.y); }
+    void click(Spot at) {
+        stage.passPictures(kPicturesToSettle);
+        stage.click(kLeft + at.x, kTop + at.y);
+    }
     void goTo(Spot at) {
         stage.pointerTo(kLeft + at.x, kTop + at.y);
         stage.passPictures(app::kPicturesToSee);
     }
     void drag(Spot from, Spot to) {
+        stage.passPictures(kPicturesToSettle);
         goTo(from);
         stage.mouseDown();
         stage.passPictures(app::kPicturesToSee);
@@ -137,9 +148,10 @@ TEST_F(Editor, APlaylistFromNothingToTheStageAndAway) {
     click(rightRow(rowInVideos("live")));
     drag(rightRow(1), leftRow(2));
     drag(leftRow(0), leftRow(5));
-    drag(leftRow(0), kDelete);
-    drag(leftRow(0), kPreview);
+    drag(leftRow(0), kTrackDelete);
+    drag(leftRow(0), kTrackPreview);
     expectPreviewOf(top);
+    stage.passPictures(kPicturesToSettle);
     stage.click(5, 700);
     click(kConfirm);
     const std::string filled =
@@ -172,6 +184,61 @@ TEST_F(Editor, APlaylistFromNothingToTheStageAndAway) {
     EXPECT_EQ(savedLists(), before);
     stage.tap(XK_z);
     stage.await([](const Shot& shot) { return app::homeSelection(shot) == 0; }, "left by key");
+    stage.closeWindow();
+}
+
+// No mouse at all: what the letters do elsewhere they do not do while they write.
+TEST_F(Editor, NameTypedWithLettersThatSwitch_IsWrittenAndStaysWindowed) {
+    stage.folder.addPlaylist("KEPT", {"red.m19"});
+    stage.folder.writePlaylists();
+    stage.startAtHome();
+    stage.tap(XK_Right);
+    stage.tap(XK_x);
+    stage.await([](const Shot& shot) { return shot.at(kLeft + 1, kTop + 1) == kPaper; },
+                "the playlist screen");
+    stage.tap(XK_Left);
+    stage.tap(XK_x);
+    for (const unsigned long key : {XK_f, XK_x, XK_z, XK_s, XK_a, XK_q, XK_w, XK_1}) {
+        stage.tap(key);
+        EXPECT_FALSE(stage.isFullScreen());
+    }
+    stage.tap(XK_BackSpace);
+    EXPECT_EQ(stage.look().at(kLeft + 1, kTop + 1), kPaper);
+    stage.tap(XK_Return);
+    stage.passPictures(app::kPicturesToSee);
+    EXPECT_FALSE(stage.isFullScreen());
+    EXPECT_EQ(savedLists(), std::string(kOpening) + kKept +
+                                "\t<playlist>\n\t\t<name>fxzsaqw</name>\n\t</playlist>\n</all>\n");
+    // On every other page "f" is what it was.
+    stage.tap(XK_f);
+    stage.passPictures(app::kPicturesToSee);
+    EXPECT_TRUE(stage.isFullScreen());
+    stage.tap(XK_f);
+    stage.tap(XK_z);
+    stage.await([](const Shot& shot) { return app::homeSelection(shot) == 1; }, "home");
+    stage.closeWindow();
+}
+
+// Real clicks, 60 ms apart.
+TEST_F(Editor, DoubleClickOnBack_DoesNotLeadHome) {
+    stage.folder.addPlaylist("KEPT", {"red.m19"});
+    stage.folder.writePlaylists();
+    stage.startAtHome();
+    openEditor();
+    click(kEdit);
+    stage.passPictures(kPicturesToSettle);
+    goTo({600, 268});
+    for (const int y : {268, 240}) {
+        stage.pointerTo(kLeft + 600, kTop + y);
+        stage.mouseDown();
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        stage.mouseUp();
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    }
+    stage.passPictures(kPicturesToSettle);
+    EXPECT_EQ(stage.look().at(kLeft + 1, kTop + 1), kPaper) << "still the playlist screen";
+    click(kBack);
+    stage.await([](const Shot& shot) { return app::homeSelection(shot) >= 0; }, "home");
     stage.closeWindow();
 }
 

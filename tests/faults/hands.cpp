@@ -17,6 +17,7 @@ constexpr SDLKey kKeys[] = {
 constexpr int kButtons = 20;
 constexpr int kWaysOut = 40;
 constexpr int kMostFramesOfALoad = 500;
+constexpr int kFramesToSettle = 8;  // 300 ms, in which a page of the playlist screen takes no press
 
 void post(const SDL_Event& event) {
     scripted().events.push_back(event);
@@ -93,6 +94,9 @@ void Hands::click(int x, int y) {
     post(mouseButton(SDL_MOUSEBUTTONUP, corner().x + x, corner().y + y));
     runFrame();
     runFrame();
+    for (int frame = 0; frame < kFramesToSettle && all->state == STATE_PLAYLISTS; ++frame) {
+        runFrame();
+    }
 }
 
 // One step out of the screen, with what is written on it.
@@ -102,8 +106,14 @@ void Hands::leaveScreen() {
     } else if (all->state == STATE_OPTIONS && _options->page == 1) {
         click(110, 240);  // "cancel", when it waits for a button
         click(600, 380);  // back
+    } else if (all->state == STATE_PLAYLISTS && playlist->question == ASK_DISCARD) {
+        tap(SDLK_LEFT);  // yes
+        tap(SDLK_x);
     } else if (all->state == STATE_PLAYLISTS && playlist->question != ASK_NOTHING) {
-        click(90, 320);  // no
+        tap(SDLK_RIGHT);  // no
+        tap(SDLK_x);
+    } else if (all->state == STATE_PLAYLISTS && playlist->takesLetters()) {
+        tap(SDLK_ESCAPE);
     } else {
         tap(SDLK_z);
     }

@@ -25,7 +25,11 @@ constexpr uint16_t kPaper = 0x18C3;  // of the playlist screen
 
 class AppFaults : public testing::Test {
 protected:
-    void clickPicture(int x, int y) { stage.click(kLeft + x, kTop + y); }
+    // A page of the playlist screen takes no press until it stands for 300 ms, 8 pictures.
+    void clickPicture(int x, int y) {
+        stage.passPictures(10);
+        stage.click(kLeft + x, kTop + y);
+    }
     void awaitHome() {
         stage.await([](const Shot& shot) { return app::homeSelection(shot) >= 0; }, "home");
     }
@@ -109,8 +113,8 @@ TEST_F(AppFaults, FoldersRemovedWithTheirPagesOpen_PagesAnswerAndSavesWork) {
     fs::remove_all(path("videos"));
     fs::remove_all(path("userdata"));
     clickPicture(400, 24);   // its first row
-    clickPicture(150, 240);  // preview: there is nothing to show
-    clickPicture(20, 240);   // confirm: saves
+    clickPicture(220, 268);  // preview: there is nothing to show
+    clickPicture(530, 268);  // confirm: saves
     EXPECT_NE(stage.folder.read("userdata/playlists.xml").find("rich.m19"), std::string::npos);
     stage.tap(XK_z);
     awaitHome();

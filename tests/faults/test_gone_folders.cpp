@@ -64,8 +64,10 @@ protected:
     std::string useEverything() {
         return printedBy([this] {
             for (int round = 0; round < 2; ++round) {
-                for (const int x : {20, 90, 150, 210}) {
+                for (int x = 20; x < 500; x += 64) {
                     hands.click(x, 240);
+                    hands.tap(SDLK_z);
+                    hands.click(x, 268);
                     hands.tap(SDLK_z);
                 }
                 for (const SDLKey key : {SDLK_RIGHT, SDLK_DOWN, SDLK_x, SDLK_RETURN, SDLK_LEFT}) {
@@ -98,7 +100,7 @@ TEST_F(GoneFolders, VideosRemovedWithTheExplorerOpen_SaysSoAndGoesOn) {
 TEST_F(GoneFolders, VideosRemoved_SavedListsMarkTheirTracksMissing) {
     openTracks();
     fs::remove_all("videos");
-    hands.click(20, 240);  // confirm
+    hands.click(530, 268);  // confirm
     EXPECT_EQ(playlist->familles[0].nbMissing, 2);
     EXPECT_EQ(playlist->familles[1].nbMissing, 1);
     // Back again: the next save finds them.
@@ -160,7 +162,7 @@ TEST_F(GoneFolders, VideosUnreadable_SaysSoMarksTracksMissingAndGoesOn) {
     const std::string said = printedBy([&] { hands.click(90, 240); });
     EXPECT_EQ(said, "Couldn't open the directory\n");
     EXPECT_EQ(playlist->nbEntries, 0);
-    hands.click(20, 240);  // confirm
+    hands.click(530, 268);  // confirm
     EXPECT_EQ(playlist->familles[0].nbMissing, 2);
     useEverything();
     EXPECT_TRUE(hands.goHome());
@@ -174,7 +176,7 @@ TEST_F(GoneFolders, UserdataUnwritable_OldFileStaysAndSavesAgainLater) {
     {
         const Locked userdata("userdata", 0555);
         const std::string lists = fs::current_path() / "userdata/playlists.xml";
-        EXPECT_EQ(printedBy([&] { hands.click(20, 240); }), "Could not save " + lists + "\n");
+        EXPECT_EQ(printedBy([&] { hands.click(530, 268); }), "Could not save " + lists + "\n");
         EXPECT_EQ(readFile("userdata/playlists.xml"), before);
     }
     EXPECT_EQ(printedBy([] { playlist->saveFamille(); }), "");
@@ -221,7 +223,7 @@ TEST_F(GoneFolders, UserdataRemoved_OptionsAndListsAreSavedAnew) {
     EXPECT_TRUE(fs::exists("userdata/prefs.xml"));
     fs::remove_all("userdata");
     openTracks();
-    hands.click(20, 240);
+    hands.click(530, 268);
     EXPECT_TRUE(fs::exists("userdata/playlists.xml"));
 }
 
@@ -230,7 +232,7 @@ TEST_F(GoneFolders, UserdataBecomesAFile_EachSaveSaysSoAndTheListsStay) {
     writeFile("userdata", "not a folder");
     openTracks();
     const std::string lists = fs::current_path() / "userdata/playlists.xml";
-    EXPECT_EQ(printedBy([&] { hands.click(20, 240); }), "Could not save " + lists + "\n");
+    EXPECT_EQ(printedBy([&] { hands.click(530, 268); }), "Could not save " + lists + "\n");
     EXPECT_EQ(familleNames(), (std::vector<std::string>{"two", "other"}));
     EXPECT_TRUE(hands.goHome());
     hands.click(200, 220);

@@ -127,6 +127,8 @@ void WildHands::leaveScreen() {
     stage_.tap(XK_z);
     if (homeSelection() < 0) {
         clickPicture(90, 320);   // "no", when the first "z" made a page ask
+        stage_.tap(XK_Escape);   // the name page, where it wrote a letter
+        clickPicture(20, 320);   // "yes", the name may go
         clickPicture(110, 240);  // "cancel", when a button is awaited
         clickPicture(600, 380);  // back from the controller's page
         stage_.tap(XK_z);
@@ -138,6 +140,15 @@ void WildHands::leaveScreen() {
     }
 }
 
+// There "f" writes too.
+void WildHands::leaveNamePage() {
+    if (stage_.isFullScreen()) {
+        stage_.tap(XK_Escape);
+        stage_.tap(XK_Left);  // "yes", the name may go
+        stage_.tap(XK_x);
+    }
+}
+
 bool WildHands::goHome() {
     try {
         letGo();
@@ -146,6 +157,7 @@ bool WildHands::goHome() {
             stage_.focus();
             if (stage_.isFullScreen()) {
                 stage_.tap(XK_f);
+                leaveNamePage();
             } else if (homeSelection() >= 0) {
                 return true;
             } else {

@@ -41,6 +41,7 @@ private:
     void act();
     void letGo();
     void leaveScreen();
+    void leaveNamePage();
     void clickPicture(int x, int y);
     int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
 
