@@ -33,14 +33,14 @@ constexpr QuestionText kQuestions[] = {
 
 }  // namespace
 
-// A dragged item lights the buttons that take it; otherwise the one under the pointer is lit.
+// A dragged item lights the buttons that take it; a question and a carried row leave none to use.
 void c_playlist::drawButtons(PagePainter& painter) {
+    const bool free = question == ASK_NOTHING && carriedFrom < 0;
     for (const page::ButtonPlace& place : page::buttonsOf(editPage)) {
         const bool under = page::inside(keys->mouseX, keys->mouseY, place.x, place.y, place.width,
                                         page::kButtonHeight);
         const bool answers = dragging != 0 ? takesDrop(place.button) : canUse(place.button);
-        painter.button(place, answers && question == ASK_NOTHING, under,
-                       place.button == focus && question == ASK_NOTHING);
+        painter.button(place, answers && free, under, place.button == focus && free);
     }
 }
 

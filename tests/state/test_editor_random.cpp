@@ -94,8 +94,17 @@ protected:
         }
     }
 
+    void noteWhatIsSeen() {
+        carried += playlist->carriedFrom >= 0 ? 1 : 0;
+        focused += playlist->focus != page::kNoButton ? 1 : 0;
+        renamed += playlist->takesLetters() && playlist->renaming != 0 ? 1 : 0;
+        copied = std::max(copied, playlist->nbFamilles);
+        discarding += playlist->question == ASK_DISCARD ? 1 : 0;
+    }
+
     const unsigned seed = chosenSeed();
     std::mt19937 random;
+    int carried = 0, focused = 0, renamed = 0, copied = 0, discarding = 0;
 };
 
 TEST_F(RandomHands, StayInsideTheLists) {
@@ -107,6 +116,7 @@ TEST_F(RandomHands, StayInsideTheLists) {
         all->state = STATE_PLAYLISTS;
         anyFrame();
         expectInside();
+        noteWhatIsSeen();
         if (HasFatalFailure()) {
             return;
         }
@@ -114,6 +124,11 @@ TEST_F(RandomHands, StayInsideTheLists) {
             draw();
         }
     }
+    EXPECT_GT(carried, 0);
+    EXPECT_GT(focused, 0);
+    EXPECT_GT(renamed, 0);
+    EXPECT_GT(copied, 20);
+    EXPECT_GT(discarding, 0);
 }
 
 }  // namespace
