@@ -70,7 +70,7 @@ void c_playlist::deleteFamille() {
     overMenu->selected = std::clamp(overMenu->selected, 0, lastOf(nbFamilles));
 }
 
-// Behind the selected one, and selected itself.
+// Behind the selected one, and selected itself. Turning records round takes no memory.
 void c_playlist::copySelected() {
     if (nbFamilles >= kPlaylists) {
         return;
@@ -78,9 +78,9 @@ void c_playlist::copySelected() {
     Famille& copy = familles[nbFamilles];
     copy = familles[editFamille];
     copy.name = copyName(copy.name);
-    ++nbFamilles;
-    deplacerFamille(nbFamilles - 1, editFamille + 1);
     ++editFamille;
+    std::rotate(familles + editFamille, familles + nbFamilles, familles + nbFamilles + 1);
+    ++nbFamilles;
     saveChange();
     showBrowse();
 }

@@ -15,6 +15,8 @@
 namespace {
 
 constexpr int kWeightUnit = 250000;
+// What went wrong can be said when there is no memory, too.
+constexpr size_t kRoomForNotice = 200;
 constexpr const char* kUnusedPath = "m2x/none";
 
 std::string workingDirectory() {
@@ -119,6 +121,7 @@ void c_playlist::initPlaylist() {
     // The click that opens the screen is not for its page.
     closeGate(gate, true, tempsActuel);
     notice.clear();
+    notice.reserve(kRoomForNotice);
 }
 
 void c_playlist::scanFamilles() {

@@ -66,6 +66,20 @@ const Operation kOperations[] = {
     {"MovePlaylistDown", [] {}, [] { playlist->deplacerFamille(0, 4); }},
     {"CreatePlaylist", [] { playlist->newName = "a name of twenty"; },
      [] { playlist->createNewFamille(); }},
+    {"CopyPlaylist", [] { playlist->select(page::LEFT, 1); },
+     [] { playlist->useButton(page::COPY); }},
+    {"CarryPlaylist",
+     [] {
+         playlist->select(page::LEFT, 1);
+         playlist->useButton(page::MOVE);
+     },
+     [] { playlist->carry(1); }},
+    {"CarryTrack",
+     [] {
+         openTracks();
+         playlist->useButton(page::MOVE);
+     },
+     [] { playlist->carry(1); }},
     {"Scan", [] {}, [] { playlist->scanFamilles(); }},
 };
 
@@ -78,6 +92,8 @@ protected:
             std::filesystem::create_directories(std::string("videos/") + kFolder);
             playlist->question = ASK_NOTHING;
             playlist->editPage = page::BROWSE;
+            playlist->carriedFrom = -1;
+            playlist->editFamille = 0;
             std::string().swap(playlist->newName);
             std::string().swap(playlist->curDir);
             std::string().swap(playlist->browseDir);
@@ -236,6 +252,7 @@ TEST_F(ShortEditor, DropWithoutMemory_IsLetGo) {
     addFamille("set", {longText("track", 1), longText("track", 2), longText("track", 3)});
     frame();
     editFirst();
+    tempsActuel += 2000;
     press(leftRow(0));
     move(leftRow(2));
     keys->mouseHeld = 0;
