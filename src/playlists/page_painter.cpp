@@ -13,7 +13,6 @@ constexpr int kLargeFont = 1;
 constexpr int kDimX = 128;  // of the atlas
 constexpr int kButtonTextX = 6;
 constexpr int kButtonTextY = 8;
-constexpr int kWhiteRgb = 0xFFFFFF;
 constexpr int kLineX = 4;
 constexpr int kLineRoom = 632;
 constexpr int kDimFaceRgb = 0x404040;
@@ -68,7 +67,7 @@ void PagePainter::line(const std::string& words, int y, int rgb) {
 }
 
 void PagePainter::help(int shown, const char* words, const char* keysHelp) {
-    line(words, page::helpY(shown), kWhiteRgb);
+    line(words, page::helpY(shown), page::kWhiteRgb);
     line(keysHelp, page::helpY(shown) + page::kHelpLine, page::kGreyRgb);
 }
 
@@ -83,19 +82,19 @@ int PagePainter::row(int list, int visibleRow, int look) {
     const int width = page::kListWidth[list];
     switch (look) {
         case page::ROW_SELECTED:
-            fill(x, y, width, page::kRowHeight, kWhiteRgb);
+            fill(x, y, width, page::kRowHeight, page::kWhiteRgb);
             return 0;
         case page::ROW_SELECTED_ELSEWHERE:
             fill(x, y, width, page::kRowHeight, page::kGreyRgb);
             return 0;
         case page::ROW_LIT:
             fill(x, y, width, page::kRowHeight, page::kLitRgb);
-            return kWhiteRgb;
+            return page::kWhiteRgb;
         case page::ROW_CARRIED:
             fill(x, y, width, page::kRowHeight, static_cast<int>(_colorO));
             return 0;
         default:
-            return kWhiteRgb;
+            return page::kWhiteRgb;
     }
 }
 
@@ -113,10 +112,10 @@ void PagePainter::button(const page::ButtonPlace& place, bool usable, bool under
              place.width - kButtonTextX, usable ? static_cast<int>(_colorN) : page::kGreyRgb);
     }
     if (usable && under) {
-        frame(place.x, place.y, place.width, page::kButtonHeight, kWhiteRgb);
+        frame(place.x, place.y, place.width, page::kButtonHeight, page::kWhiteRgb);
     }
     if (focused) {
         frame(place.x - kFocusWidth, place.y - kFocusWidth, place.width + 2 * kFocusWidth,
-              page::kButtonHeight + 2 * kFocusWidth, kWhiteRgb);
+              page::kButtonHeight + 2 * kFocusWidth, page::kWhiteRgb);
     }
 }

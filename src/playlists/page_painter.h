@@ -13,6 +13,7 @@
 namespace page {
 
 inline constexpr int kPaperRgb = 0x181818;
+inline constexpr int kWhiteRgb = 0xFFFFFF;
 inline constexpr int kGreyRgb = 0x888888;
 inline constexpr int kLitRgb = 0x3A3A3A;
 

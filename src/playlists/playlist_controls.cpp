@@ -17,7 +17,6 @@ constexpr int kQuestionTextY = 297;
 constexpr int kQuestionRoom = 620;
 constexpr int kQuestionKeysX = 144;
 constexpr int kQuestionKeysY = 318;
-constexpr int kWhiteRgb = 0xFFFFFF;
 
 // By Question.
 struct QuestionText {
@@ -53,7 +52,8 @@ void c_playlist::drawQuestion(PagePainter& painter) {
     const QuestionText& words = kQuestions[question];
     painter.fill(2, kQuestionY, 636, kQuestionHeight, page::kLitRgb);
     painter.fill(2, kQuestionY, 636, 1, static_cast<int>(_colorO));
-    const int used = painter.text(words.question, 10, kQuestionTextY, kQuestionRoom, kWhiteRgb);
+    const int used =
+        painter.text(words.question, 10, kQuestionTextY, kQuestionRoom, page::kWhiteRgb);
     painter.text(questionSubject(), 10 + used + kGap, kQuestionTextY, kQuestionRoom - used - kGap,
                  static_cast<int>(_colorO));
     for (const page::ButtonPlace& place : page::kQuestionButtons) {

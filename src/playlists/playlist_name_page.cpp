@@ -15,7 +15,6 @@ constexpr int kNameLengthX = 307;  // right end
 constexpr int kNameLengthRoom = 50;
 constexpr int kKeyRgb = 0x333333;
 constexpr int kDimKeyRgb = 0x222222;
-constexpr int kWhiteRgb = 0xFFFFFF;
 constexpr int kSmallTextHeight = 10;
 constexpr int kLargeTextHeight = 20;
 
@@ -36,7 +35,7 @@ void c_playlist::drawName(PagePainter& painter) {
     while (painter.widthOf(seen, 1) > kNameRoom) {
         seen.erase(0, 1);
     }
-    painter.largeText(seen, kNameX, kNameY, kWhiteRgb);
+    painter.largeText(seen, kNameX, kNameY, page::kWhiteRgb);
     if (takesLetters() && tempsActuel % kCaretPeriodMs < kCaretPeriodMs / 2) {
         painter.fill(kNameX + painter.widthOf(seen, 1) + 1, kNameY, 2, kCaretHeight,
                      static_cast<int>(_colorO));
@@ -50,7 +49,7 @@ void c_playlist::drawKeys(PagePainter& painter) {
         const int y = page::kKeysY + key / page::kKeyColumns * page::kKeySize;
         const bool usable = key >= page::kKeyDel ? !newName.empty() : !full;
         const bool lit = usable && key == keyUnderPointer && focus == page::kNoButton;
-        const int ink = lit ? 0 : usable ? kWhiteRgb : page::kGreyRgb;
+        const int ink = lit ? 0 : usable ? page::kWhiteRgb : page::kGreyRgb;
         painter.fill(x + 1, y + 1, page::kKeySize - 2, page::kKeySize - 2,
                      lit      ? static_cast<int>(_colorO)
                      : usable ? kKeyRgb

@@ -179,7 +179,7 @@ void c_playlist::drawExplorerTitle(PagePainter& painter) {
     if (nbFound > nbListed) {
         const std::string part =
             "first " + std::to_string(nbListed) + " of " + std::to_string(nbFound);
-        at += painter.text(part, at, page::kTitleY, end - at, kWhiteRgb) + kGap;
+        at += painter.text(part, at, page::kTitleY, end - at, page::kWhiteRgb) + kGap;
     }
     painter.text("videos/" + browsedFolder(), at, page::kTitleY, end - at, page::kGreyRgb);
 }

@@ -356,7 +356,7 @@ TEST_P(ByKeys, HeldArrow_StopsAtTheListsEnd) {
 INSTANTIATE_TEST_SUITE_P(Alone, ByKeys, ::testing::Values(kKeyboard, kPad),
                          [](const auto& named) { return std::string(named.param.name); });
 
-class Marks : public EditorTest {
+class KeyMarks : public EditorTest {
 protected:
     static constexpr uint16_t kWhite = 0xFFFF;
     static constexpr uint16_t kPaper = 0x18C3;
@@ -370,7 +370,7 @@ protected:
     }
 };
 
-TEST_F(Marks, ButtonWithTheKeys_IsFramedAndTheRowGreyed) {
+TEST_F(KeyMarks, ButtonWithTheKeys_IsFramedAndTheRowGreyed) {
     addFamille("A");
     frame();
     draw();
@@ -387,7 +387,7 @@ TEST_F(Marks, ButtonWithTheKeys_IsFramedAndTheRowGreyed) {
     EXPECT_FALSE(framed(66, 228)) << "the mouse takes over";
 }
 
-TEST_F(Marks, CarriedRow_IsOrange) {
+TEST_F(KeyMarks, CarriedRow_IsOrange) {
     addFamille("A");
     addFamille("B");
     click(kMove);
@@ -405,7 +405,7 @@ TEST_F(Marks, CarriedRow_IsOrange) {
     EXPECT_NE(readFile("userdata/playlists.xml"), "");
 }
 
-TEST_F(Marks, ChosenAnswer_IsFramed) {
+TEST_F(KeyMarks, ChosenAnswer_IsFramed) {
     addFamille("A");
     frame();
     tap(KEY_BACKSPACE);

@@ -348,8 +348,10 @@ TEST_F(DoubleClick, OnFoldersAndOnTwoRows_AddsNothing) {
     EXPECT_EQ(paths(0).size(), 3u);
     pressAt(20000, rightRow(rowOfEntry("a")));
     pressAt(20100, rightRow(1));
-    EXPECT_EQ(paths(0).size(), 3u) << "the folder was entered, its clip chosen";
+    EXPECT_EQ(playlist->selItem, 0) << "the second click is not for what the first one opened";
+    pressAt(20700, rightRow(1));
     EXPECT_EQ(playlist->selItem, 1);
+    EXPECT_EQ(paths(0).size(), 3u);
 }
 
 TEST_F(DoubleClick, OnTracks_DoesNothing) {
