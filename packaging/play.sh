@@ -10,8 +10,7 @@ play() {
     export SDL12COMPAT_USE_GAME_CONTROLLERS="${SDL12COMPAT_USE_GAME_CONTROLLERS:-1}"
     # A desktop finds the window's icon by this name.
     export SDL_VIDEO_X11_WMCLASS="${SDL_VIDEO_X11_WMCLASS:-velmora}"
-    # Line by line also into a file or the journal: the last line then names the clip being loaded.
-    stdbuf -oL "$1" <&0 &
+    "$1" <&0 &
     play_program=$!
     # Who ends this script means the program, which then quits as if its window were closed.
     play_stopped=

@@ -133,7 +133,7 @@ make_stage() {
 
 start_program() {
     local window
-    (cd "$stage" && exec stdbuf -oL "$root/build/release/velmora") >"$stage/log" 2>&1 &
+    (cd "$stage" && exec "$root/build/release/velmora") >"$stage/log" 2>&1 &
     program=$!
     for _ in $(seq 100); do
         window=$(xdotool search --name '^Velmora$' 2>/dev/null | head -n 1 || true)

@@ -11,10 +11,12 @@ inline constexpr const char* kUseHdmiSize =
     "When using HDMI, please set the screen resolution to 1280 x 720.";
 inline constexpr const char* kOverscanAdvice =
     "Overscan should be disabled ( see: "
-    "https://www.raspberrypi.com/documentation/computers/configuration.html )";
+    "https://www.raspberrypi.com/documentation/computers/configuration.html ).";
 inline constexpr const char* kOverscanMoreInfos =
     "Overscan should be disabled ( more infos: "
     "https://www.raspberrypi.com/documentation/computers/configuration.html )";
+inline constexpr const char* kNoDisplay =
+    "No display found. Start Velmora on this machine's desktop or X server (see raspberry-pi.md).";
 inline constexpr const char* kNoWindowA = "Could not create main window A";
 inline constexpr const char* kNoWindowB = "Could not create main window B";
 inline constexpr const char* kNoWindowC = "Could not create main window C";

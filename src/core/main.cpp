@@ -15,6 +15,7 @@
 #include "core/display.h"
 #include "core/globals.h"
 #include "core/mainloop.h"
+#include "core/process.h"
 #include "input/keys.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
@@ -49,14 +50,20 @@ void allocateBuffers() {
     finalTilesMix = new uint16_t[kFramePixels]();
 }
 
-void startSdl() {
-    SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK);
+// False when there is no display to play on.
+bool startSdl() {
+    keepTerminal();
+    const int result = SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK);
+    if (!displayFound(result)) {
+        return false;
+    }
     SDL_WM_SetCaption("Velmora", "Velmora");
     SDL_EnableUNICODE(1);
     SDL_EnableKeyRepeat(kKeyRepeatDelayMs, kKeyRepeatMs);
     joy = SDL_JoystickOpen(0);
     _nbJoySticks = SDL_NumJoysticks();
     _textureUI = loadPicture("data/textureUI.png");
+    return true;
 }
 
 void createFirstObjects() {
@@ -135,7 +142,9 @@ void createScreens() {
 // Null when all is well, else the line that says why there is nothing to run.
 const char* startUp() {
     allocateBuffers();
-    startSdl();
+    if (!startSdl()) {
+        return msg::kNoDisplay;
+    }
     createFirstObjects();
     all->checkComposite();
     printResolutions();
@@ -152,6 +161,7 @@ const char* startUp() {
 }  // namespace
 
 int main(int, char**) {
+    prepareProcess();
     puts(msg::kStarting);
     maxDeck = 0;
     const char* failure = nullptr;

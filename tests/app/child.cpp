@@ -37,6 +37,10 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
     return result;
 }
 
+bool takeOutput(int output) {
+    return output < 0 ? close(STDOUT_FILENO) == 0 : dup2(output, STDOUT_FILENO) >= 0;
+}
+
 // Nothing here allocates: it runs between fork and exec.
 [[noreturn]] void become(char** command, char** environment, const ChildSetup& setup, int output,
                          int errors) {
@@ -45,7 +49,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
         const rlimit limit = {setup.addressSpace, setup.addressSpace};
         setrlimit(RLIMIT_AS, &limit);
     }
-    if (chdir(setup.folder.c_str()) == 0 && dup2(output, STDOUT_FILENO) >= 0 &&
+    if (chdir(setup.folder.c_str()) == 0 && takeOutput(output) &&
         dup2(errors, STDERR_FILENO) >= 0) {
         execvpe(command[0], command, environment);
     }
@@ -72,7 +76,7 @@ void Child::start(const ChildSetup& setup) {
     }
     const std::vector<char*> arguments = pointers(command);
     const std::vector<char*> variables = pointers(environment);
-    const int output = openForWriting(setup.output);
+    const int output = setup.output.empty() ? -1 : openForWriting(setup.output);
     const int errors = openForWriting(setup.errors);
     status_.reset();
     id_ = fork();
@@ -80,7 +84,9 @@ void Child::start(const ChildSetup& setup) {
         become(const_cast<char**>(arguments.data()), const_cast<char**>(variables.data()), setup,
                output, errors);
     }
-    close(output);
+    if (output >= 0) {
+        close(output);
+    }
     close(errors);
     if (id_ < 0) {
         id_ = 0;

@@ -16,7 +16,7 @@ struct ChildSetup {
     std::vector<std::string> command;      // the first word is the program's path or name
     std::vector<std::string> environment;  // NAME=value, on top of the test's own
     std::string folder = ".";              // where it runs
-    std::string output = "/dev/null";      // file for standard output
+    std::string output = "/dev/null";      // file for standard output, "" for none: closed
     std::string errors = "/dev/null";      // file for standard error
     unsigned long addressSpace = 0;        // bytes that it may have at most; 0 as many as it wants
 };

@@ -41,7 +41,7 @@ void Stage::startProgram(unsigned long addressSpace) {
     setup.environment = {"DISPLAY=" + server_.display(), "SDL_VIDEODRIVER=x11",
                          "ASAN_OPTIONS=detect_leaks=0"};
     setup.folder = folder.path();
-    setup.output = folder.path() + "/stdout";
+    setup.output = printsTo;
     setup.errors = folder.path() + "/stderr";
     setup.addressSpace = addressSpace;
     program_.start(setup);

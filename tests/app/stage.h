@@ -34,6 +34,8 @@ public:
     ~Stage();
 
     RunFolder folder;  // clips, playlists and missing files: fill it before start()
+    // Where the program prints: a file, "" for nowhere, its standard output being closed.
+    std::string printsTo = folder.path() + "/stdout";
 
     // Starts the program, waits for its window and gives it the keyboard.
     void start();

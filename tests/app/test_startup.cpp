@@ -1,9 +1,16 @@
 // What the program says and does from its start to its end.
 #include <X11/keysym.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <stdexcept>
+
+#include "app/pictures.h"
 #include "app/screens.h"
 #include "app/stage.h"
+#include "app/tiny_clip.h"
 
 namespace {
 
@@ -18,7 +25,7 @@ constexpr const char* kNoUserFiles = "can't find prefs file\ncan't find controll
 constexpr const char* kAdvice =
     "When using HDMI, please set the screen resolution to 1280 x 720.\n"
     "Overscan should be disabled ( see: "
-    "https://www.raspberrypi.com/documentation/computers/configuration.html )\n";
+    "https://www.raspberrypi.com/documentation/computers/configuration.html ).\n";
 
 std::string sizes(const std::string& display, const std::string& advice, const std::string& app) {
     return "Current screen resolution : " + display + "\n" + advice +
@@ -35,6 +42,68 @@ void expectWindow(Stage& stage, int width, int height) {
     EXPECT_EQ(place.width, width);
     EXPECT_EQ(place.height, height);
 }
+
+constexpr const char* kClip = "one.m19";
+
+// One clip loads, which prints its name; then the window is closed.
+void playOneClip(Stage& stage) {
+    stage.folder.addClip(kClip, app::tinyClip({{app::flatPicture(0xF800), {}}}));
+    stage.folder.addPlaylist("ONE", {kClip});
+    stage.folder.writePlaylists();
+    stage.startMix(1);
+    EXPECT_EQ(stage.closeWindow(), 1);
+}
+
+// A pipe by name, with a reader that stops reading.
+class Pipe {
+public:
+    explicit Pipe(const std::string& path) : path_(path) {
+        if (mkfifo(path.c_str(), 0600) != 0) {
+            throw std::runtime_error("no pipe " + path);
+        }
+        file_ = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    }
+    ~Pipe() { stopReading(); }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    void stopReading() {
+        close(file_);
+        file_ = -1;
+    }
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+    int file_ = -1;
+};
+
+// Runs the program on a terminal of its own without any display. The shell adds a line when the
+// terminal's settings are others than before.
+std::string sayOnTerminal(const std::vector<std::string>& environment, int* status) {
+    const app::RunFolder folder;
+    app::ChildSetup setup;
+    setup.command = {"script", "-qec",
+                     "before=$(stty -g); \"$PROGRAM\"; status=$?; "
+                     "[ \"$(stty -g)\" = \"$before\" ] || echo other settings; exit $status",
+                     "/dev/null"};
+    setup.environment = environment;
+    setup.environment.emplace_back(std::string("PROGRAM=") + APP_PROGRAM);
+    setup.environment.emplace_back("TERM=xterm");
+    setup.environment.emplace_back("XDG_RUNTIME_DIR=" + folder.path());
+    setup.environment.emplace_back("ASAN_OPTIONS=detect_leaks=0");
+    setup.folder = folder.path();
+    setup.output = folder.path() + "/stdout";
+    app::Child script;
+    script.start(setup);
+    *status = script.waitExit(app::kPatienceMs).value_or(-1);
+    return folder.read("stdout");
+}
+
+constexpr const char* kNoDisplayOnTerminal =
+    "Starting Velmora\r\n\r\n"
+    "No display found. Start Velmora on this machine's desktop or X server (see raspberry-pi.md)."
+    "\r\n";
 
 }  // namespace
 
@@ -124,6 +193,57 @@ TEST(Startup, NoDataFilesAtAll_RunsWithoutPicturesAndWords) {
     stage.tap(XK_x);
     EXPECT_EQ(app::overMenuSelection(stage.look(), 1), 0);
     EXPECT_EQ(stage.closeWindow(), 1);
+}
+
+TEST(Startup, NoDisplay_OneLineAndTheTerminalAsItWas) {
+    int status = 0;
+    EXPECT_EQ(sayOnTerminal({}, &status), kNoDisplayOnTerminal);
+    EXPECT_EQ(status, 1);
+}
+
+// No server has so high a number.
+TEST(Startup, DisplayThatNobodyAnswers_OneLineAndTheTerminalAsItWas) {
+    int status = 0;
+    EXPECT_EQ(sayOnTerminal({"DISPLAY=:64999"}, &status), kNoDisplayOnTerminal);
+    EXPECT_EQ(status, 1);
+}
+
+// Not at the end: the last line before a fault names the clip.
+TEST(Output, IntoAFile_ComesLineByLine) {
+    Stage stage;
+    stage.start();
+    EXPECT_EQ(stage.output(),
+              kStarting + (kNoPlaylists + sizes("1280 x 720", "", "1280 x 720")) + kNoUserFiles);
+    EXPECT_EQ(stage.closeWindow(), 1);
+}
+
+TEST(Output, PipeThatNobodyReads_ShowGoesOn) {
+    Stage stage;
+    Pipe pipe(stage.folder.path() + "/pipe");
+    stage.printsTo = pipe.path();
+    stage.folder.addClip(kClip, app::tinyClip({{app::flatPicture(0xF800), {}}}));
+    stage.folder.addPlaylist("ONE", {kClip});
+    stage.folder.writePlaylists();
+    stage.startAtOverMenu();
+    pipe.stopReading();
+    stage.tap(XK_x);
+    stage.passPictures(app::kPicturesToSee);
+    EXPECT_EQ(stage.closeWindow(), 1);
+}
+
+// Where no room is left for a line.
+TEST(Output, FullDisk_ShowGoesOn) {
+    Stage stage;
+    stage.printsTo = "/dev/full";
+    playOneClip(stage);
+}
+
+// Nothing else may take the place of the closed output: a line would go into it, and the display's
+// own connection is the first that comes.
+TEST(Output, Closed_ShowGoesOn) {
+    Stage stage;
+    stage.printsTo = "";
+    playOneClip(stage);
 }
 
 TEST(Quit, KeyOnQuitItem_EndsWithStatus1) {

@@ -242,13 +242,6 @@ Terminated_AsksTheProgramToQuit() {
     [ -e "$box/asked" ] || fail "the program was not asked"
 }
 
-# stdbuf tells the C library so in the environment.
-Output_ComesLineByLine() {
-    program 'echo "$_STDBUF_O" >mode' 'exit 1'
-    start 0
-    content "$HOME/Velmora/mode" L
-}
-
 PadMode_IsOnUnlessSet() {
     program 'echo "$SDL12COMPAT_USE_GAME_CONTROLLERS" >mode' 'exit 1'
     start 0

@@ -89,7 +89,15 @@ extern "C" {
 int SDL_Init(Uint32 flags) {
     const OwnMemory own;
     script.calls.push_back("SDL_Init " + std::to_string(flags));
-    return 0;
+    return script.initResult;
+}
+
+char* SDL_VideoDriverName(char* name, int size) {
+    if (script.videoDriver == nullptr) {
+        return nullptr;
+    }
+    snprintf(name, static_cast<size_t>(size), "%s", script.videoDriver);
+    return name;
 }
 
 void SDL_Quit(void) {

@@ -27,6 +27,8 @@ struct ScriptedSdl {
     uint32_t ticksEachCall = 0;                    // that time passes with each look at the clock
     std::array<uint8_t, SDLK_LAST> keysDown = {};  // by SDL key symbol
     std::deque<SDL_Event> events;                  // on their way into SDL's queue of 128
+    int initResult = 0;                            // of SDL_Init
+    const char* videoDriver = "x11";               // null: no video
     int joysticks = 0;                             // connected
     std::set<int> buttonsDown;                     // of joystick 0
     int displayWidth = 1280;                       // the display's own size, which a mode of

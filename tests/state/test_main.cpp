@@ -1,5 +1,8 @@
 // The program from start to end: order of the start-up, what it prints, its failures.
 #include "state/real_main.h"
+
+#include <cstdlib>
+
 #include "state/stage.h"
 
 namespace {
@@ -10,7 +13,7 @@ constexpr const char* kComposite = "Composite OutPut detected, adjusting app res
 constexpr const char* kHdmiAdvice =
     "When using HDMI, please set the screen resolution to 1280 x 720.\n"
     "Overscan should be disabled ( see: "
-    "https://www.raspberrypi.com/documentation/computers/configuration.html )\n";
+    "https://www.raspberrypi.com/documentation/computers/configuration.html ).\n";
 
 class Main : public testing::Test {
 protected:
@@ -186,6 +189,50 @@ TEST_F(Main, Quit_FinishesAndShowsTheFrame) {
     run();
     EXPECT_EQ(scripted().updated.size(), 1u);
     EXPECT_EQ(scripted().calls.back(), "SDL_Quit");
+}
+
+constexpr const char* kNoDisplay =
+    "No display found. Start Velmora on this machine's desktop or X server (see "
+    "raspberry-pi.md).\n";
+
+// SDL is asked for nothing more, and nothing else is said.
+void expectNoDisplay(const std::string& output, int status) {
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(output, std::string(kStarting) + kNoDisplay);
+    EXPECT_EQ(scripted().calls, (std::vector<std::string>{"SDL_Init 544", "SDL_Quit"}));
+    EXPECT_EQ(all, nullptr);
+}
+
+TEST_F(Main, NoVideoDriver_NoDisplay) {
+    scripted().initResult = -1;
+    scripted().videoDriver = nullptr;
+    run();
+    expectNoDisplay(output_, status_);
+}
+
+TEST_F(Main, DriverWithoutPicture_NoDisplay) {
+    for (const char* driver : {"aalib", "caca", "dummy", "offscreen"}) {
+        SCOPED_TRACE(driver);
+        resetScript();
+        scripted().videoDriver = driver;
+        run();
+        expectNoDisplay(output_, status_);
+        destroyGlobals();
+    }
+}
+
+// The text driver's library does nothing then.
+TEST_F(Main, TextDriver_LeavesTheTerminalAlone) {
+    unsetenv("CACA_DRIVER");
+    run();
+    EXPECT_STREQ(getenv("CACA_DRIVER"), "null");
+}
+
+// Any other part of SDL may fail: the picture is there.
+TEST_F(Main, NoJoysticks_PlaysAllTheSame) {
+    scripted().initResult = -1;
+    run();
+    EXPECT_EQ(scripted().updated.size(), 1U);
 }
 
 void expectFailure(const std::string& output, int status, const char* line) {
