@@ -258,6 +258,19 @@ stage() {
 }
 xinit_that_starts() {
     instead xinit "echo \"\$*\" >$box/xinit" '"$1" "$2" "$3"' 'exit 0'
+    instead xset 'exit 0'
+}
+
+# screen WIDTH LINE...: what xrandr tells; what it is asked to do goes to $box/asked.
+screen() {
+    screen_width=$1
+    shift
+    printf '%s\n' "Screen 0: minimum 320 x 200, current $screen_width x 720, maximum 8192 x 8192" \
+        "$@" >"$box/outputs"
+    instead xrandr "[ \$# -gt 0 ] || exec cat $box/outputs" "echo \"\$*\" >>$box/asked"
+    instead ratpoison 'exit 0'
+    xinit_that_starts
+    program "echo \"\${SDL_VIDEO_X11_VIDMODE-unset}\" >$box/vidmode" 'exit 1'
 }
 
 Stage_QuitIs0() {
@@ -280,6 +293,68 @@ Stage_CrashIsHandedOn() {
 Stage_ServerThatDoesNotComeUpIs1() {
     instead xinit 'exit 0'
     stage 1
+}
+
+# The program ends as when it is quit.
+Stage_ServerThatGoesIs1() {
+    xinit_that_starts
+    instead xset 'exit 1'
+    program 'exit 1'
+    stage 1
+}
+
+Stage_TakesTheModeOf1280x720() {
+    screen 1920 'HDMI-1 connected primary 1920x1080+0+0 (normal left) 530mm x 300mm' \
+        '   1920x1080     60.00*+  50.00' '   1280x720      60.00    50.00' \
+        'HDMI-2 disconnected (normal left)'
+    stage 0
+    content "$box/asked" "--output HDMI-1 --pos 0x0 --mode 1280x720 --scale 1x1"
+    content "$box/vidmode" unset
+}
+
+# SDL would take the larger mode for full screen, and show a part of it.
+Stage_ScalesAScreenWithoutThatMode() {
+    screen 1024 'DSI-1 connected 1024x600+0+0 (normal left) 154mm x 86mm' '   1024x600      59.85*+'
+    stage 0
+    content "$box/asked" "--output DSI-1 --pos 0x0 --scale-from 1280x720"
+    content "$box/vidmode" 0
+}
+
+# Outputs that are off stay off.
+Stage_ShowsTheSameOnTwoScreens() {
+    screen 3200 'HDMI-1 connected 1280x1024+0+0 (normal left) 376mm x 301mm' \
+        '   1280x1024     60.02*+' 'DP-1 connected (normal left)' '   1280x720      60.00 +' \
+        'HDMI-2 connected 1920x1080+1280+0 (normal left) 530mm x 300mm' \
+        '   1920x1080     60.00*+' '   1280x720      60.00'
+    stage 0
+    content "$box/asked" "--output HDMI-1 --pos 0x0 --scale-from 1280x720 \
+--output HDMI-2 --pos 0x0 --mode 1280x720 --scale 1x1"
+}
+
+Stage_LeavesACompositeScreenAsItIs() {
+    screen 720 'Composite-1 connected 720x576+0+0 (normal left) 0mm x 0mm' '   720x576       50.00*+'
+    stage 0
+    absent "$box/asked"
+    content "$box/vidmode" unset
+}
+
+# The server may have switched the output off by then.
+Stage_SwitchesOnAgainWhatCannotScale() {
+    screen 1920 'DUMMY0 connected 1920x1080+0+0 (normal left) 0mm x 0mm' '   1920x1080     60.00*+'
+    instead xrandr "[ \$# -gt 0 ] || exec cat $box/outputs" "echo \"\$*\" >>$box/asked" \
+        'case $* in *--scale-from*) exit 1 ;; esac'
+    stage 0
+    content "$box/asked" "--output DUMMY0 --pos 0x0 --scale-from 1280x720
+--output DUMMY0 --auto"
+    content "$box/vidmode" unset
+}
+
+Stage_HandsTheKeysToTheWindow() {
+    screen 1280
+    instead ratpoison "cat \"\$2\" >$box/settings"
+    program 'sleep 0.5' 'exit 1'
+    stage 0
+    grep -qx 'set border 0' "$box/settings" || fail "the window manager was told $(cat "$box/settings")"
 }
 
 install_all
