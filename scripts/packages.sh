@@ -3,6 +3,7 @@
 #
 #   need "what for" PACKAGE...   notes the packages that are not installed yet
 #   install_needed               says what is missing and why, and installs it
+#   debian_mirror                where this machine gets Debian's main archive from
 #
 # PACKAGE may be "first|second": either will do, the first is installed.
 
@@ -42,6 +43,19 @@ install_needed() {
         apt-get install -y -qq --no-install-recommends "${needed_packages[@]}" >/dev/null
 }
 
+debian_mirror() {
+    local mirror
+    # shellcheck disable=SC2016  # for apt-get to expand
+    mirror=$(apt-get indextargets --format '$(SITE) $(RELEASE)' 'Created-By: Packages' \
+        'Origin: Debian' 'Component: main' |
+        awk -v suite="$(. /etc/os-release && echo "$VERSION_CODENAME")" '$2 == suite { print $1; exit }')
+    [ -n "$mirror" ] || {
+        echo "apt knows no archive of Debian here" >&2
+        return 1
+    }
+    echo "$mirror"
+}
+
 need_build() {
     need "compiler and build system" g++ cmake ninja-build pkg-config
     need "picture, input and text" 'libsdl1.2-dev|libsdl1.2-compat-dev' libsdl-image1.2-dev \
@@ -78,6 +92,7 @@ need_package() {
 need_package_check() {
     need "a clean Debian to install the package in" debootstrap
     need "what is said about the package" lintian desktop-file-utils mandoc
+    need "a virtual screen that is scaled" gcc pkg-config xserver-xorg-dev
     need "comparing screenshots" imagemagick
 }
 
