@@ -213,7 +213,7 @@ TEST_F(Main, NoVideoDriver_NoDisplay) {
 TEST_F(Main, DriverWithoutPicture_NoDisplay) {
     for (const char* driver : {"aalib", "caca", "dummy", "offscreen"}) {
         SCOPED_TRACE(driver);
-        resetScript();
+        scripted().calls.clear();
         scripted().videoDriver = driver;
         run();
         expectNoDisplay(output_, status_);
