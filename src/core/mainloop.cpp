@@ -58,12 +58,19 @@ void drawLoadingLine() {
     SDL_FillRect(screen[1], &line, surfaceColour(screen[1], kLoadingLineColour));
 }
 
+// What panel and list drew beside the last picture is not under the next one.
+void clearBesidePicture() {
+    const VideoOutput output;
+    px::blackenOutside(output.view());
+}
+
 void drawMix() {
     playlist->loopLoadPlaylist();
     if (playlist->loadSlot == 0) {
         SDL_FillRect(screen[1], nullptr, 0);
     } else if (moxel[mix->layer[1].deck].state == CLIP_READY) {
         drawLayers();
+        clearBesidePicture();
         const MixLayer& active = mix->layer[mix->activeLayer];
         mix->finRender(active.frame, moxel[active.deck].frameCount);
         mix->lecture();

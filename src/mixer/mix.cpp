@@ -73,8 +73,6 @@ void c_mix::finRender(int position, int length) {
     _filters->applyAll(hold);
 
     VideoOutput output;
-    // What panel and list drew beside the last picture is not under the next one.
-    px::blackenOutside(output.view());
     switch (mode) {
         case MODE_ADD:
             mixAdd(output.pixels());

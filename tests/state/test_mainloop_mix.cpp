@@ -185,6 +185,53 @@ TEST_F(MainLoopMix, TopBar_OfTheActiveLayer) {
     EXPECT_NE(pixelAt(screen[1], 0, 5), 0xFFFF);
 }
 
+// 1024 x 768 shows 720 rows of picture; the panel and a long list reach below them.
+class MixBesidePicture : public MainLoopMix {
+protected:
+    MixBesidePicture() {
+        loadTwo();
+        all->applyResolution(1024, 768);
+        updateResolution();
+        scripted().keysDown[SDLK_SPACE] = 1;  // every frame the same
+        runFrame();
+    }
+    static int blackBelow() { return countPixels(screen[1], 0, 720, 1024, 48, 0); }
+};
+
+TEST_F(MixBesidePicture, WhatWasDrawnThere_IsGone) {
+    fill(screen[1], 0, 720, 1024, 48, kMark);
+    const Picture before = copyOf(screen[1]);
+    runFrame();
+    EXPECT_EQ(blackBelow(), 1024 * 48);
+    fill(before.get(), 0, 720, 1024, 48, 0);
+    EXPECT_TRUE(samePixels(screen[1], before.get()));
+}
+
+// Only beside the picture: mode 5 draws none, and the last one stays.
+TEST_F(MixBesidePicture, Mode5_TheLastPictureStays) {
+    mix->mode = MODE_NOTHING;
+    fillAll(screen[1], kMark);
+    runFrame();
+    EXPECT_EQ(countPixels(screen[1], 0, 0, 1024, 720, kMark), 1024 * 720);
+    EXPECT_EQ(blackBelow(), 1024 * 48);
+}
+
+// Translucent boxes over what they left in the frame before would become opaque.
+TEST_F(MixBesidePicture, PanelAndList_DoNotAddUp) {
+    for (int f = 0; f < 37; ++f) {
+        addFamille(numbered("f", f));
+    }
+    mix->showUI = 1;
+    all->subState = SUB_OVERMENU;
+    runFrame();
+    const Picture once = copyOf(screen[1]);
+    EXPECT_LT(blackBelow(), 1024 * 48);
+    for (int frame = 0; frame < 3; ++frame) {
+        runFrame();
+    }
+    EXPECT_TRUE(samePixels(screen[1], once.get()));
+}
+
 class LoadingLine : public MainLoopMix {
 protected:
     // One clip ready and one of three tracks handled; the second one takes many steps.

@@ -207,36 +207,4 @@ TEST_F(MixOutputComposite, TopBar_OfTheDisplaysWidth) {
     EXPECT_TRUE(samePixels(screen[1], expected.get()));
 }
 
-// The panel and a long list reach below the picture there.
-TEST_F(MixOutput, At1024x768_WhatWasDrawnBelowThePictureIsGone) {
-    all->applyResolution(1024, 768);
-    updateResolution();
-    for (const int mode : {MODE_TOP, MODE_ADD, MODE_NOTHING}) {
-        fillAll(screen[1], kBefore);
-        render(mode);
-        EXPECT_EQ(countPixels(screen[1], 0, 720, 1024, 48, 0), 1024 * 48) << mode;
-    }
-    // The picture is not cleared: mode 5 leaves it.
-    EXPECT_EQ(countPixels(screen[1], 0, 0, 1024, 720, kBefore), 1024 * 720);
-}
-
-// Translucent boxes over what they left in the frame before would become opaque.
-TEST_F(MixOutput, At1024x768_PanelBelowThePictureDoesNotAddUp) {
-    all->applyResolution(1024, 768);
-    updateResolution();
-    mix->showUI = 1;
-    mix->nbDecks = 1;
-    render(MODE_TOP);
-    mix->drawUI();
-    const Picture once = copyOf(screen[1]);
-    for (int frame = 0; frame < 3; ++frame) {
-        render(MODE_TOP);
-        mix->drawUI();
-    }
-    EXPECT_TRUE(samePixels(screen[1], once.get()));
-    mix->showUI = 0;
-    render(MODE_TOP);
-    EXPECT_EQ(countPixels(screen[1], 0, 720, 1024, 48, 0), 1024 * 48);
-}
-
 }  // namespace
