@@ -78,6 +78,10 @@ void c_playlist::copySelected() {
     Famille& copy = familles[nbFamilles];
     copy = familles[editFamille];
     copy.name = copyName(copy.name);
+    notice = lost::whyName(copy.name);
+    if (!notice.empty()) {
+        return;
+    }
     ++editFamille;
     std::rotate(familles + editFamille, familles + nbFamilles, familles + nbFamilles + 1);
     ++nbFamilles;

@@ -55,8 +55,9 @@ void c_playlist::typeKey(int key) {
     if (key == page::kKeyOk) {
         useButton(page::OK);
     } else if (key == page::kKeyDel) {
+        // A letter of an old name may be several bytes of UTF-8.
         if (!newName.empty()) {
-            newName.pop_back();
+            newName = startOf(newName, newName.size() - 1);
         }
     } else if (newName.size() < page::kLongestName) {
         newName += edit_char(key);
@@ -64,7 +65,7 @@ void c_playlist::typeKey(int key) {
 }
 
 void c_playlist::finishName() {
-    notice = lost::whyName(newName);
+    notice = nameTouched() ? lost::whyName(newName) : "";
     if (!notice.empty()) {
         return;
     }

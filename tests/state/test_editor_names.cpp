@@ -197,6 +197,15 @@ TEST_F(OldNames, RenameLeftOrToTheSame_ChangesNothing) {
     EXPECT_FALSE(std::filesystem::exists("userdata/playlists.xml"));
 }
 
+TEST_F(OldNames, RenameToWhatTheFileWouldLose_IsRefusedWithALine) {
+    click(kRename);
+    playlist->newName = "</all>";
+    click(kOk);
+    EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST);
+    EXPECT_EQ(playlist->notice, "a playlist cannot keep this name: use another one");
+    EXPECT_EQ(familleNames(), (Names{"A", "B"}));
+}
+
 TEST_F(OldNames, OfAFileMayBeLong_AndAreShortenedFirst) {
     playlist->familles[0].name = std::string(92, 'W');
     click(kRename);
@@ -209,6 +218,17 @@ TEST_F(OldNames, OfAFileMayBeLong_AndAreShortenedFirst) {
     }
     type("xy");
     EXPECT_EQ(playlist->newName, std::string(19, 'W') + "x");
+}
+
+// "e" and its accent are two bytes, and go as one letter.
+TEST_F(OldNames, LettersOfUtf8_AreTakenAwayWhole) {
+    playlist->familles[1].name = "caf\xC3\xA9";
+    click(leftRow(1));
+    click(kRename);
+    typeKey(SDLK_BACKSPACE, 8);
+    EXPECT_EQ(playlist->newName, "caf");
+    typeKey(SDLK_BACKSPACE, 8);
+    EXPECT_EQ(playlist->newName, "ca");
 }
 
 TEST_F(OldNames, ADraggedPlaylist_IsRenamedOrCopied) {
