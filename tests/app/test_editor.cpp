@@ -97,7 +97,7 @@ protected:
             [&](const Shot& shot) {
                 for (int y = 0; y < shot.height; ++y) {
                     for (int x = 0; x < shot.width; ++x) {
-                        const bool text = x >= 29 && x < 300 && y >= 40 && y < 112;
+                        const bool text = x >= 29 && x < 300 && y >= 40 && y < 132;
                         if (!text && shot.at(x, y) != wanted.at(x, y)) {
                             return false;
                         }
