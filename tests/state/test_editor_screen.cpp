@@ -1,11 +1,10 @@
 // What the playlist screen draws.
 #include "clip/moxel.h"
-#include "state/editor_hands.h"
+#include "state/editor_page.h"
 
 namespace {
 
 constexpr uint16_t kPaper = 0x18C3;   // 0x181818
-constexpr uint16_t kTrack = 0x4228;   // 0x444444
 constexpr uint16_t kThumb = 0x8C51;   // 0x888888
 constexpr uint16_t kOrange = 0xFD80;  // 0xFFB000
 constexpr uint16_t kWhite = 0xFFFF;
@@ -38,19 +37,8 @@ protected:
 // The bar of a list of `count` rows at `pos`, on a paper of another colour.
 Picture expectedBar(int x, int top, int thumb, uint16_t colour) {
     Picture wanted = newPicture(640, 360, 0x1111);
-    SDL_Surface* on = wanted.get();
-    fill(on, x, 19, 10, 196, kPaper);
-    fill(on, x + 1, 20, 8, 194, kTrack);
-    if (thumb == 0) {
-        return wanted;
-    }
-    fill(on, x, top, 10, thumb, colour);
-    fill(on, x + 4, top + 2, 2, 1, 0);
-    fill(on, x + 3, top + 3, 4, 1, 0);
-    fill(on, x + 2, top + 4, 6, 1, 0);
-    fill(on, x + 2, top + thumb - 5, 6, 1, 0);
-    fill(on, x + 3, top + thumb - 4, 4, 1, 0);
-    fill(on, x + 4, top + thumb - 3, 2, 1, 0);
+    fill(wanted.get(), x, 19, 10, 196, kPaper);
+    sheet::bar(wanted.get(), x, top, thumb, colour);
     return wanted;
 }
 
