@@ -115,7 +115,8 @@ std::string c_playlist::copyName(const std::string& name) const {
     // Guard: with 50 playlists at most one of the numbers is free.
     std::string copy;
     for (int number = 2; number <= kPlaylists + 2; ++number) {
-        const std::string end = "-" + std::to_string(number);
+        std::string end = "-";
+        end += std::to_string(number);
         copy = startOf(stem, page::kLongestName - end.size()) + end;
         if (!taken(copy)) {
             break;
