@@ -181,6 +181,8 @@ class DragLabel : public PageTest {
 protected:
     DragLabel() {
         writeFile("videos/file.m19", "");
+        writeFile("videos/other.m19", "");
+        std::filesystem::create_directories("videos/folder");
         addFamille("A", {"a0.m19", "a1.m19"});
         addFamille("B", {"b0.m19", "b1.m19"});
         addFamille("C");
@@ -212,8 +214,12 @@ protected:
         move({300, 310});
         release();
     }
-    // Orange pixels of a line of the page from x 2 to 311.
-    static int marked(int y) { return countPixels(drawn().get(), 2, y, 310, 1, kMarked); }
+    // Orange pixels of a line of the page's left half; -1 when one is not at x 2 to 311.
+    static int marked(int y) {
+        const Picture page = drawn();
+        const int inside = countPixels(page.get(), 2, y, 310, 1, kMarked);
+        return inside == countPixels(page.get(), 0, y, 320, 1, kMarked) ? inside : -1;
+    }
 };
 
 TEST_F(DragLabel, BrowsePage_NamesThePlaylist) {
@@ -235,7 +241,19 @@ TEST_F(DragLabel, TrackOfTheBrowsePage_HasNoMarker) {
 TEST_F(DragLabel, PageOfOnePlaylist_NamesTheTrackOrTheFile) {
     editFirst();
     expectLabel(leftRow(1), "a1.m19", 1);
-    expectLabel(rightRow(0), "file.m19", 2);
+    expectLabel(rightRow(rowOfEntry("file.m19")), "file.m19", 2);
+    expectLabel(rightRow(rowOfEntry("other.m19")), "other.m19", 0);
+}
+
+TEST_F(DragLabel, Folder_IsNamedWithoutAMarker) {
+    editFirst();
+    tempsActuel += 2000;
+    press(rightRow(rowOfEntry("folder")));
+    move({300, 310});
+    label("folder", 300, 310);
+    EXPECT_TRUE(drawnAsWantedIn(0, 290, 640, 54));
+    move({201, 50});
+    EXPECT_EQ(marked(44), 0);
 }
 
 TEST_F(DragLabel, RowsOfScrolledLists_AreNamed) {
