@@ -22,7 +22,6 @@
 
 namespace {
 
-constexpr uint32_t kWaitMs = 1;
 constexpr int kFpsX = 20;
 constexpr int kFpsY = 20;
 constexpr int kFpsFont = 1;
@@ -153,8 +152,9 @@ int mainLoop() {
     mix->targetFps = kStagePace;
     const int now = static_cast<int>(SDL_GetTicks());
     tempsActuel = now;
-    if (!frameDue(now, tempsPrecedent, frameInterval(mix->targetFps))) {
-        SDL_Delay(kWaitMs);
+    const int interval = frameInterval(mix->targetFps);
+    if (!frameDue(now, tempsPrecedent, interval)) {
+        SDL_Delay(static_cast<uint32_t>(untilFrame(now, tempsPrecedent, interval)));
         return isExit;
     }
     // A clock that was set back tells no rate: the last one stands.

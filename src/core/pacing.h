@@ -15,6 +15,12 @@ inline bool frameDue(int now, int previous, int interval) {
     return now < previous || now - previous > interval;
 }
 
+// What is left to wait, in milliseconds, while no frame is due: 1 to interval + 1. Who sleeps so
+// long wakes in the first millisecond in which one is.
+inline int untilFrame(int now, int previous, int interval) {
+    return previous + interval + 1 - now;
+}
+
 // Frame rate of a frame that follows the previous one after `elapsed` (at least 1) milliseconds.
 inline int frameRate(int elapsed) {
     return 1000 / elapsed;

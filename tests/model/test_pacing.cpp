@@ -28,6 +28,13 @@ TEST(Pacing, TimeBeforeTheLastFrame_Due) {
     EXPECT_TRUE(frameDue(-18961, -19000, 38));
 }
 
+TEST(Pacing, LeftToWait_UpToTheFirstMillisecondThatIsDue) {
+    EXPECT_EQ(untilFrame(1000, 1000, 38), 39);
+    EXPECT_EQ(untilFrame(1037, 1000, 38), 2);
+    EXPECT_EQ(untilFrame(1038, 1000, 38), 1);
+    EXPECT_EQ(untilFrame(-19000, -19000, 38), 39);
+}
+
 TEST(Pacing, Rate_WholeFramesOfASecond) {
     EXPECT_EQ(frameRate(1), 1000);
     EXPECT_EQ(frameRate(39), 25);  // 25.6

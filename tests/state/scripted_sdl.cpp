@@ -144,8 +144,9 @@ Uint32 SDL_GetTicks(void) {
     return script.ticks;
 }
 
-void SDL_Delay(Uint32) {
-    ++script.delays;
+void SDL_Delay(Uint32 ms) {
+    const OwnMemory own;
+    script.delays.push_back(ms);
 }
 
 Uint8* SDL_GetKeyState(int* count) {

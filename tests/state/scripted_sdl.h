@@ -48,7 +48,7 @@ struct ScriptedSdl {
     std::vector<int> buttonsAsked;
     int eventsAsked = 0;
     int keyStatesAsked = 0;
-    int delays = 0;
+    std::vector<uint32_t> delays;       // what was slept, ms
     std::vector<SDL_Surface*> updated;  // surfaces shown whole
 };
 

@@ -27,13 +27,12 @@ TEST_F(MainLoop, FirstFrame_NotBefore39Ms) {
 
 TEST_F(MainLoop, FrameNotDue_NothingIsReadOrChanged) {
     callAt(1000);
-    scripted().eventsAsked = scripted().keyStatesAsked = scripted().delays = 0;
+    scripted().eventsAsked = scripted().keyStatesAsked = 0;
     scripted().events = {plainEvent(SDL_QUIT)};
     const int counter = _intro->counter;
     EXPECT_EQ(callAt(1038), 1);
     EXPECT_EQ(scripted().eventsAsked, 0);
     EXPECT_EQ(scripted().keyStatesAsked, 0);
-    EXPECT_EQ(scripted().delays, 1);
     EXPECT_EQ(framesShown(), 1u);
     EXPECT_EQ(_intro->counter, counter);
     EXPECT_EQ(tempsActuel, 1038);
@@ -41,6 +40,17 @@ TEST_F(MainLoop, FrameNotDue_NothingIsReadOrChanged) {
     EXPECT_EQ(isExit, 1);
     EXPECT_EQ(callAt(1039), 0);
     EXPECT_EQ(framesShown(), 2u);
+}
+
+TEST_F(MainLoop, FrameNotDue_SleepsUntilItIs) {
+    callAt(1000);
+    EXPECT_TRUE(scripted().delays.empty());
+    callAt(1000);
+    callAt(1007);
+    callAt(1038);
+    EXPECT_EQ(scripted().delays, (std::vector<uint32_t>{39, 32, 1}));
+    callAt(1039);
+    EXPECT_EQ(scripted().delays.size(), 3u);
 }
 
 TEST_F(MainLoop, FrameNotDue_ReturnsIsExit) {
