@@ -60,6 +60,7 @@ need_build() {
     need "compiler and build system" g++ cmake ninja-build pkg-config
     need "picture, input and text" 'libsdl1.2-dev|libsdl1.2-compat-dev' libsdl-image1.2-dev \
         libsdl-ttf2.0-dev
+    need "pictures straight to the X server" libxcb1-dev libxcb-shm0-dev libx11-dev
     need "pixels by vectors" libhwy-dev
     need "reading videos for the clip tool" libavformat-dev libavcodec-dev libswscale-dev \
         libavutil-dev

@@ -10,6 +10,7 @@
 #include "common/rgb565.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "core/present.h"
 #include "ui/home.h"
 #include "ui/intro.h"
 
@@ -38,8 +39,15 @@ bool is16Bit(const SDL_Surface* surface) {
     return surface->format->BitsPerPixel == kModeDepth;
 }
 
+// Pixels that are copied as they are.
+bool isPlain16Bit(const SDL_Surface* surface) {
+    return is16Bit(surface) && surface->format->Rmask == 0xF800 &&
+           (surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA)) == 0 && !SDL_MUSTLOCK(surface);
+}
+
 void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
     screen[1] = SDL_SetVideoMode(all->appW, all->appH, kModeDepth, wanted);
+    presentAnew();
     if (screen[1] != nullptr) {
         return;
     }
@@ -78,6 +86,27 @@ void clearSurfaces() {
     }
 }
 
+void putPicture(SDL_Surface* picture, SDL_Surface* surface, int x, int y) {
+    const bool inside =
+        x >= 0 && y >= 0 && x + picture->w <= surface->w && y + picture->h <= surface->h;
+    if (!inside || !isPlain16Bit(picture) || !isPlain16Bit(surface)) {
+        SDL_Rect at = {static_cast<int16_t>(x), static_cast<int16_t>(y), 0, 0};
+        SDL_BlitSurface(picture, nullptr, surface, &at);
+        return;
+    }
+    const size_t bytes = static_cast<size_t>(picture->w) * sizeof(uint16_t);
+    const auto* from = static_cast<const uint8_t*>(picture->pixels);
+    auto* to = static_cast<uint8_t*>(surface->pixels) + static_cast<ptrdiff_t>(y) * surface->pitch +
+               static_cast<ptrdiff_t>(x) * 2;
+    for (int row = 0; row < picture->h; ++row) {
+        if (memcmp(to, from, bytes) != 0) {
+            memcpy(to, from, bytes);
+        }
+        from += picture->pitch;
+        to += surface->pitch;
+    }
+}
+
 void toggleFullScreen() {
     const uint32_t flags = screen[1]->flags;
     openMode(flags ^ SDL_FULLSCREEN, flags, msg::kFullScreenRefused);
@@ -105,6 +134,11 @@ VideoOutput::~VideoOutput() {
     if (!is16Bit(screen[1])) {
         SDL_BlitSurface(standIn, nullptr, screen[1], nullptr);
     }
+}
+
+bool overSdl2() {
+    constexpr int kFirstVersion = 50;
+    return SDL_Linked_Version()->patch >= kFirstVersion;
 }
 
 uint32_t surfaceColour(const SDL_Surface* surface, uint16_t rgb565) {

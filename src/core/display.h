@@ -17,6 +17,11 @@ void toggleFullScreen();  // the application size, full screen switched
 
 void clearSurfaces();  // work and video surface, black
 
+// Puts a picture on a surface with its top left at (x, y), as SDL_BlitSurface does. From 16 bits to
+// 16 bits only rows that differ are written, through the caches: SDL writes past them what is going
+// to be read next.
+void putPicture(SDL_Surface* picture, SDL_Surface* surface, int x, int y);
+
 // Where the mixer's rows go: the part of the video surface that the application size covers. On a
 // display that is not 16 bits deep it is a stand-in of the same size.
 px::OutputView videoView();
@@ -32,6 +37,9 @@ public:
     uint16_t* pixels() const { return videoView().pixels; }
     px::OutputView view() const { return videoView(); }
 };
+
+// Whether SDL 1.2 is the layer over SDL 2, whose versions go on from 1.2.50.
+bool overSdl2();
 
 // A colour value for a surface: RGB565 as it is on 16-bit surfaces, mapped on any other depth.
 uint32_t surfaceColour(const SDL_Surface* surface, uint16_t rgb565);

@@ -11,6 +11,7 @@
 #include "core/display.h"
 #include "core/globals.h"
 #include "core/pacing.h"
+#include "core/present.h"
 #include "input/keys.h"
 #include "mixer/mix.h"
 #include "options/options.h"
@@ -122,11 +123,11 @@ void drawScreen() {
     }
 }
 
-void present() {
+void showFrame() {
     if (all->state != STATE_MIX && all->state != STATE_OPTIONS) {
-        SDL_BlitSurface(screen[0], nullptr, screen[1], nullptr);
+        putPicture(screen[0], screen[1], 0, 0);
     }
-    SDL_UpdateRect(screen[1], 0, 0, 0, 0);
+    present(screen[1]);
 }
 
 // What cannot have its memory is left undone, and the frame shows what is there; the next one tries
@@ -165,6 +166,6 @@ int mainLoop() {
 
     mix->nbDecks = playlist->loadSlot;
     actAndDraw();
-    present();
+    showFrame();
     return isExit;
 }

@@ -5,6 +5,7 @@
 #include "common/geometry.h"
 #include "common/rgb565.h"
 #include "core/all.h"
+#include "core/display.h"
 #include "core/globals.h"
 #include "playlists/playlist.h"
 #include "ui/picture.h"
@@ -64,7 +65,7 @@ constexpr size_t kMaxText = 32;
 void c_home::initHome() {
     selected = HOME_MIX;
     place();
-    background = loadPicture("data/home.png");
+    background = loadPictureFor(screen[0], "data/home.png");
 }
 
 void c_home::place() {
@@ -75,8 +76,7 @@ void c_home::place() {
 
 void c_home::draw(SDL_Surface* s) {
     if (background != nullptr) {
-        SDL_Rect at = {static_cast<int16_t>(offsetX), static_cast<int16_t>(offsetY), 0, 0};
-        SDL_BlitSurface(background, nullptr, s, &at);
+        putPicture(background, s, offsetX, offsetY);
     }
     drawSelection(s);
     drawTexts(s);

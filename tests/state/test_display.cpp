@@ -222,6 +222,48 @@ TEST_F(Display, Scale2x_EvenColumnsThenTheWholeRowAgain) {
     }
 }
 
+// What SDL_BlitSurface makes of the same two: inside, over each edge, in other formats.
+void expectPutAsBlitted(SDL_Surface* picture, SDL_Surface* surface) {
+    const SDL_Rect places[] = {{0, 0, 0, 0},  {5, 7, 0, 0},  {20, 30, 0, 0}, {21, 3, 0, 0},
+                               {3, 31, 0, 0}, {-1, 3, 0, 0}, {3, -1, 0, 0},  {99, 99, 0, 0}};
+    for (const SDL_Rect& place : places) {
+        SCOPED_TRACE(testing::Message() << place.x << ", " << place.y);
+        for (int i = 0; i < surface->h * surface->pitch; ++i) {
+            static_cast<uint8_t*>(surface->pixels)[i] = static_cast<uint8_t>(i * 7);
+        }
+        SDL_Surface* expected = SDL_ConvertSurface(surface, surface->format, SDL_SWSURFACE);
+        SDL_Rect at = place;
+        SDL_BlitSurface(picture, nullptr, expected, &at);
+        putPicture(picture, surface, place.x, place.y);
+        EXPECT_EQ(memcmp(surface->pixels, expected->pixels,
+                         static_cast<size_t>(surface->h) * surface->pitch),
+                  0);
+        SDL_FreeSurface(expected);
+    }
+}
+
+TEST_F(Display, PutPicture_AsSdlBlitsIt) {
+    const auto make = [](int w, int h, int depth, uint32_t red, uint32_t green, uint32_t blue) {
+        SDL_Surface* made = SDL_CreateRGBSurface(SDL_SWSURFACE, w, h, depth, red, green, blue, 0);
+        for (int i = 0; i < made->h * made->pitch; ++i) {
+            static_cast<uint8_t*>(made->pixels)[i] = static_cast<uint8_t>(i * 5 + i / 256);
+        }
+        return Picture(made);
+    };
+    const Picture surface = make(52, 60, 16, 0xF800, 0x07E0, 0x001F);
+    const Picture picture = make(32, 30, 16, 0xF800, 0x07E0, 0x001F);
+    const Picture mirrored = make(32, 30, 16, 0x001F, 0x07E0, 0xF800);
+    const Picture wide = make(32, 30, 32, 0xFF0000, 0x00FF00, 0x0000FF);
+    const Picture keyed = make(32, 30, 16, 0xF800, 0x07E0, 0x001F);
+    SDL_SetColorKey(keyed.get(), SDL_SRCCOLORKEY, pixelAt(keyed.get(), 3, 3));
+    const Picture halfThere = make(32, 30, 16, 0xF800, 0x07E0, 0x001F);
+    SDL_SetAlpha(halfThere.get(), SDL_SRCALPHA, 128);
+    for (const Picture* each : {&picture, &mirrored, &wide, &keyed, &halfThere}) {
+        expectPutAsBlitted(each->get(), surface.get());
+    }
+    expectPutAsBlitted(picture.get(), make(52, 60, 32, 0xFF0000, 0x00FF00, 0x0000FF).get());
+}
+
 TEST_F(Display, Clamp_HoldsBetweenTheEnds) {
     EXPECT_EQ(Clamp(0.5f, 0.0f, 1.0f), 0.5f);
     EXPECT_EQ(Clamp(-0.5f, 0.0f, 1.0f), 0.0f);
@@ -233,8 +275,7 @@ TEST_F(Display, Clamp_HoldsBetweenTheEnds) {
 
 // A surface with an offset is one of those whose pixels are only there while it is locked.
 TEST_F(Display, VideoOutput_LocksASurfaceThatWantsItForAsLongAsItLives) {
-    constexpr int kFirstOverSdl2 = 50;  // classic SDL ends at 1.2.15
-    if (SDL_Linked_Version()->patch >= kFirstOverSdl2) {
+    if (overSdl2()) {
         GTEST_SKIP() << "the layer over SDL 2 has no surfaces with an offset";
     }
     screen[1]->offset = 4;

@@ -2,6 +2,7 @@
 #include "ui/home.h"
 
 #include "state/stage.h"
+#include "ui/picture.h"
 
 namespace {
 
@@ -84,6 +85,17 @@ TEST_F(Home, Init_FirstItemAndThePicturesPlace) {
     ASSERT_NE(_home->background, nullptr);
     EXPECT_EQ(_home->background->w, 640);
     EXPECT_EQ(_home->background->h, 360);
+}
+
+// It is kept in the format of the surface that it is drawn onto.
+TEST_F(Home, Background_ShowsItsFile) {
+    ASSERT_NE(_home->background, nullptr);
+    EXPECT_EQ(_home->background->format->BitsPerPixel, 16);
+    SDL_Surface* file = loadPicture("data/home.png");
+    Picture expected = newPicture(640, 360);
+    SDL_BlitSurface(file, nullptr, expected.get(), nullptr);
+    SDL_FreeSurface(file);
+    EXPECT_TRUE(samePixels(copyOf(_home->background).get(), expected.get()));
 }
 
 TEST_F(Home, EverySelection_BarsAndWhiteTexts) {
