@@ -4,7 +4,7 @@
 #
 #   make_stage            a folder of its own to play in: the clips and user data of $STAGE_SET (the
 #                         repo by default) are copied and stay as they are
-#   start_display [SIZE [DEPTH]]  1280x720 and 16 bits by default; exports DISPLAY
+#   start_display [SIZE [DEPTH [OPTION...]]]  1280x720 and 16 bits by default; exports DISPLAY
 #   start_program         waits for its window; its log is in $stage/log
 #   stop_program, stop_display
 #   shot NAME             the screen as $shots/NN-NAME.png
@@ -38,9 +38,10 @@ trap finish EXIT
 start_display() {
     local number depth=${2:-16}
     display_size=${1:-1280x720}
+    shift $(($# < 2 ? $# : 2))
     for _ in 1 2 3 4 5; do
         rm -f "$stage/number"
-        Xvfb -displayfd 3 -screen 0 "${display_size}x$depth" -nolisten tcp -noreset \
+        Xvfb -displayfd 3 -screen 0 "${display_size}x$depth" -nolisten tcp -noreset "$@" \
             3>"$stage/number" 2>/dev/null &
         server=$!
         for _ in $(seq 50); do
