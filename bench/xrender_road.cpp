@@ -54,7 +54,7 @@ xcb_pixmap_t sharedPixmap(int width, int height) {
     shared = static_cast<uint8_t*>(shmat(memory, nullptr, 0));
     const xcb_shm_seg_t segment = xcb_generate_id(x);
     auto* refusal =
-        xcb_request_check(x, xcb_shm_attach_checked(x, segment, static_cast<uint32_t>(memory), 1));
+        xcb_request_check(x, xcb_shm_attach_checked(x, segment, static_cast<uint32_t>(memory), 0));
     shmctl(memory, IPC_RMID, nullptr);
     if (refusal != nullptr) {
         free(refusal);
