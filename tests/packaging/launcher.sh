@@ -1,6 +1,6 @@
 #!/bin/sh
 # The launcher and the stage script, installed in a folder of their own around a program that does
-# what the case says.
+# what the case says. The cases StageServer_... have xinit and Xvfb, the others a double of xinit.
 #
 #   launcher.sh REPOSITORY CASE
 #
@@ -250,16 +250,25 @@ PadMode_IsOnUnlessSet() {
     content "$HOME/Velmora/mode" 0
 }
 
-# stage STATUS: the stage script over a server that does nothing, but xinit that works as ever.
+# stage STATUS [ARGUMENT...]: the stage script, on a server of these arguments.
 stage() {
+    stage_expected=$1
+    shift
     stage_status=0
-    "$prefix/lib/velmora/stage" -- server :0 >"$box/log" 2>&1 || stage_status=$?
-    expect "the status" "$stage_status" "$1"
+    "$prefix/lib/velmora/stage" -- "$server" "$number" "$@" >"$box/log" 2>&1 || stage_status=$?
+    expect "the status" "$stage_status" "$stage_expected"
 }
+# xinit_that_starts [REFUSED]: starts what is inside, unless the server gets REFUSED as its last
+# arguments. The servers that it is asked for go to $box/servers, without names that change.
 xinit_that_starts() {
-    instead xinit "echo \"\$*\" >$box/xinit" '"$1" "$2" "$3"' 'exit 0'
+    instead xinit 'inside=' 'until [ "$1" = -- ]; do inside="$inside $1"; shift; done' shift \
+        "echo \"\$*\" | sed 's:serve [^ ]*:serve FOLDER:' >>$box/servers" \
+        "case \"\$*\" in *' ${1-no server}') exit 1 ;; esac" '$inside' 'exit 0'
     instead xset 'exit 0'
 }
+server=/bin/server
+number=:0
+server_by_stage="$prefix/lib/velmora/stage :0 serve FOLDER /bin/server"
 
 # screen WIDTH LINE...: what xrandr tells; what it is asked to do goes to $box/asked.
 screen() {
@@ -278,16 +287,60 @@ Stage_QuitIs0() {
     program "touch $box/played" 'exit 1'
     stage 0
     [ -e "$box/played" ] || fail "it did not play"
-    case $(cat "$box/xinit") in
-        "$prefix/lib/velmora/stage inside "*" -- server :0") ;;
-        *) fail "xinit was called with $(cat "$box/xinit")" ;;
-    esac
+}
+
+Stage_AsksForTheBitsOfThePicture() {
+    xinit_that_starts
+    stage 0 vt1 -keeptty
+    content "$box/servers" "$server_by_stage vt1 -keeptty -depth 16"
+    ! grep '^stage: ' "$box/log" || fail "something was said"
+}
+
+# xinit has a number of its own then.
+Stage_NeedsNoDisplayNumber() {
+    xinit_that_starts
+    "$prefix/lib/velmora/stage" -- /bin/server vt1 >"$box/log" 2>&1 || fail "it ended with $?"
+    content "$box/servers" "$prefix/lib/velmora/stage serve FOLDER /bin/server vt1 -depth 16"
+}
+
+expect_restart() {
+    content "$box/servers" "$server_by_stage -depth 16
+/bin/server :0"
+    grep -qx 'stage: not with 16 bits a pixel; the server starts as it is' "$box/log" || fail "nothing was said"
+}
+
+Stage_RefusedBitsStartTheServerAsItIs() {
+    xinit_that_starts '-depth 16'
+    program "echo >>$box/played" 'exit 1'
+    stage 0
+    expect_restart
+    expect "the number of shows" "$(wc -l <"$box/played")" 1
+}
+
+Stage_NamedDepthStaysAlone() {
+    xinit_that_starts
+    stage 0 -depth 24 vt1
+    content "$box/servers" "/bin/server :0 -depth 24 vt1"
+}
+
+Stage_RefusedNamedDepthIs1() {
+    xinit_that_starts '-depth 30'
+    stage 1 -depth 30
+    content "$box/servers" "/bin/server :0 -depth 30"
 }
 
 Stage_CrashIsHandedOn() {
     xinit_that_starts
     program 'kill -SEGV $$'
     stage 139
+    content "$box/servers" "$server_by_stage -depth 16"
+}
+
+Stage_CrashAfterARefusalIsHandedOn() {
+    xinit_that_starts '-depth 16'
+    program 'kill -SEGV $$'
+    stage 139
+    expect_restart
 }
 
 Stage_ServerThatDoesNotComeUpIs1() {
@@ -296,11 +349,12 @@ Stage_ServerThatDoesNotComeUpIs1() {
 }
 
 # The program ends as when it is quit.
-Stage_ServerThatGoesIs1() {
+Stage_ServerThatGoesIs1AndStaysGone() {
     xinit_that_starts
     instead xset 'exit 1'
     program 'exit 1'
     stage 1
+    content "$box/servers" "$server_by_stage -depth 16"
 }
 
 Stage_TakesTheModeOf1280x720() {
@@ -343,10 +397,21 @@ Stage_SwitchesOnAgainWhatCannotScale() {
     screen 1920 'DUMMY0 connected 1920x1080+0+0 (normal left) 0mm x 0mm' '   1920x1080     60.00*+'
     instead xrandr "[ \$# -gt 0 ] || exec cat $box/outputs" "echo \"\$*\" >>$box/asked" \
         'case $* in *--scale-from*) exit 1 ;; esac'
-    stage 0
+    stage 0 -depth 24
     content "$box/asked" "--output DUMMY0 --pos 0x0 --scale-from 1280x720
 --output DUMMY0 --auto"
     content "$box/vidmode" unset
+}
+
+# The picture from edge to edge comes before the bits.
+Stage_ScalesWithTheServersOwnBitsWhenItMust() {
+    screen 1920 'DUMMY0 connected 1920x1080+0+0 (normal left) 0mm x 0mm' '   1920x1080     60.00*+'
+    instead xrandr "[ \$# -gt 0 ] || exec cat $box/outputs" "echo \"\$*\" >>$box/asked" \
+        "[ \$(wc -l <$box/servers) -eq 2 ]"
+    program "echo \"\${SDL_VIDEO_X11_VIDMODE-unset}\" >>$box/vidmode" 'exit 1'
+    stage 0
+    expect_restart
+    content "$box/vidmode" 0
 }
 
 Stage_HandsTheKeysToTheWindow() {
@@ -355,6 +420,44 @@ Stage_HandsTheKeysToTheWindow() {
     program 'sleep 0.5' 'exit 1'
     stage 0
     grep -qx 'set border 0' "$box/settings" || fail "the window manager was told $(cat "$box/settings")"
+}
+
+# real_server LINE...: a server that xinit itself starts, on a display of its own. It runs LINE first
+# and counts its starts in $box/starts.
+real_server() {
+    number=:$((1000 + $$ % 50000))
+    server=$box/bin/server
+    instead server "echo >>$box/starts" "$@" "exec Xvfb $number -nolisten tcp"
+    instead xset 'exit 0'
+    instead xrandr 'exit 0'
+    instead ratpoison 'exit 0'
+}
+# show_soon STATUS STARTS: xinit waits 15 seconds for a server from which it hears nothing.
+show_soon() {
+    before=$(date +%s)
+    stage "$1"
+    [ $(($(date +%s) - before)) -lt 14 ] || fail "it took $(($(date +%s) - before)) seconds"
+    expect "the number of starts" "$(wc -l <"$box/starts")" "$2"
+}
+
+StageServer_ThatTakesTheBitsStartsOnce() {
+    real_server 'case $* in *" -depth 16") ;; *) exit 1 ;; esac'
+    program "echo \$DISPLAY >$box/display" 'exit 1'
+    show_soon 0 1
+    content "$box/display" "$number"
+}
+
+StageServer_RefusalTakesNoTime() {
+    real_server 'case $* in *-depth*) exit 1 ;; esac'
+    program "echo \$DISPLAY >$box/display" 'exit 1'
+    show_soon 0 2
+    content "$box/display" "$number"
+}
+
+StageServer_KilledInTheShowIs1AndStaysGone() {
+    real_server "echo \$\$ >$box/pid"
+    program "kill -KILL \$(cat $box/pid)" 'sleep 1' 'exit 1'
+    show_soon 1 1
 }
 
 install_all

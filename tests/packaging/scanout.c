@@ -1,6 +1,6 @@
 /* A module for Xorg: its virtual screens learn what the screen of a real machine can, to be scaled by
    the server. What such a screen then shows is the file that SCANOUT names in the environment, its
-   rows of 32-bit pixels one after the other.
+   rows one after the other, with 16 or 32 bits a pixel as the server has them.
 
    The driver "dummy" scans nothing out, so it has no memory for a scaled picture, and without that
    the server refuses to scale. The memory comes from here. */
@@ -16,14 +16,15 @@
 #include <xf86Module.h>
 #include <xf86RandR12.h>
 
-enum { PIXEL_BYTES = 4 };
+static int rowBytes(xf86CrtcPtr crtc, int width) {
+    return width * crtc->scrn->bitsPerPixel / 8;
+}
 
 static void* allocateShadow(xf86CrtcPtr crtc, int width, int height) {
-    const size_t size = (size_t)width * (size_t)height * PIXEL_BYTES;
+    const size_t size = (size_t)rowBytes(crtc, width) * (size_t)height;
     const char* path = getenv("SCANOUT");
     const int file = path == NULL ? -1 : open(path, O_RDWR | O_CREAT | O_TRUNC, 0644);
     void* pixels = MAP_FAILED;
-    (void)crtc;
     if (file >= 0 && ftruncate(file, (off_t)size) == 0) {
         pixels = mmap(NULL, size, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
     }
@@ -40,7 +41,7 @@ static PixmapPtr createShadow(xf86CrtcPtr crtc, void* pixels, int width, int hei
     return pixels == NULL ? NULL
                           : GetScratchPixmapHeader(crtc->scrn->pScreen, width, height,
                                                    crtc->scrn->depth, crtc->scrn->bitsPerPixel,
-                                                   width * PIXEL_BYTES, pixels);
+                                                   rowBytes(crtc, width), pixels);
 }
 
 /* The pixels stay mapped: a run of the tests has few of them. */
