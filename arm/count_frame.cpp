@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <random>
+#include <vector>
 
 #include "bench/longest_frame.h"
 #include "bench/stage.h"
@@ -19,6 +20,7 @@
 #include "core/display.h"
 #include "marks.h"
 #include "mixer/output_fast.h"
+#include "mixer/widen.h"
 #include "tests/support/folder.h"
 
 namespace {
@@ -72,6 +74,57 @@ Work drawnTiles(TileKind kind, int redraws, bool alpha = false) {
     };
 }
 
+using WidePicture = std::vector<uint32_t>;
+
+constexpr size_t kSurfacePixels = size_t{kHdmiWidth} * kHdmiHeight;
+
+// The video surface as a display of 24 bits gets it, row by row as present() does.
+void widenSurface(WidePicture& wide) {
+    for (int y = 0; y < kHdmiHeight; ++y) {
+        px::fast::widenChanged(wide.data() + static_cast<size_t>(y) * kHdmiWidth,
+                               px::outputRow(videoView(), y), kHdmiWidth);
+    }
+}
+
+// Black pictures to widen the surface onto, one for each run, so that each finds all rows changed.
+class BlackPictures {
+public:
+    WidePicture& next() { return pictures_[static_cast<size_t>(used_++ % 2)]; }
+
+private:
+    WidePicture pictures_[2] = {WidePicture(kSurfacePixels), WidePicture(kSurfacePixels)};
+    int used_ = 0;
+};
+
+Work changedSurface() {
+    fillWithNoise();
+    px::fast::placePicture(videoView(), moxelTiles16);
+    return [black = std::make_shared<BlackPictures>()] { widenSurface(black->next()); };
+}
+
+Work unchangedSurface() {
+    fillWithNoise();
+    px::fast::placePicture(videoView(), moxelTiles16);
+    return [wide = std::make_shared<WidePicture>(kSurfacePixels)] { widenSurface(*wide); };
+}
+
+// What SDL does in its place.
+Work surfaceBySdl() {
+    fillWithNoise();
+    px::fast::placePicture(videoView(), moxelTiles16);
+    SDL_Surface* display = SDL_CreateRGBSurface(SDL_SWSURFACE, kHdmiWidth, kHdmiHeight, 32,
+                                                0xFF0000, 0x00FF00, 0x0000FF, 0);
+    return [display] { SDL_BlitSurface(screen[1], nullptr, display, nullptr); };
+}
+
+Work shownLongestFrame() {
+    prepareLongestFrame();
+    return [black = std::make_shared<BlackPictures>()] {
+        drawLongestFrame();
+        widenSurface(black->next());
+    };
+}
+
 constexpr Piece kPieces[] = {
     {"nothing", [] { return Work([] {}); }},
     {"blend", [] { return mixedFrame(MODE_BLEND); }},
@@ -90,6 +143,10 @@ constexpr Piece kPieces[] = {
          prepareLongestFrame();
          return Work(drawLongestFrame);
      }},
+    {"present", changedSurface},
+    {"present-unchanged", unchangedSurface},
+    {"present-by-sdl", surfaceBySdl},
+    {"longest-frame-shown", shownLongestFrame},
 };
 
 void mark(uint32_t which) {
