@@ -16,13 +16,21 @@ using px::widenChanged;
 
 #else
 
-// Green and blue are the lower half of a wide pixel, red the upper one: both are made in 16 bits
-// and stored in turns, the lower half first, as these processors keep their words.
-HWY_INLINE void storeWidened(Vector p, uint32_t* wide) {
+// Green and blue are the lower half of a wide pixel, red the upper one. Both are made in 16 bits,
+// and stand in memory in turns, the lower half first, as these processors keep their words.
+struct Halves {
+    Vector lower, upper;
+};
+
+HWY_INLINE Halves halvesOf(Vector p) {
     const Vector green = hn::And(hn::ShiftLeft<5>(p), all(0xFC00));
     const Vector blue = hn::And(hn::ShiftLeft<3>(p), all(0x00F8));
-    const Vector red = hn::And(hn::ShiftRight<8>(p), all(0x00F8));
-    hn::StoreInterleaved2(hn::Or(green, blue), red, kPixels, reinterpret_cast<uint16_t*>(wide));
+    return {hn::Or(green, blue), hn::And(hn::ShiftRight<8>(p), all(0x00F8))};
+}
+
+HWY_INLINE void storeWidened(Vector p, uint32_t* wide) {
+    const Halves halves = halvesOf(p);
+    hn::StoreInterleaved2(halves.lower, halves.upper, kPixels, reinterpret_cast<uint16_t*>(wide));
 }
 
 // Where the pixels from `start` on first differ, or `count`.
@@ -41,29 +49,24 @@ HWY_INLINE int startOfChange(const uint32_t* wide, const uint16_t* pixels, int c
 
 #else
 
-using Wide = hn::CappedTag<uint32_t, 16>;
-inline constexpr Wide kWide;
-
 // The bits in which they differ.
-HWY_INLINE hn::Vec<Wide> differing(const uint32_t* wide, const uint16_t* pixels) {
-    const auto p = hn::PromoteTo(kWide, hn::LoadU(hn::Rebind<uint16_t, Wide>(), pixels));
-    const auto red = hn::ShiftLeft<8>(hn::And(p, hn::Set(kWide, 0xF800u)));
-    const auto green = hn::ShiftLeft<5>(hn::And(p, hn::Set(kWide, 0x07E0u)));
-    const auto blue = hn::ShiftLeft<3>(hn::And(p, hn::Set(kWide, 0x001Fu)));
-    return hn::Xor(hn::LoadU(kWide, wide), hn::Or(hn::Or(red, green), blue));
+HWY_INLINE Vector differing(const uint32_t* wide, const uint16_t* pixels) {
+    const Halves halves = halvesOf(load(pixels));
+    Vector lower, upper;
+    hn::LoadInterleaved2(kPixels, reinterpret_cast<const uint16_t*>(wide), lower, upper);
+    return hn::Or(hn::Xor(lower, halves.lower), hn::Xor(upper, halves.upper));
 }
 
 // A place with nothing but equal pixels before it and a change at it or soon after, or `count`.
 HWY_INLINE int startOfChange(const uint32_t* wide, const uint16_t* pixels, int count) {
-    const int width = static_cast<int>(hn::Lanes(kWide));
-    const int step = 4 * width;
+    const int step = 4 * lanes();
     int i = 0;
     for (; i + step <= count; i += step) {
         auto bits = differing(wide + i, pixels + i);
-        for (int next = width; next < step; next += width) {
+        for (int next = lanes(); next < step; next += lanes()) {
             bits = hn::Or(bits, differing(wide + i + next, pixels + i + next));
         }
-        if (!hn::AllTrue(kWide, hn::Eq(bits, hn::Zero(kWide)))) {
+        if (!hn::AllTrue(kPixels, hn::Eq(bits, hn::Zero(kPixels)))) {
             return i;
         }
     }
