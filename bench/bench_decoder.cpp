@@ -3,6 +3,8 @@
 // same pictures. Ratios are to a copy of a frame's pixels in the same run.
 //
 //   bench_decoder [CLIP.m19...]     the tables go to standard error
+#define HWY_WANT_AVX3_DL  // see vector_targets.h
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -19,6 +21,7 @@
 #include "synthetic_clip.h"
 #include "tests/support/folder.h"
 #include "timing.h"
+#include "vector_targets.h"
 
 namespace {
 
@@ -133,6 +136,38 @@ void timeKinds() {
     }
 }
 
+// Full redraws with each of the vectors that the processor offers, the widest last and from then
+// on.
+void timeVectors() {
+    const std::vector<VectorTarget> targets = vectorTargets();
+    fprintf(stderr, "\n| %-20s |", "full redraw");
+    for (const VectorTarget& target : targets) {
+        fprintf(stderr, " %-14s |", target.name.c_str());
+    }
+    fprintf(stderr, "\n|---|");
+    for (size_t i = 0; i < targets.size(); ++i) {
+        fprintf(stderr, "---|");
+    }
+    for (const KindName& each : kTileKinds) {
+        const auto clip = loadSynthetic(each.kind, 100, false);
+        std::vector<TimedPass> passes = {copying()};
+        for (const VectorTarget& target : targets) {
+            passes.push_back(drawing(*clip, forwardOrder(*clip), true));
+            passes.back().work = [&target, draw = passes.back().work](size_t i) {
+                useTarget(target);
+                draw(i);
+            };
+        }
+        takeTurns(passes, kRounds / 2);
+        fprintf(stderr, "\n| %-20s |", each.name);
+        for (size_t i = 1; i < passes.size(); ++i) {
+            fprintf(stderr, " %6.1f (%5.2f) |", passes[i].mean(),
+                    passes[i].mean() / passes[0].mean());
+        }
+    }
+    fprintf(stderr, "\n");
+}
+
 std::vector<Picture> picturesOf(c_moxel& clip) {
     std::vector<Picture> pictures;
     for (int frame = 0; frame < std::min<int>(clip.frameCount, kSyntheticFrames); ++frame) {
@@ -190,6 +225,7 @@ int main(int argc, char** argv) {
         "Microseconds a frame, best of %d rounds of each frame; play: %d of 100 tiles change.\n",
         kRounds, kPlayedTiles);
     timeKinds();
+    timeVectors();
     std::vector<std::unique_ptr<c_moxel>> loaded;
     std::vector<std::string> names;
     for (const fs::path& path : clips) {

@@ -3,6 +3,8 @@
 // has to go on. The tables go to standard error.
 //
 //   bench_frame [FRAMES]     FRAMES: measured ones, 400 unless given
+#define HWY_WANT_AVX3_DL  // see vector_targets.h
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>

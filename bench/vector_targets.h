@@ -1,6 +1,7 @@
 #pragma once
 // The vector widths that the processor offers, pairs of pixels included, and how to hold the fast
-// functions to one of them.
+// functions to one of them. Tiles alone have code for AVX3_DL, AVX-512 with look-ups of bytes: who
+// asks for it as well defines HWY_WANT_AVX3_DL before including this.
 
 #include <string>
 #include <vector>
@@ -34,9 +35,10 @@ inline std::vector<VectorTarget> vectorTargets() {
     return targets;
 }
 
+// Functions without code for it take the next narrower one, which has the next higher bit.
 inline void useTarget([[maybe_unused]] const VectorTarget& target) {
 #ifdef VELMORA_HIGHWAY
-    hwy::SetSupportedTargetsForTest(target.bit);
+    hwy::SetSupportedTargetsForTest(-target.bit);
     hwy::GetChosenTarget().Update(hwy::SupportedTargets());
 #endif
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #ifdef VELMORA_HIGHWAY
+#define HWY_WANT_AVX3_DL  // AVX-512 with look-ups of bytes, which Highway leaves out unless asked
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "clip/tile_fast.cpp"
 #include <hwy/foreach_target.h>
@@ -14,6 +15,7 @@
 #endif
 
 #include "clip/paint.h"
+#include "clip/tile_bytes-inl.h"
 #include "clip/tile_lines-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -113,9 +115,12 @@ void turnLines(const Batch& batch, const TileLine* lines) {
     }
 }
 
+constexpr int kShortRunPair = (TYPE_SHORT_RUNS - TYPE_FOUR_RUNS) / 2;
+constexpr int kPaletteRunPair = (TYPE_PALETTE_RUNS - TYPE_FOUR_RUNS) / 2;
+
 // A line is read back in other pieces than it was written in, which waits for the writes when it
 // comes at once: all are written first.
-void drawRuns(Batch& batch, int pair, int turn, bool alpha) {
+void drawLines(Batch& batch, int pair, int turn, bool alpha) {
     constexpr void (*kDecoders[kRunPairs][2])(Batch&, TileLine*) = {
         {decodeLines<decodeFourRuns>, decodeLines<decodeFourRuns>},
         {decodeGroups<ShortRuns>, decodeGroupsToEnds<ShortRuns>},
@@ -127,6 +132,39 @@ void drawRuns(Batch& batch, int pair, int turn, bool alpha) {
     TileLine lines[kMostTogether];
     kDecoders[pair][alpha ? 1 : 0](batch, lines);
     kTurners[turn](batch, lines);
+}
+
+// The tiles of the batch that are not drawn yet.
+void drawRest(Batch& batch, uint32_t drawn, int pair, int turn, bool alpha) {
+    TileTask tasks[kMostTogether];
+    uint8_t numbers[kMostTogether];
+    Batch rest;
+    rest.tasks = tasks;
+    rest.count = 0;
+    rest.target = batch.target;
+    for (int i = 0; i < batch.count; ++i) {
+        if ((drawn >> i & 1) == 0) {
+            numbers[rest.count] = static_cast<uint8_t>(i);
+            tasks[rest.count++] = batch.tasks[i];
+        }
+    }
+    drawLines(rest, pair, turn, alpha);
+    for (int i = 0; alpha && i < rest.count; ++i) {
+        batch.ends[numbers[i]] = rest.ends[i];
+    }
+}
+
+void drawRuns(Batch& batch, int pair, int turn, bool alpha) {
+    uint32_t drawn = 0;
+    if (pair == kShortRunPair || pair == kPaletteRunPair) {
+        drawn = drawGroupsAtOnce(pair == kPaletteRunPair, batch.tasks, batch.count, batch.target,
+                                 alpha ? batch.ends : nullptr);
+    }
+    if (drawn == 0) {
+        drawLines(batch, pair, turn, alpha);
+    } else if (std::popcount(drawn) < batch.count) {
+        drawRest(batch, drawn, pair, turn, alpha);
+    }
 }
 
 constexpr int kLongestLevelRun = sizeof(LevelRun);

@@ -1,5 +1,6 @@
 // The fast drawing of tile records against the plain functions, which have tests of their own, at
 // every vector width of the processor that runs the tests.
+#define HWY_WANT_AVX3_DL  // see bench/vector_targets.h
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -123,6 +124,22 @@ TEST(TilePainter, AnyBytesOfAnyType_AreDrawnAsPlain) {
     }
 }
 
+// Four or eight runs fill the tile. The lengths of 32 of them add up to 256 and 512, past a byte.
+TEST(TilePainter, LongestRuns_AreDrawnAsPlain) {
+    std::mt19937 random(16);
+    for (const int type : {4, 6, 14, 16}) {
+        std::vector<Tile> tiles;
+        for (int i = 0; i < clip::kTilesAcross; ++i) {
+            Tile tile{noiseRecord(random, 256), type, i % 6 + 1};
+            for (int group = 0; group < 32; ++group) {
+                tile.record[3 * group] = 255;
+            }
+            tiles.push_back(tile);
+        }
+        expectPlain(tiles);
+    }
+}
+
 // The shortest runs make the most groups: 32 of them, with colours of both widths.
 TEST(TilePainter, RunsOfOnePixel_AreDrawnAsPlain) {
     std::mt19937 random(64);
@@ -139,6 +156,40 @@ TEST(TilePainter, RunsOfOnePixel_AreDrawnAsPlain) {
                 tiles.push_back(tile);
             }
             expectPlain(tiles);
+        }
+    }
+}
+
+// A record of `runs` runs as long as each other, a pixel more or less, and as noise has colours.
+std::shared_ptr<uint8_t[]> evenRecord(std::mt19937& random, unsigned runs, bool palette,
+                                      unsigned widths) {
+    std::shared_ptr<uint8_t[]> record = noiseRecord(random, 256);
+    const auto length = [runs](unsigned run) {
+        return clip::kTilePixels * (run + 1) / runs - clip::kTilePixels * run / runs - 1;
+    };
+    const unsigned step = palette ? 3 : 5 - (widths >> 1) - (widths & 1);
+    for (unsigned run = 0; run < runs; run += 2) {
+        record[run / 2 * step] =
+            static_cast<uint8_t>(palette ? length(run) << 4 | length(run + 1)
+                                         : length(run) << 5 | length(run + 1) << 2 | widths);
+    }
+    return record;
+}
+
+// Up to 32 runs in 64 bytes are found otherwise than more; both stand side by side here.
+TEST(TilePainter, AnyNumberOfRuns_IsDrawnAsPlain) {
+    std::mt19937 random(32);
+    for (const int type : {4, 6, 14, 16}) {
+        const bool palette = type % 10 == clip::TYPE_PALETTE_RUNS;
+        const unsigned fewest = palette ? 4 : 8;  // of 16 and of 8 pixels
+        for (unsigned widths = 0; widths < (palette ? 1 : 4); ++widths) {
+            std::vector<Tile> tiles;
+            for (int i = 0; i < clip::kTilesAcross; ++i) {
+                const unsigned runs = fewest + static_cast<unsigned>(i) % (65 - fewest);
+                tiles.push_back({evenRecord(random, runs, palette, widths), type, i % 6 + 1});
+            }
+            expectPlain(tiles);
+            ASSERT_FALSE(testing::Test::HasFatalFailure()) << type << ", widths " << widths;
         }
     }
 }
