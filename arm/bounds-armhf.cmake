@@ -1,9 +1,9 @@
 velmora_count(neon cortex-a7
     nothing 37
-    blend 705339
-    add 1000204
-    multiply 1295807
-    alpha-key 1599321
+    blend 705337
+    add 1000202
+    multiply 1295805
+    alpha-key 1599320
     flat-tiles 210719
     raw-tiles 304492
     palette-tiles 1093758
@@ -11,14 +11,14 @@ velmora_count(neon cortex-a7
     short-runs-tiles 1435593
     short-runs-alpha 1936078
     unchanged 20967
-    longest-frame 12198428
+    longest-frame 12198424
 )
 velmora_count(plain cortex-a7,neon=off
     nothing 37
-    blend 2261167
-    add 4024096
-    multiply 7080304
-    alpha-key 7885420
+    blend 1396414
+    add 3166688
+    multiply 5436355
+    alpha-key 5013544
     flat-tiles 211041
     raw-tiles 448021
     palette-tiles 1285122
@@ -26,5 +26,5 @@ velmora_count(plain cortex-a7,neon=off
     short-runs-tiles 2870289
     short-runs-alpha 3440325
     unchanged 20967
-    longest-frame 36379842
+    longest-frame 33555758
 )

@@ -5,6 +5,7 @@
 #define HWY_TARGET_INCLUDE "mixer/kernels_fast.cpp"
 #include <hwy/foreach_target.h>
 
+#include "mixer/kernels_pairs.h"
 #include "mixer/pixel_ops-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -53,6 +54,15 @@ void keyByBlack(uint16_t* bottom, const uint16_t* top, int count) {
     px::keyByBlack(bottom + done, top + done, count - done);
 }
 
+#if VELMORA_PAIRS_TARGET
+
+void keyByAlpha(uint16_t* bottom, const uint16_t* top, const uint8_t* alpha, int count) {
+    const int done = px::pairs::keyByAlpha(bottom, top, alpha, count);
+    px::keyByAlpha(bottom + done, top + done, alpha + done, count - done);
+}
+
+#else
+
 void keyByAlpha(uint16_t* bottom, const uint16_t* top, const uint8_t* alpha, int count) {
     int i = 0;
     for (; i + lanes() <= count; i += lanes()) {
@@ -60,6 +70,8 @@ void keyByAlpha(uint16_t* bottom, const uint16_t* top, const uint8_t* alpha, int
     }
     px::keyByAlpha(bottom + i, top + i, alpha + i, count - i);
 }
+
+#endif
 
 void flashPixels(uint16_t* pixels, int count, int level) {
     const Flash flash = flashOf(level);

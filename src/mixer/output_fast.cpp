@@ -28,15 +28,35 @@ bool keyDoubled(const OutputView&, uint16_t*, const uint16_t*, const uint8_t*) {
 
 #else
 
+// Whether the rows lie where storeDoubled can store to.
+HWY_INLINE bool takesStores([[maybe_unused]] const OutputView& view) {
+#if VELMORA_PAIRS_TARGET
+    return (reinterpret_cast<uintptr_t>(view.pixels) | view.pitch) % hn::kDoubledAlignment == 0;
+#else
+    return true;
+#endif
+}
+
 // vectorAt(i): the vector that starts at pixel i of the picture. Each of its pixels becomes 2 x 2.
 template <typename VectorAt>
+HWY_INLINE void doubleRow(const OutputView& view, int y, VectorAt vectorAt) {
+    uint16_t* const upper = outputRow(view, 2 * y);
+    uint16_t* const lower = outputRow(view, 2 * y + 1);
+#if VELMORA_PAIRS_TARGET
+#pragma GCC unroll 16
+#endif
+    for (int x = 0; x < kFrameWidth; x += lanes()) {
+        storeDoubled(vectorAt(y * kFrameWidth + x), upper + 2 * x, lower + 2 * x);
+    }
+}
+
+template <typename VectorAt>
 HWY_INLINE bool doublePicture(const OutputView& view, VectorAt vectorAt) {
+    if (!takesStores(view)) {
+        return false;
+    }
     for (int y = 0; y < kFrameHeight; ++y) {
-        uint16_t* const upper = outputRow(view, 2 * y);
-        uint16_t* const lower = outputRow(view, 2 * y + 1);
-        for (int x = 0; x < kFrameWidth; x += lanes()) {
-            storeDoubled(vectorAt(y * kFrameWidth + x), upper + 2 * x, lower + 2 * x);
-        }
+        doubleRow(view, y, vectorAt);
     }
     return true;
 }
@@ -73,11 +93,24 @@ bool keyDoubled(const OutputView& view, uint16_t* bottom, const uint16_t* top,
             return keyed;
         });
     }
+#if VELMORA_PAIRS_TARGET
+    if (!takesStores(view)) {
+        return false;
+    }
+    // Keyed and doubled by two loops: the registers do for one of them.
+    for (int y = 0; y < kFrameHeight; ++y) {
+        const int row = y * kFrameWidth;
+        fast::keyByAlpha(bottom + row, top + row, alpha + row, kFrameWidth);
+        doubleRow(view, y, [=](int i) { return load(bottom + i); });
+    }
+    return true;
+#else
     return doublePicture(view, [=](int i) HWY_ATTR {
         const Vector keyed = keyAlpha(load(bottom + i), load(top + i), loadAlpha(alpha + i));
         store(keyed, bottom + i);
         return keyed;
     });
+#endif
 }
 
 #endif

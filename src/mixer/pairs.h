@@ -1,8 +1,9 @@
 #pragma once
-// Two RGB565 pixels in a 32-bit register, for Arm processors without vectors: what pixel_ops-inl.h
-// and the functions made of it use of Highway's operations, under the same names and with the same
-// meaning. The processor adds and subtracts halves of a register by itself, with saturation; the
-// rest is masks and shifts. Pairs are little-endian: the left pixel is the lower half.
+// Two RGB565 pixels in a 32-bit register, for Arm processors without vectors. First, what
+// pixel_ops-inl.h and the functions made of it use of Highway's operations, under the same names
+// and with the same meaning; then what only this processor can do. It adds and subtracts halves of
+// a register by itself, with saturation, multiplies them, and chooses between them; the rest is
+// masks and shifts. Pairs are little-endian: the left pixel is the lower half.
 //
 // Empty where __ARM_FEATURE_SIMD32 is not defined; 32-bit Arm has had it since ARMv6.
 
@@ -22,9 +23,6 @@ struct Pair {
 
 // Names of the kinds of vectors, for calls.
 struct Pixels {};
-struct Levels {};
-template <typename, typename>
-using Rebind = Levels;
 template <typename>
 using Vec = Pair;
 template <typename>
@@ -51,12 +49,6 @@ inline Pair LoadU(Pixels, const uint16_t* from) {
     memcpy(&pair, from, sizeof pair);
     return pair;
 }
-inline Pair LoadU(Levels, const uint8_t* from) {
-    return {from[0] | uint32_t{from[1]} << 16};
-}
-inline Pair PromoteTo(Pixels, Pair levels) {
-    return levels;
-}
 inline void StoreU(Pair pair, Pixels, uint16_t* to) {
     memcpy(to, &pair, sizeof pair);
 }
@@ -79,12 +71,9 @@ Pair ShiftLeft(Pair a) {
     return {a.bits << n & both(0xFFFF << n & 0xFFFF)};
 }
 
-// No sum or difference that is asked for leaves its half, so plain arithmetic on the register does.
+// No sum that is asked for leaves its half, so plain arithmetic on the register does.
 inline Pair Add(Pair a, Pair b) {
     return {a.bits + b.bits};
-}
-inline Pair Sub(Pair a, Pair b) {
-    return {a.bits - b.bits};
 }
 inline Pair SaturatedAdd(Pair a, Pair b) {
     return {__uqadd16(a.bits, b.bits)};
@@ -132,24 +121,92 @@ inline void LoadInterleaved2(Pixels d, const uint16_t* from, Pair& a, Pair& b) {
     b = {left >> 16 | (right & 0xFFFF0000)};
 }
 
-// kFieldShares[level][field]: field x level / 15, for keying by alpha.
-struct FieldShares {
-    uint8_t of[16][64];
-
-    const uint8_t* operator[](uint32_t level) const { return of[level]; }
-};
-
-constexpr FieldShares fieldShares() {
-    FieldShares shares{};
-    for (int level = 0; level < 16; ++level) {
-        for (int field = 0; field < 64; ++field) {
-            shares.of[level][field] = static_cast<uint8_t>(field * level / 15);
-        }
-    }
-    return shares;
+// A constant that stays in a register, where a mask takes the shift before it into its own
+// instruction. Call outside of the loop.
+inline uint32_t held(uint32_t value) {
+    asm("" : "+r"(value));
+    return value;
 }
 
-inline constexpr FieldShares kFieldShares = fieldShares();
+// Takes the fields of pairs. Make it outside of the loop.
+struct Fields {
+    uint32_t mask31 = held(both(31));
+    uint32_t mask63 = held(both(63));
+
+    Pair red(Pair p) const { return {p.bits >> 11 & mask31}; }
+    Pair green(Pair p) const { return {p.bits >> 5 & mask63}; }
+    Pair blue(Pair p) const { return {p.bits & mask31}; }
+};
+
+// The whole part of the left (right) half of `number`, below 32768, times `scale` / 65536.
+inline uint32_t leftScaled(uint32_t scale, Pair number) {
+    uint32_t whole;
+    asm("smulwb %0, %1, %2" : "=r"(whole) : "r"(scale), "r"(number.bits));
+    return whole;
+}
+inline uint32_t rightScaled(uint32_t scale, Pair number) {
+    uint32_t whole;
+    asm("smulwt %0, %1, %2" : "=r"(whole) : "r"(scale), "r"(number.bits));
+    return whole;
+}
+
+// The same, added to `sum`.
+inline uint32_t addLeftScaled(uint32_t sum, uint32_t scale, Pair number) {
+    return static_cast<uint32_t>(__smlawb(
+        static_cast<int32_t>(scale), static_cast<int32_t>(number.bits), static_cast<int32_t>(sum)));
+}
+inline uint32_t addRightScaled(uint32_t sum, uint32_t scale, Pair number) {
+    return static_cast<uint32_t>(__smlawt(
+        static_cast<int32_t>(scale), static_cast<int32_t>(number.bits), static_cast<int32_t>(sum)));
+}
+
+// Each pixel twice, to two rows that begin at multiples of kDoubledAlignment bytes. Two words at a
+// time, which the compiler would store one by one.
+constexpr size_t kDoubledAlignment = 4;
+
+inline void storeDoubled(Pair pixels, uint16_t* upper, uint16_t* lower) {
+    using Words [[gnu::may_alias, gnu::aligned(kDoubledAlignment)]] = uint64_t;
+    uint64_t doubled;
+    asm("pkhbt %Q0, %1, %1, lsl #16\n\t"
+        "pkhtb %R0, %1, %1, asr #16"
+        : "=&r"(doubled)
+        : "r"(pixels.bits));
+    asm("strd %Q1, %R1, %0" : "=m"(*reinterpret_cast<Words*>(upper)) : "r"(doubled));
+    asm("strd %Q1, %R1, %0" : "=m"(*reinterpret_cast<Words*>(lower)) : "r"(doubled));
+}
+
+// A product and its quotient take an instruction each.
+struct Multiply {
+    Fields fields;
+    uint32_t over31 = held(kHighOver31);
+    uint32_t over63 = held(kHighOver63);
+
+    Pair operator()(Pair a, Pair b) const {
+        const Halves red = mixed(fields.red(a), fields.red(b), over31);
+        const Halves green = mixed(fields.green(a), fields.green(b), over63);
+        const Halves blue = mixed(fields.blue(a), fields.blue(b), over31);
+        const uint32_t left = red.left << 11 | green.left << 5 | blue.left;
+        const uint32_t right = red.right << 11 | green.right << 5 | blue.right;
+        return {left | right << 16};
+    }
+
+private:
+    struct Halves {
+        uint32_t left, right;
+    };
+    // 2^32 / 31 and 2^32 / 63, rounded up, which changes no quotient of a product below 2^26.
+    static constexpr uint32_t kHighOver31 = 0xFFFFFFFF / 31 + 1;
+    static constexpr uint32_t kHighOver63 = 0xFFFFFFFF / 63 + 1;
+
+    static uint32_t high(int product, uint32_t by) {
+        return static_cast<uint32_t>(int64_t{product} * static_cast<int32_t>(by) >> 32);
+    }
+    static Halves mixed(Pair a, Pair b, uint32_t by) {
+        const auto half = [](uint32_t bits) { return static_cast<int16_t>(bits); };
+        return {high(half(a.bits) * half(b.bits), by),
+                high(half(a.bits >> 16) * half(b.bits >> 16), by)};
+    }
+};
 
 }  // namespace px::pairs
 

@@ -97,6 +97,9 @@ struct Add {
     }
 };
 
+#if VELMORA_PAIRS_TARGET
+using hn::Multiply;
+#else
 struct Multiply {
     HWY_INLINE Vector operator()(Vector a, Vector b) const {
         const Vector red = over31(hn::Mul(redOf(a), redOf(b)));
@@ -108,6 +111,7 @@ struct Multiply {
         return hn::Or(hn::Or(hn::ShiftLeft<11>(red), green), blue);
     }
 };
+#endif
 
 struct KeyBlack {
     HWY_INLINE Vector operator()(Vector bottom, Vector top) const {
@@ -142,27 +146,14 @@ HWY_INLINE Flash flashOf(int level) {
     return {all(31 * level), all(15 - level), all(126 * level), all(31 - 2 * level)};
 }
 
+#if VELMORA_PAIRS_TARGET
+using hn::storeDoubled;
+#else
+
 // Alpha levels of a vector's pixels, a lane each.
 HWY_INLINE Vector loadAlpha(const uint8_t* alpha) {
     return hn::PromoteTo(kPixels, hn::LoadU(hn::Rebind<uint8_t, Pixels>(), alpha));
 }
-
-#if VELMORA_PAIRS_TARGET
-
-// Six looked-up fields take half the time of six products and quotients.
-HWY_INLINE Vector keyAlpha(Vector bottom, Vector top, Vector alpha) {
-    const auto mixed = [](uint32_t under, uint32_t over, uint32_t level) {
-        const uint8_t* const o = hn::kFieldShares[level];
-        const uint8_t* const u = hn::kFieldShares[15 - level];
-        const auto red = static_cast<uint32_t>(o[over >> 11] + u[under >> 11]);
-        const auto green = static_cast<uint32_t>(o[over >> 5 & 63] + u[under >> 5 & 63]);
-        return red << 11 | green << 5 | static_cast<uint32_t>(o[over & 31] + u[under & 31]);
-    };
-    return {mixed(bottom.bits & 0xFFFF, top.bits & 0xFFFF, alpha.bits & 0xFFFF) |
-            mixed(bottom.bits >> 16, top.bits >> 16, alpha.bits >> 16) << 16};
-}
-
-#else
 
 HWY_INLINE Vector keyAlpha(Vector bottom, Vector top, Vector alpha) {
     const Vector rest = hn::Sub(all(15), alpha);
@@ -173,13 +164,13 @@ HWY_INLINE Vector keyAlpha(Vector bottom, Vector top, Vector alpha) {
                 mixed(blueOf(top), blueOf(bottom)));
 }
 
-#endif
-
 // Each pixel twice, to two rows.
 HWY_INLINE void storeDoubled(Vector pixels, uint16_t* upper, uint16_t* lower) {
     hn::StoreInterleaved2(pixels, pixels, kPixels, upper);
     hn::StoreInterleaved2(pixels, pixels, kPixels, lower);
 }
+
+#endif
 
 }  // namespace px::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();

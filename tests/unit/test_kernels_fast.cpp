@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "bench/vector_targets.h"
@@ -40,7 +41,8 @@ int count(const Pixels& pixels) {
     return static_cast<int>(pixels.size());
 }
 
-// Every pair of values of each field, the two other fields at random.
+// Every pair of values of each field, the two other fields at random; once at even places and once
+// at odd ones, which are the two halves of a pair of pixels.
 struct Pairs {
     Pixels bottom;
     Pixels top;
@@ -54,12 +56,15 @@ Pairs everyFieldPair(unsigned seed) {
         pairs.bottom.push_back(static_cast<uint16_t>((others & 0xFFFF & ~mask) | (a << shift)));
         pairs.top.push_back(static_cast<uint16_t>((others >> 16 & ~mask) | (b << shift)));
     };
-    for (int a = 0; a < 64; ++a) {
-        for (int b = 0; b < 64; ++b) {
-            add(a, b, 0x07E0, 5);
-            add(a / 2, b / 2, 0xF800, 11);
-            add(a / 2, b / 2, 0x001F, 0);
+    for (int round = 0; round < 2; ++round) {
+        for (int a = 0; a < 64; ++a) {
+            for (int b = 0; b < 64; ++b) {
+                add(a, b, 0x07E0, 5);
+                add(a / 2, b / 2, 0xF800, 11);
+                add(a / 2, b / 2, 0x001F, 0);
+            }
         }
+        add(0, 0, 0, 0);  // moves the second round by a pixel
     }
     return pairs;
 }
@@ -97,17 +102,51 @@ TEST(FastKeyByBlack, EveryTopPixel_IsAsPlain) {
     }
 }
 
+void expectSameKey(const Pairs& pairs, const std::vector<uint8_t>& alpha) {
+    Pixels expected = pairs.bottom;
+    px::keyByAlpha(expected.data(), pairs.top.data(), alpha.data(), count(expected));
+    atEveryWidth([&] {
+        Pixels bottom = pairs.bottom;
+        px::fast::keyByAlpha(bottom.data(), pairs.top.data(), alpha.data(), count(bottom));
+        EXPECT_EQ(bottom, expected);
+    });
+}
+
 TEST(FastKeyByAlpha, EveryLevelAndFieldPair_IsAsPlain) {
     const Pairs pairs = everyFieldPair(15);
     for (uint8_t level = 0; level <= 15; ++level) {
-        const std::vector<uint8_t> alpha(pairs.top.size(), level);
-        Pixels expected = pairs.bottom;
-        px::keyByAlpha(expected.data(), pairs.top.data(), alpha.data(), count(expected));
-        atEveryWidth([&] {
-            Pixels bottom = pairs.bottom;
-            px::fast::keyByAlpha(bottom.data(), pairs.top.data(), alpha.data(), count(bottom));
-            EXPECT_EQ(bottom, expected) << "level " << int{level};
-        });
+        SCOPED_TRACE(int{level});
+        expectSameKey(pairs, std::vector<uint8_t>(pairs.top.size(), level));
+    }
+}
+
+// Every other pixel has level 7, so that no four of them are clear or solid.
+TEST(FastKeyByAlpha, EveryLevelNextToAnother_IsAsPlain) {
+    const Pairs pairs = everyFieldPair(16);
+    for (size_t level = 0; level <= 15; ++level) {
+        for (size_t first = 0; first < 2; ++first) {
+            SCOPED_TRACE("level " + std::to_string(level) + " from pixel " + std::to_string(first));
+            std::vector<uint8_t> alpha(pairs.top.size(), 7);
+            for (size_t i = first; i < alpha.size(); i += 2) {
+                alpha[i] = static_cast<uint8_t>(level);
+            }
+            expectSameKey(pairs, alpha);
+        }
+    }
+}
+
+// Clear, solid and half-clear pixels in runs of 1 to 40, beginning and ending anywhere.
+TEST(FastKeyByAlpha, RunsOfClearAndSolid_AreAsPlain) {
+    const Pairs pairs = everyFieldPair(17);
+    std::mt19937 random(40);
+    constexpr uint8_t kLevels[] = {0, 15, 0, 15, 6};
+    for (int round = 0; round < 20; ++round) {
+        std::vector<uint8_t> alpha;
+        while (alpha.size() < pairs.top.size()) {
+            alpha.insert(alpha.end(), 1 + random() % 40, kLevels[random() % 5]);
+        }
+        alpha.resize(pairs.top.size());
+        expectSameKey(pairs, alpha);
     }
 }
 
