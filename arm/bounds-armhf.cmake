@@ -26,5 +26,5 @@ velmora_count(plain cortex-a7,neon=off
     short-runs-tiles 2870289
     short-runs-alpha 3440325
     unchanged 20967
-    longest-frame 33555758
+    longest-frame 26817127
 )

@@ -1,10 +1,10 @@
 #include "mixer/fx_fast.h"
 
-#include <array>
 #include <cstring>
 
 #include "common/limits.h"
 #include "mixer/fx_numbers.h"
+#include "mixer/fx_pairs.h"
 
 #ifdef VELMORA_HIGHWAY
 #undef HWY_TARGET_INCLUDE
@@ -25,6 +25,16 @@ using px::invertFrame;
 using px::mirrorFrame;
 using px::snowFrame;
 using px::zoomFrame;
+
+#else
+
+#if VELMORA_PAIRS_TARGET
+
+using px::pairs::burnFrame;
+using px::pairs::gameBoyFrame;
+using px::pairs::hueFrame;
+using px::pairs::invertFrame;
+using px::pairs::snowFrame;
 
 #else
 
@@ -61,34 +71,6 @@ void burnFrame(uint16_t* frame, int direction) {
         return hn::IfThenElseZero(atLeast(weightOf(p), kBurnThreshold), light);
     });
 }
-
-#if VELMORA_PAIRS_TARGET
-
-// What depends on a small number alone takes fewer instructions to look up than to choose.
-template <size_t count, typename Number>
-void lookUpFrame(uint16_t* frame, const std::array<uint16_t, count>& table, Number number) {
-    mapFrame(frame, [&table, number](Vector p) {
-        const uint32_t at = number(p).bits;
-        return Vector{table[at & 0xFFFF] | uint32_t{table[at >> 16]} << 16};
-    });
-}
-
-void gameBoyFrame(uint16_t* frame) {
-    static constexpr auto kShades = [] {
-        std::array<uint16_t, kMostWeight + 1> shades{};
-        for (int weight = 0; weight <= kMostWeight; ++weight) {
-            shades[static_cast<size_t>(weight)] = gameBoyShade(weight);
-        }
-        return shades;
-    }();
-    lookUpFrame(frame, kShades, weightOf);
-}
-
-void hueFrame(uint16_t* frame, int direction) {
-    lookUpFrame(frame, tints(direction), intensityOf);
-}
-
-#else
 
 void gameBoyFrame(uint16_t* frame) {
     mapFrame(frame, [](Vector p) HWY_ATTR {
@@ -138,8 +120,6 @@ void hueFrame(uint16_t* frame, int direction) {
     }
 }
 
-#endif
-
 // The changes of a run of pixels at the top of a lane, where the fields saturate: one of the two is
 // 0. They are written as far as a vector that starts inside `length` reaches.
 struct SnowRun {
@@ -179,6 +159,8 @@ void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
         at -= at >= run.length ? run.length : 0;
     }
 }
+
+#endif
 
 void zoomFrame(uint16_t* frame, int direction) {
     if (direction == 0) {

@@ -25,8 +25,6 @@ struct Pair {
 struct Pixels {};
 template <typename>
 using Vec = Pair;
-template <typename>
-using Mask = Pair;  // all bits of a half, or none
 
 constexpr uint32_t kOnes = 0x00010001;
 
@@ -78,9 +76,6 @@ inline Pair Add(Pair a, Pair b) {
 inline Pair SaturatedAdd(Pair a, Pair b) {
     return {__uqadd16(a.bits, b.bits)};
 }
-inline Pair SaturatedSub(Pair a, Pair b) {
-    return {__uqsub16(a.bits, b.bits)};
-}
 
 // Products of 16 bits at most.
 inline Pair Mul(Pair a, Pair b) {
@@ -102,9 +97,6 @@ inline Pair Eq(Pair a, Pair b) {
 }
 inline Pair IfThenElse(Pair mask, Pair yes, Pair no) {
     return {(yes.bits & mask.bits) | (no.bits & ~mask.bits)};
-}
-inline Pair IfThenElseZero(Pair mask, Pair yes) {
-    return {yes.bits & mask.bits};
 }
 inline Pair Reverse(Pixels, Pair a) {
     return {a.bits << 16 | a.bits >> 16};
@@ -135,8 +127,15 @@ struct Fields {
 
     Pair red(Pair p) const { return {p.bits >> 11 & mask31}; }
     Pair green(Pair p) const { return {p.bits >> 5 & mask63}; }
+    Pair halfGreen(Pair p) const { return {p.bits >> 6 & mask31}; }
     Pair blue(Pair p) const { return {p.bits & mask31}; }
 };
+
+// Half by half: `yes` where `value` is at least `limit`, else `no`.
+inline Pair IfAtLeast(Pair value, Pair limit, Pair yes, Pair no) {
+    __usub16(value.bits, limit.bits);  // leaves the choice in the flags
+    return {__sel(yes.bits, no.bits)};
+}
 
 // The whole part of the left (right) half of `number`, below 32768, times `scale` / 65536.
 inline uint32_t leftScaled(uint32_t scale, Pair number) {
