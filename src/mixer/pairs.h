@@ -60,6 +60,9 @@ inline Pair Or(Pair a, Pair b) {
 inline Pair Not(Pair a) {
     return {~a.bits};
 }
+inline Pair Xor(Pair a, Pair b) {
+    return {a.bits ^ b.bits};
+}
 template <int n>
 Pair ShiftRight(Pair a) {
     return {a.bits >> n & both(0xFFFF >> n)};
@@ -102,9 +105,13 @@ inline Pair Reverse(Pixels, Pair a) {
     return {a.bits << 16 | a.bits >> 16};
 }
 
+// One instruction packs two halves, which the compiler does not see by itself.
 inline void StoreInterleaved2(Pair a, Pair b, Pixels d, uint16_t* to) {
-    StoreU({(a.bits & 0xFFFF) | b.bits << 16}, d, to);
-    StoreU({a.bits >> 16 | (b.bits & 0xFFFF0000)}, d, to + 2);
+    uint32_t left, right;
+    asm("pkhbt %0, %1, %2, lsl #16" : "=r"(left) : "r"(a.bits), "r"(b.bits));
+    asm("pkhtb %0, %1, %2, asr #16" : "=r"(right) : "r"(b.bits), "r"(a.bits));
+    StoreU({left}, d, to);
+    StoreU({right}, d, to + 2);
 }
 inline void LoadInterleaved2(Pixels d, const uint16_t* from, Pair& a, Pair& b) {
     const uint32_t left = LoadU(d, from).bits;

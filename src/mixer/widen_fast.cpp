@@ -23,9 +23,10 @@ struct Halves {
 };
 
 HWY_INLINE Halves halvesOf(Vector p) {
-    const Vector green = hn::And(hn::ShiftLeft<5>(p), all(0xFC00));
-    const Vector blue = hn::And(hn::ShiftLeft<3>(p), all(0x00F8));
-    return {hn::Or(green, blue), hn::And(hn::ShiftRight<8>(p), all(0x00F8))};
+    const Vector green = hn::ShiftLeft<5>(hn::And(p, all(0x07E0)));
+    const Vector blue = hn::ShiftLeft<3>(hn::And(p, all(0x001F)));
+    const Vector red = hn::ShiftRight<8>(hn::And(p, all(0xF800)));
+    return {hn::Or(green, blue), red};
 }
 
 HWY_INLINE void storeWidened(Vector p, uint32_t* wide) {
@@ -41,20 +42,20 @@ HWY_INLINE int firstChange(const uint32_t* wide, const uint16_t* pixels, int sta
     return start;
 }
 
-#if VELMORA_PAIRS_TARGET
-
-HWY_INLINE int startOfChange(const uint32_t* wide, const uint16_t* pixels, int count) {
-    return firstChange(wide, pixels, 0, count);
-}
-
-#else
-
 // The bits in which they differ.
 HWY_INLINE Vector differing(const uint32_t* wide, const uint16_t* pixels) {
     const Halves halves = halvesOf(load(pixels));
     Vector lower, upper;
     hn::LoadInterleaved2(kPixels, reinterpret_cast<const uint16_t*>(wide), lower, upper);
     return hn::Or(hn::Xor(lower, halves.lower), hn::Xor(upper, halves.upper));
+}
+
+HWY_INLINE bool isZero(Vector bits) {
+#if VELMORA_PAIRS_TARGET
+    return bits.bits == 0;
+#else
+    return hn::AllTrue(kPixels, hn::Eq(bits, hn::Zero(kPixels)));
+#endif
 }
 
 // A place with nothing but equal pixels before it and a change at it or soon after, or `count`.
@@ -66,14 +67,12 @@ HWY_INLINE int startOfChange(const uint32_t* wide, const uint16_t* pixels, int c
         for (int next = lanes(); next < step; next += lanes()) {
             bits = hn::Or(bits, differing(wide + i + next, pixels + i + next));
         }
-        if (!hn::AllTrue(kPixels, hn::Eq(bits, hn::Zero(kPixels)))) {
+        if (!isZero(bits)) {
             return i;
         }
     }
     return firstChange(wide, pixels, i, count);
 }
-
-#endif
 
 // Behind the first pixel that differs most others do as well: they are written without a look.
 bool widenChanged(uint32_t* wide, const uint16_t* pixels, int count) {
