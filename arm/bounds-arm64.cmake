@@ -12,4 +12,8 @@ velmora_count(arm64 cortex-a53
     short-runs-alpha 1944340
     unchanged 7858
     longest-frame 10630425
+    present 1399830
+    present-unchanged 1908758
+    present-by-sdl 49128718
+    longest-frame-shown 12030217
 )

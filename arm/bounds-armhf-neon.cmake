@@ -12,4 +12,8 @@ velmora_count(compiled-neon cortex-a7
     short-runs-alpha 1913967
     unchanged 21006
     longest-frame 11411222
+    present 1642173
+    present-unchanged 2153306
+    present-by-sdl 61816965
+    longest-frame-shown 13053358
 )

@@ -12,6 +12,10 @@ velmora_count(neon cortex-a7
     short-runs-alpha 1936078
     unchanged 20967
     longest-frame 12198424
+    present 1672283
+    present-unchanged 2183417
+    present-by-sdl 61816967
+    longest-frame-shown 13870670
 )
 velmora_count(plain cortex-a7,neon=off
     nothing 37
@@ -27,4 +31,8 @@ velmora_count(plain cortex-a7,neon=off
     short-runs-alpha 3440325
     unchanged 20967
     longest-frame 26817127
+    present 7212597
+    present-unchanged 10203065
+    present-by-sdl 61816967
+    longest-frame-shown 34029686
 )
