@@ -6,7 +6,14 @@ namespace app {
 
 Shot blackShot(int width, int height) {
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
-    return {width, height, std::vector<uint16_t>(count, 0)};
+    return {width, height, std::vector<uint16_t>(count, 0), std::nullopt};
+}
+
+std::string describe(const StrangePixel& pixel) {
+    char text[80];
+    snprintf(text, sizeof text, "0x%06X at (%d, %d) is no colour of the window",
+             static_cast<unsigned>(pixel.value), pixel.x, pixel.y);
+    return text;
 }
 
 std::string difference(const Shot& seen, const Shot& wanted) {
@@ -15,6 +22,9 @@ std::string difference(const Shot& seen, const Shot& wanted) {
         snprintf(text, sizeof text, "%d x %d pixels instead of %d x %d", seen.width, seen.height,
                  wanted.width, wanted.height);
         return text;
+    }
+    if (seen.strange.has_value()) {
+        return describe(*seen.strange);
     }
     int differing = 0;
     std::string first = "same";

@@ -1,18 +1,27 @@
 #pragma once
-// What the screen showed at one moment: rows of RGB565 without gaps. Screens of 24 bits come as the
-// top bits of each channel.
+// What the screen showed at one moment: rows of RGB565 without gaps. Screens of 24 bits hold the
+// same colours, widened; a pixel of them that is none of those makes the shot unlike any picture.
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace app {
 
+struct StrangePixel {
+    int x;
+    int y;
+    uint32_t value;  // as the screen has it
+    bool operator==(const StrangePixel& other) const = default;
+};
+
 struct Shot {
     int width = 0;
     int height = 0;
     std::vector<uint16_t> pixels;
+    std::optional<StrangePixel> strange = std::nullopt;  // the first; it is black in the pixels
 
     // Inside the shot only.
     uint16_t at(int x, int y) const {
@@ -25,6 +34,9 @@ struct Shot {
 };
 
 Shot blackShot(int width, int height);
+
+// The strange pixel in words.
+std::string describe(const StrangePixel& pixel);
 
 // "same", or how many pixels differ and the first of them, in words.
 std::string difference(const Shot& seen, const Shot& wanted);

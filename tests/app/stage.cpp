@@ -17,6 +17,7 @@ const char* program() {
     return other != nullptr ? other : APP_PROGRAM;
 }
 
+constexpr int kLongPictureMs = 80;    // two pictures
 constexpr int kPicturesPerTrack = 6;  // steps of loading one small clip, and one to spare
 
 }  // namespace
@@ -39,11 +40,13 @@ void Stage::startProgram(unsigned long addressSpace) {
     // Without the driver's name SDL would go on to a dummy display when the server refuses it.
     // Leaks at the end of the program are the end's: it releases nothing.
     setup.environment = {"DISPLAY=" + server_.display(), "SDL_VIDEODRIVER=x11",
-                         "ASAN_OPTIONS=detect_leaks=0"};
+                         "ASAN_OPTIONS=detect_leaks=0", "LD_PRELOAD=" APP_PRELOAD,
+                         kFrameFileVariable + ("=" + frames_.path())};
     setup.folder = folder.path();
     setup.output = printsTo;
     setup.errors = folder.path() + "/stderr";
     setup.addressSpace = addressSpace;
+    frames_.startAnew();
     program_.start(setup);
 }
 
@@ -87,7 +90,7 @@ void Stage::startMix(int tracks) {
 }
 
 void Stage::passPictures(int count) {
-    const int last = picturesShown() + count;
+    const int last = picturesBegun() + count;
     if (!waitUntil([&] { return picturesShown() >= last || !running(); }, kPatienceMs, 1) ||
         !running()) {
         giveUp("the program stopped showing pictures");
@@ -123,9 +126,20 @@ void Stage::click(int x, int y) {
     passPictures(kPicturesToSee);
 }
 
+// Finding the window asks the server several times: in between it takes what the program has sent.
 Shot Stage::look() {
     const WindowPlace place = window();
-    return link_->look(place.x, place.y, place.width, place.height);
+    Shot shot = link_->look(place.x, place.y, place.width, place.height);
+    failOnStrange(shot);
+    return shot;
+}
+
+// Once: what is wrong with one picture is wrong with the next hundred.
+void Stage::failOnStrange(const Shot& shot) {
+    if (shot.strange.has_value() && !strangeSeen_) {
+        strangeSeen_ = true;
+        ADD_FAILURE() << describe(*shot.strange) << "; seen: " << keepShot(shot);
+    }
 }
 
 Shot Stage::lookInStep(int* pictures) {
@@ -133,7 +147,6 @@ Shot Stage::lookInStep(int* pictures) {
     const auto nothingBetween = [&] {
         *pictures = picturesShown();
         shot = look();
-        sleepMs(1);
         return picturesShown() == *pictures;
     };
     if (!waitUntil(nothingBetween, kPatienceMs, 0)) {
@@ -142,13 +155,25 @@ Shot Stage::lookInStep(int* pictures) {
     return shot;
 }
 
+bool Stage::lookUntil(const std::function<bool(const Shot&)>& right, int timeoutMs, Shot* last) {
+    const long long end = nowMs() + timeoutMs;
+    for (;;) {
+        const int seen = picturesShown();
+        *last = look();
+        if (right(*last)) {
+            return true;
+        }
+        if (nowMs() >= end) {
+            return false;
+        }
+        // A program that shows no more may still have another window soon.
+        waitUntil([&] { return picturesShown() != seen; }, kLongPictureMs, 1);
+    }
+}
+
 Shot Stage::await(const std::function<bool(const Shot&)>& condition, const std::string& what) {
     Shot shot;
-    const auto holds = [&] {
-        shot = look();
-        return condition(shot);
-    };
-    if (!waitUntil(holds)) {
+    if (!lookUntil(condition, kPatienceMs, &shot)) {
         giveUp("never seen: " + what);
     }
     return shot;
@@ -156,11 +181,7 @@ Shot Stage::await(const std::function<bool(const Shot&)>& condition, const std::
 
 void Stage::expectShows(const Shot& wanted, const std::string& what) {
     Shot shot;
-    const auto matches = [&] {
-        shot = look();
-        return shot == wanted;
-    };
-    if (!waitUntil(matches, kPatienceMs / 4)) {
+    if (!lookUntil([&](const Shot& seen) { return seen == wanted; }, kPatienceMs / 4, &shot)) {
         ADD_FAILURE() << what << ": " << difference(shot, wanted) << "; seen: " << keepShot(shot)
                       << ", wanted: " << keepShot(wanted);
     }

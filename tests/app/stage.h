@@ -2,10 +2,10 @@
 // One run of the real program on a private X server, with hands on its keyboard and mouse and eyes
 // on its window. Everything that was started ends, and every file goes, when the Stage goes.
 //
-// The hands are in step with the program: they count the pictures that it puts on the screen, so a
-// key is held until the program must have seen it, however slow the machine is. What never comes
-// ends the test: the waits throw std::runtime_error and leave a PPM file of the screen in the build
-// folder.
+// The hands are in step with the program: they count its pictures (frame_double.h), so a key is
+// held until the program must have seen it, however slow the machine is. What never comes ends the
+// test: the waits throw std::runtime_error and leave a PPM file of the screen in the build folder.
+// A pixel of the window that is no colour of its fails the test, whatever was looked for.
 
 #include <gtest/gtest.h>
 
@@ -16,6 +16,7 @@
 
 #include "app/child.h"
 #include "app/clock.h"
+#include "app/frames.h"
 #include "app/runfolder.h"
 #include "app/shot.h"
 #include "app/xlink.h"
@@ -23,8 +24,9 @@
 
 namespace app {
 
-// An event is read at the end of a frame's sampling, a key counts in the sampling after that: what
-// happens to a key shows in the third picture from then at the latest.
+// The first picture that begins after an event reads it at the end of its sampling, the second
+// answers a key. The program hands its pictures to the server without waiting; with the third one
+// done the second is on the screen for sure.
 inline constexpr int kPicturesToSee = 3;
 
 class Stage {
@@ -57,12 +59,15 @@ public:
     void click(int x, int y);
     void mouseDown() { link_->button(true); }
     void mouseUp() { link_->button(false); }
+    // Waits for so many pictures that begin from now on.
     void passPictures(int count);
-    int picturesShown() { return link_->picturesShown(); }
+    int picturesBegun() const { return frames_.begun(); }
+    int picturesShown() const { return frames_.finished(); }
 
     // The program's part of the screen: its window, as far as it is on the screen.
     Shot look();
-    // The same, and how many pictures had been shown by then.
+    // The same, and how many pictures had been shown by then. The one after them may be seen where
+    // it is on the screen and not yet counted.
     Shot lookInStep(int* pictures);
     Shot lookAtScreen() { return link_->look(0, 0, screen_.width, screen_.height); }
     Shot await(const std::function<bool(const Shot&)>& condition, const std::string& what);
@@ -86,6 +91,9 @@ public:
 
 private:
     void startProgram(unsigned long addressSpace);
+    void failOnStrange(const Shot& shot);
+    // Looks, and again after each picture, until the shot is right; false when it never was.
+    bool lookUntil(const std::function<bool(const Shot&)>& right, int timeoutMs, Shot* last);
     [[noreturn]] void giveUp(const std::string& what);
 
     // Order of making; the program ends first, the server last.
@@ -93,6 +101,8 @@ private:
     std::unique_ptr<XLink> link_;
     Child program_;
     Screen screen_;
+    Frames frames_{folder.path() + "/frames"};
+    bool strangeSeen_ = false;
 };
 
 }  // namespace app

@@ -46,8 +46,8 @@ TEST(Intro, RunsFor50Frames_ThenHome) {
     stage.await([](const Shot& shot) { return app::homeSelection(shot) == MIX; }, "home");
     EXPECT_GE(app::nowMs() - started, kIntroPictures * kShortestFrameMs);
     // 50 of the intro and the first of home; looking may come late.
-    EXPECT_GT(stage.picturesShown(), kIntroPictures);
-    EXPECT_LT(stage.picturesShown(), kIntroPictures + 25);
+    EXPECT_GT(stage.picturesBegun(), kIntroPictures);
+    EXPECT_LT(stage.picturesBegun(), kIntroPictures + 25);
 }
 
 TEST(Home, ArrowKeys_WalkTheTwoRows) {

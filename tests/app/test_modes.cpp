@@ -115,20 +115,20 @@ TEST_F(Modes, SameClipOnBothLayers_BottomKeepsWhatItShowedLast) {
 }
 
 TEST_F(Modes, Composite480_PictureIsCentredOnBlack) {
-    start({720, 480, 16});
+    start({720, 480});
     forward(1);
     expectAllModes(clips_.first, clips_.second, app::keyed(clips_.first, clips_.second));
 }
 
 TEST_F(Modes, Composite576_PictureIsCentredOnBlack) {
-    start({720, 576, 16});
+    start({720, 576});
     forward(1);
     expectAllModes(clips_.first, clips_.second, app::keyed(clips_.first, clips_.second));
 }
 
 // 121 spare rows: the picture starts half a row further right and wraps into the next row.
 TEST_F(Modes, CompositeOddHeight_PictureIsShiftedByHalfARow) {
-    start({720, 481, 16});
+    start({720, 481});
     forward(1);
     expectAllModes(clips_.first, clips_.second, app::keyed(clips_.first, clips_.second));
 }
@@ -141,7 +141,7 @@ TEST_F(Modes, Display24BitsDeep_ShowsTheSamePixels) {
 
 // The window is smaller than the display and stays at the picture's size.
 TEST_F(Modes, LargerDisplay_WindowShowsTheSamePixels) {
-    start({1920, 1080, 16});
+    start({1920, 1080});
     forward(1);
     expectAllModes(clips_.first, clips_.second, app::keyed(clips_.first, clips_.second));
 }

@@ -17,7 +17,7 @@ constexpr uint16_t kPaper = 0x18C3;  // of the playlists' pages
 // A display that has room for both sizes.
 class DisplayOptions : public app::OptionsPages {
 protected:
-    DisplayOptions() : OptionsPages({1280, 1024, 16}) {
+    DisplayOptions() : OptionsPages({1280, 1024}) {
         stage.folder.addClip("one.m19", app::tinyClip({{one, {}}}));
         // Several frames alike: the white line over the picture grows with them.
         stage.folder.addClip("two.m19",

@@ -43,14 +43,8 @@ public:
     // For the programs that start while it lives.
     class Plugged {
     public:
-        explicit Plugged(const Pad& pad) {
-            setenv("LD_PRELOAD", APP_PRELOAD, 1);
-            setenv(app::kPadFileVariable, pad.path_.c_str(), 1);
-        }
-        ~Plugged() {
-            unsetenv("LD_PRELOAD");
-            unsetenv(app::kPadFileVariable);
-        }
+        explicit Plugged(const Pad& pad) { setenv(app::kPadFileVariable, pad.path_.c_str(), 1); }
+        ~Plugged() { unsetenv(app::kPadFileVariable); }
         Plugged(const Plugged&) = delete;
         Plugged& operator=(const Plugged&) = delete;
     };

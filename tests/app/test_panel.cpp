@@ -143,7 +143,7 @@ TEST_F(PanelKeys, Hdmi_BoxesBarsAndGridStandInTheirPlaces) {
 }
 
 TEST_F(PanelKeys, Composite480_BoxesBarsAndGridStandInTheirPlaces) {
-    start({720, 480, 16});
+    start({720, 480});
     checkPanel(kComposite);
 }
 

@@ -125,7 +125,7 @@ TEST(Startup, HdmiSizeWithoutPlaylists_SaysThatTheFileIsMissing) {
 }
 
 TEST(Startup, OtherHeight_AdvisesAndOpensHdmiWindow) {
-    Stage stage(Screen{1280, 1024, 16});
+    Stage stage(Screen{1280, 1024});
     stage.folder.writePlaylists();
     stage.start();
     expectWindow(stage, 1280, 720);
@@ -134,7 +134,7 @@ TEST(Startup, OtherHeight_AdvisesAndOpensHdmiWindow) {
 }
 
 TEST(Startup, FullHd_AdvisesAndOpensHdmiWindow) {
-    Stage stage(Screen{1920, 1080, 16});
+    Stage stage(Screen{1920, 1080});
     stage.folder.writePlaylists();
     stage.start();
     expectWindow(stage, 1280, 720);
@@ -143,7 +143,7 @@ TEST(Startup, FullHd_AdvisesAndOpensHdmiWindow) {
 }
 
 TEST(Startup, NarrowDisplay_IsCompositeAndOpensWindowOfItsSize) {
-    Stage stage(Screen{720, 480, 16});
+    Stage stage(Screen{720, 480});
     stage.folder.writePlaylists();
     stage.start();
     expectWindow(stage, 720, 480);
@@ -152,7 +152,7 @@ TEST(Startup, NarrowDisplay_IsCompositeAndOpensWindowOfItsSize) {
 }
 
 TEST(Startup, NarrowDisplayWithoutPlaylists_SaysSoBeforeComposite) {
-    Stage stage(Screen{799, 600, 16});
+    Stage stage(Screen{799, 600});
     stage.start();
     expectWindow(stage, 799, 600);
     EXPECT_EQ(stage.closeWindow(), 1);
@@ -162,7 +162,7 @@ TEST(Startup, NarrowDisplayWithoutPlaylists_SaysSoBeforeComposite) {
 }
 
 TEST(Startup, DisplayOf800_IsNotComposite) {
-    Stage stage(Screen{800, 600, 16});
+    Stage stage(Screen{800, 600});
     stage.folder.writePlaylists();
     stage.start();
     expectWindow(stage, 1280, 720);

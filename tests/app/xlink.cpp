@@ -3,17 +3,14 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
-#include <X11/extensions/record.h>
 
-#include <algorithm>
-#include <cstring>
 #include <stdexcept>
+
+#include "app/screen_reader.h"
 
 namespace app {
 
 namespace {
-
-constexpr int kShmPutImage = 3;  // request of the MIT-SHM extension
 
 // Windows come and go while they are looked at; a request that names a vanished one is no reason to
 // end the test.
@@ -49,75 +46,17 @@ void forVisibleWindows(Display* display, Visitor visit) {
     XFree(windows);
 }
 
-// One row of the image as RGB565. Rows of 16 bits a pixel are RGB565 already, rows of 32 bits hold
-// 8 bits a channel; both in this machine's byte order, the server being on the same machine.
-void copyRow(const XImage& image, int row, uint16_t* to) {
-    const char* from = image.data + static_cast<ptrdiff_t>(row) * image.bytes_per_line;
-    const auto width = static_cast<size_t>(image.width);
-    if (image.bits_per_pixel == 16) {
-        memcpy(to, from, width * sizeof *to);
-        return;
-    }
-    for (size_t x = 0; x < width; ++x) {
-        uint32_t pixel = 0;
-        memcpy(&pixel, from + x * sizeof pixel, sizeof pixel);
-        to[x] = static_cast<uint16_t>(((pixel >> 8) & 0xF800) | ((pixel >> 5) & 0x07E0) |
-                                      ((pixel >> 3) & 0x001F));
-    }
-}
-
-void countPicture(XPointer count, XRecordInterceptData* data) {
-    if (data->category == XRecordFromClient) {
-        ++*reinterpret_cast<int*>(count);
-    }
-    XRecordFreeData(data);
-}
-
-// Has the server report every shared-memory picture that any program puts on the screen.
-XRecordContext recordPictures(Display* control, Display* data, int* count) {
-    int opcode = 0;
-    int unused = 0;
-    if (!XQueryExtension(control, "MIT-SHM", &opcode, &unused, &unused) ||
-        !XRecordQueryVersion(control, &unused, &unused)) {
-        throw std::runtime_error("the X server has no MIT-SHM or no RECORD extension");
-    }
-    XRecordRange* range = XRecordAllocRange();
-    range->ext_requests.ext_major.first = static_cast<unsigned char>(opcode);
-    range->ext_requests.ext_major.last = static_cast<unsigned char>(opcode);
-    range->ext_requests.ext_minor.first = kShmPutImage;
-    range->ext_requests.ext_minor.last = kShmPutImage;
-    XRecordClientSpec clients = XRecordAllClients;
-    const XRecordContext context = XRecordCreateContext(control, 0, &clients, 1, &range, 1);
-    XFree(range);
-    XSync(control, False);
-    if (context == 0 || !XRecordEnableContextAsync(data, context, countPicture,
-                                                   reinterpret_cast<XPointer>(count))) {
-        throw std::runtime_error("the X server does not record");
-    }
-    return context;
-}
-
 }  // namespace
 
-struct XLink::Connections {
-    explicit Connections(const std::string& display)
-        : main(connectTo(display)), recorded(connectTo(display)) {
-        recording = recordPictures(main, recorded, &pictures);
-    }
-    ~Connections() {
-        XRecordDisableContext(main, recording);
-        XSync(main, False);
-        XCloseDisplay(recorded);
-        XCloseDisplay(main);
-    }
+struct XLink::Connection {
+    explicit Connection(const std::string& display) : main(connectTo(display)), reader(main) {}
+    ~Connection() { XCloseDisplay(main); }
 
     Display* main;
-    Display* recorded;
-    XRecordContext recording = 0;
-    int pictures = 0;
+    ScreenReader reader;
 };
 
-XLink::XLink(const std::string& display) : x_(std::make_unique<Connections>(display)) {
+XLink::XLink(const std::string& display) : x_(std::make_unique<Connection>(display)) {
     int unused = 0;
     if (!XTestQueryExtension(x_->main, &unused, &unused, &unused, &unused)) {
         throw std::runtime_error("the X server has no XTEST extension");
@@ -189,26 +128,46 @@ void XLink::button(bool down) {
 }
 
 Shot XLink::look(int x, int y, int width, int height) {
-    const int screen = DefaultScreen(x_->main);
-    width = std::min(width, DisplayWidth(x_->main, screen) - x);
-    height = std::min(height, DisplayHeight(x_->main, screen) - y);
-    XImage* image =
-        XGetImage(x_->main, DefaultRootWindow(x_->main), x, y, static_cast<unsigned>(width),
-                  static_cast<unsigned>(height), AllPlanes, ZPixmap);
-    if (image == nullptr) {
-        throw std::runtime_error("the X server does not show the screen");
-    }
-    Shot shot = blackShot(width, height);
-    for (int row = 0; row < height; ++row) {
-        copyRow(*image, row, &shot.at(0, row));
-    }
-    XDestroyImage(image);
-    return shot;
+    return x_->reader.look(x, y, width, height);
 }
 
-int XLink::picturesShown() {
-    XRecordProcessReplies(x_->recorded);
-    return x_->pictures;
+unsigned long XLink::cover(WindowPlace place, uint16_t colour) {
+    const int screen = DefaultScreen(x_->main);
+    XSetWindowAttributes attributes = {};
+    attributes.override_redirect = True;
+    attributes.background_pixel = x_->reader.pixelFor(colour);
+    const Window window = XCreateWindow(
+        x_->main, DefaultRootWindow(x_->main), place.x, place.y, static_cast<unsigned>(place.width),
+        static_cast<unsigned>(place.height), 0, DefaultDepth(x_->main, screen), InputOutput,
+        DefaultVisual(x_->main, screen), CWOverrideRedirect | CWBackPixel, &attributes);
+    XMapRaised(x_->main, window);
+    XSync(x_->main, False);
+    return window;
+}
+
+void XLink::uncover(unsigned long cover) {
+    XDestroyWindow(x_->main, cover);
+    XSync(x_->main, False);
+}
+
+void XLink::move(unsigned long window, int x, int y) {
+    XMoveWindow(x_->main, window, x, y);
+    XSync(x_->main, False);
+}
+
+void XLink::raise(unsigned long window) {
+    XRaiseWindow(x_->main, window);
+    XSync(x_->main, False);
+}
+
+void XLink::hide(unsigned long window) {
+    XUnmapWindow(x_->main, window);
+    XSync(x_->main, False);
+}
+
+void XLink::show(unsigned long window) {
+    XMapWindow(x_->main, window);
+    XSync(x_->main, False);
 }
 
 }  // namespace app

@@ -1,6 +1,6 @@
 #pragma once
 // The test's own connection to the X server: finds the program's window, presses keys and mouse
-// buttons as a performer would, looks at the screen and counts the pictures that the program shows.
+// buttons as a performer would, looks at the screen, and does to windows what others do to them.
 // Positions are pixels of the screen. Keys are X key symbols (XK_a, XK_Left).
 
 #include <memory>
@@ -42,12 +42,17 @@ public:
     // The part of the rectangle that lies on the screen.
     Shot look(int x, int y, int width, int height);
 
-    // Pictures that all programs together have put on the screen since this connection was made.
-    int picturesShown();
+    // A window of another program, flat in that colour, in front of all others.
+    unsigned long cover(WindowPlace place, uint16_t colour);
+    void uncover(unsigned long cover);
+    void move(unsigned long window, int x, int y);
+    void raise(unsigned long window);
+    void hide(unsigned long window);
+    void show(unsigned long window);
 
 private:
-    struct Connections;
-    std::unique_ptr<Connections> x_;
+    struct Connection;
+    std::unique_ptr<Connection> x_;
 };
 
 }  // namespace app

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
@@ -58,6 +59,11 @@ bool answers(const std::string& number) {
 
 }  // namespace
 
+int usualDepth() {
+    const char* depth = getenv("VELMORA_DEPTH");
+    return depth != nullptr ? atoi(depth) : 16;
+}
+
 XServer::XServer(Screen screen) {
     for (int each = 0; each < kTries; ++each) {
         if (tryStart(screen)) {
@@ -80,6 +86,9 @@ bool XServer::tryStart(Screen screen) {
     setup.command = {"Xvfb",      "-displayfd", std::to_string(ends[1]),
                      "-screen",   "0",          mode,
                      "-nolisten", "tcp",        "-noreset"};
+    if (!screen.sharedMemory) {
+        setup.command.insert(setup.command.end(), {"-extension", "MIT-SHM"});
+    }
     child_.start(setup);
     close(ends[1]);
     const std::string number = readNumber(ends[0]);

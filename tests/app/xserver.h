@@ -8,10 +8,14 @@
 
 namespace app {
 
+// Bits a pixel where a test does not say: 16, or VELMORA_DEPTH of the environment.
+int usualDepth();
+
 struct Screen {
     int width = 1280;
     int height = 720;
-    int depth = 16;  // bits a pixel: 16 or 24
+    int depth = usualDepth();
+    bool sharedMemory = true;  // the server has MIT-SHM
 };
 
 class XServer {

@@ -60,7 +60,7 @@ void addClips(Stage& stage) {
 
 class Storm : public testing::Test {
 protected:
-    Storm() : stage({1280, 800, 16}), hands(stage, chosenSeed()) { addClips(stage); }
+    Storm() : stage({1280, 800}), hands(stage, chosenSeed()) { addClips(stage); }
 
     void start() {
         hands.start();

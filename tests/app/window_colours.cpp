@@ -1,0 +1,48 @@
+#include "app/window_colours.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+namespace app {
+
+namespace {
+
+constexpr uint32_t kColours = 65536;
+
+// The uppermost bits once more in the place of the missing ones, or zeros.
+uint32_t widened(uint32_t field, int bits, bool spread) {
+    const int missing = 8 - bits;
+    return field << missing | (spread ? field >> (bits - missing) : 0);
+}
+
+std::vector<uint32_t> makeTable() {
+    const char* way = getenv("VELMORA_COLOURS");
+    const bool spread = way != nullptr && strcmp(way, "spread") == 0;
+    std::vector<uint32_t> table;
+    for (uint32_t colour = 0; colour < kColours; ++colour) {
+        table.push_back(widened(colour >> 11, 5, spread) << 16 |
+                        widened(colour >> 5 & 63, 6, spread) << 8 |
+                        widened(colour & 31, 5, spread));
+    }
+    return table;
+}
+
+const std::vector<uint32_t>& table() {
+    static const std::vector<uint32_t> colours = makeTable();
+    return colours;
+}
+
+}  // namespace
+
+uint32_t storedColour(uint16_t colour) {
+    return table()[colour];
+}
+
+std::optional<uint16_t> colourStored(uint32_t pixel) {
+    const auto top = static_cast<uint16_t>((pixel >> 8 & 0xF800) | (pixel >> 5 & 0x07E0) |
+                                           (pixel >> 3 & 0x001F));
+    return table()[top] == pixel ? std::optional(top) : std::nullopt;
+}
+
+}  // namespace app
