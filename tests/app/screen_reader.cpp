@@ -12,8 +12,6 @@ namespace app {
 
 namespace {
 
-constexpr uint32_t kColourBytes = 0xFFFFFF;  // the byte above them means nothing
-
 bool isRgb565(const XImage& image) {
     return image.depth == 16 && image.bits_per_pixel == 16 && image.green_mask == 0x07E0;
 }
@@ -48,8 +46,12 @@ std::vector<XColor> colourMap(Display* display) {
 
 Shot ScreenReader::look(int x, int y, int width, int height) {
     const int screen = DefaultScreen(display_);
-    width = std::min(width, DisplayWidth(display_, screen) - x);
-    height = std::min(height, DisplayHeight(display_, screen) - y);
+    const int right = std::min(x + width, DisplayWidth(display_, screen));
+    const int bottom = std::min(y + height, DisplayHeight(display_, screen));
+    x = std::max(x, 0);
+    y = std::max(y, 0);
+    width = right - x;
+    height = bottom - y;
     XImage* image =
         XGetImage(display_, DefaultRootWindow(display_), x, y, static_cast<unsigned>(width),
                   static_cast<unsigned>(height), AllPlanes, ZPixmap);
@@ -72,17 +74,13 @@ Shot ScreenReader::look(int x, int y, int width, int height) {
 }
 
 void ScreenReader::readExactly(const XImage& image, Shot& shot) const {
+    const auto width = static_cast<size_t>(shot.width);
+    std::vector<uint32_t> row(width);
     for (int y = 0; y < shot.height; ++y) {
-        const char* from = rowOf(image, y);
-        for (int x = 0; x < shot.width; ++x) {
-            uint32_t pixel = 0;
-            memcpy(&pixel, from + static_cast<ptrdiff_t>(x) * 4, sizeof pixel);
-            pixel &= kColourBytes;
-            const std::optional<uint16_t> colour = colourStored(pixel);
-            if (!colour.has_value() && !shot.strange.has_value()) {
-                shot.strange = {x, y, pixel};
-            }
-            shot.at(x, y) = colour.value_or(0);
+        memcpy(row.data(), rowOf(image, y), width * sizeof row[0]);
+        const size_t first = coloursStored(row.data(), width, &shot.at(0, y));
+        if (first < width && !shot.strange.has_value()) {
+            shot.strange = {static_cast<int>(first), y, row[first] & 0xFFFFFF};
         }
     }
 }

@@ -17,8 +17,8 @@ const char* program() {
     return other != nullptr ? other : APP_PROGRAM;
 }
 
-constexpr int kLongPictureMs = 80;    // two pictures
-constexpr int kPicturesPerTrack = 6;  // steps of loading one small clip, and one to spare
+const int kLongPictureMs = 80 * slowness();  // two pictures and more
+constexpr int kPicturesPerTrack = 6;         // steps of loading one small clip, and one to spare
 
 }  // namespace
 
@@ -126,12 +126,30 @@ void Stage::click(int x, int y) {
     passPictures(kPicturesToSee);
 }
 
-// Finding the window asks the server several times: in between it takes what the program has sent.
 Shot Stage::look() {
-    const WindowPlace place = window();
-    Shot shot = link_->look(place.x, place.y, place.width, place.height);
+    int unused = 0;
+    return lookInStep(&unused);
+}
+
+// Finding the window asks the server several times: in between it takes what the program has sent.
+Shot Stage::lookInStep(int* pictures) {
+    const auto take = [this] {
+        const WindowPlace place = window();
+        return link_->look(place.x, place.y, place.width, place.height);
+    };
+    const Shot shot = inStep(take, pictures);
     failOnStrange(shot);
     return shot;
+}
+
+Shot Stage::lookAtScreen() {
+    int unused = 0;
+    return inStep(
+        [this] {
+            window();
+            return link_->look(0, 0, screen_.width, screen_.height);
+        },
+        &unused);
 }
 
 // Once: what is wrong with one picture is wrong with the next hundred.
@@ -142,15 +160,21 @@ void Stage::failOnStrange(const Shot& shot) {
     }
 }
 
-Shot Stage::lookInStep(int* pictures) {
+// A picture may reach the server in parts: they are all there when the program rests. Where it has
+// no time to rest, what stays the same picture for long enough has to do.
+Shot Stage::inStep(const std::function<Shot()>& take, int* pictures) {
     Shot shot;
-    const auto nothingBetween = [&] {
+    const auto nothingBetween = [&](bool resting) {
+        const int begun = picturesBegun();
         *pictures = picturesShown();
-        shot = look();
-        return picturesShown() == *pictures;
+        if (resting && begun != *pictures) {
+            return false;
+        }
+        shot = take();
+        return resting ? picturesBegun() == begun : picturesShown() == *pictures;
     };
-    if (!waitUntil(nothingBetween, kPatienceMs, 0)) {
-        giveUp("no time to look between two pictures");
+    if (!waitUntil([&] { return nothingBetween(true); }, kLongPictureMs, 1)) {
+        waitUntil([&] { return nothingBetween(false); }, kLongPictureMs, 1);
     }
     return shot;
 }
@@ -228,7 +252,7 @@ std::string Stage::keepShot(const Shot& shot) {
 void Stage::giveUp(const std::string& what) {
     std::string message = what;
     if (program_.running()) {
-        const Shot shot = lookAtScreen();
+        const Shot shot = link_->look(0, 0, screen_.width, screen_.height);
         message += "; the screen: " + keepShot(shot);
     } else if (program_.id() != 0) {
         message += "; the program ended with " + std::to_string(*program_.waitExit(0)) +

@@ -64,12 +64,14 @@ public:
     int picturesBegun() const { return frames_.begun(); }
     int picturesShown() const { return frames_.finished(); }
 
-    // The program's part of the screen: its window, as far as it is on the screen.
+    // The program's part of the screen: its window, as far as it is on the screen. Looked at while
+    // the program rests between two pictures, unless it never does.
     Shot look();
-    // The same, and how many pictures had been shown by then. The one after them may be seen where
-    // it is on the screen and not yet counted.
+    // The same, and how many pictures had been shown by then. Of a program that never rests the one
+    // after them may be seen.
     Shot lookInStep(int* pictures);
-    Shot lookAtScreen() { return link_->look(0, 0, screen_.width, screen_.height); }
+    // All of the screen; other programs' pixels may be of any colour.
+    Shot lookAtScreen();
     Shot await(const std::function<bool(const Shot&)>& condition, const std::string& what);
     void expectShows(const Shot& wanted, const std::string& what);
     // The same in every picture of a stretch.
@@ -83,14 +85,16 @@ public:
     bool isFullScreen() { return link_->isCovered(screen_.width, screen_.height); }
     bool running() { return program_.running(); }
     pid_t processId() const { return program_.id(); }
-    int waitExit();     // exit status; throws when the program does not end
-    void askToClose();  // the window, as its close button does
-    int closeWindow();  // asks, then as waitExit
+    int waitExit();  // exit status; throws when the program does not end
+    XLink& link() { return *link_; }
+    void askToClose();                                      // the window, as its close button does
+    int closeWindow();                                      // asks, then as waitExit
     std::string output() { return folder.read("stdout"); }  // complete once the program has ended
     std::string errors() { return folder.read("stderr"); }
 
 private:
     void startProgram(unsigned long addressSpace);
+    Shot inStep(const std::function<Shot()>& take, int* pictures);
     void failOnStrange(const Shot& shot);
     // Looks, and again after each picture, until the shot is right; false when it never was.
     bool lookUntil(const std::function<bool(const Shot&)>& right, int timeoutMs, Shot* last);

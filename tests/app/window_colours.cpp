@@ -39,10 +39,21 @@ uint32_t storedColour(uint16_t colour) {
     return table()[colour];
 }
 
-std::optional<uint16_t> colourStored(uint32_t pixel) {
-    const auto top = static_cast<uint16_t>((pixel >> 8 & 0xF800) | (pixel >> 5 & 0x07E0) |
-                                           (pixel >> 3 & 0x001F));
-    return table()[top] == pixel ? std::optional(top) : std::nullopt;
+size_t coloursStored(const uint32_t* pixels, size_t count, uint16_t* colours) {
+    constexpr uint32_t kColourBytes = 0xFFFFFF;  // the byte above them means nothing
+    const uint32_t* const stored = table().data();
+    size_t first = count;
+    for (size_t i = 0; i < count; ++i) {
+        const uint32_t pixel = pixels[i] & kColourBytes;
+        const uint32_t colour =
+            (pixel >> 8 & 0xF800) | (pixel >> 5 & 0x07E0) | (pixel >> 3 & 0x001F);
+        const bool known = stored[colour] == pixel;
+        colours[i] = known ? static_cast<uint16_t>(colour) : uint16_t{0};
+        if (!known && first == count) {
+            first = i;
+        }
+    }
+    return first;
 }
 
 }  // namespace app

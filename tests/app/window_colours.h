@@ -4,13 +4,14 @@
 // VELMORA_COLOURS=spread in the environment the bits are spread over the whole byte instead, so
 // that 0xFFFF is 0xFFFFFF: the layer over SDL 2 does so.
 
+#include <cstddef>
 #include <cstdint>
-#include <optional>
 
 namespace app {
 
 uint32_t storedColour(uint16_t colour);
-// The colour that is stored as that; nothing for a pixel that no colour becomes.
-std::optional<uint16_t> colourStored(uint32_t pixel);
+// The colours of a row of such pixels. Answers the place of the first pixel that no colour becomes,
+// `count` when there is none; black stands for every such pixel.
+size_t coloursStored(const uint32_t* pixels, size_t count, uint16_t* colours);
 
 }  // namespace app
