@@ -18,6 +18,7 @@ const char* program() {
 }
 
 const int kLongPictureMs = 80 * slowness();  // two pictures and more
+constexpr int kPicturesToRest = 25;          // within so many a program rests that ever does
 constexpr int kPicturesPerTrack = 6;         // steps of loading one small clip, and one to spare
 
 }  // namespace
@@ -161,20 +162,29 @@ void Stage::failOnStrange(const Shot& shot) {
 }
 
 // A picture may reach the server in parts: they are all there when the program rests. Where it has
-// no time to rest, what stays the same picture for long enough has to do.
+// no time to rest, what stays the same picture for as long as the look takes has to do.
 Shot Stage::inStep(const std::function<Shot()>& take, int* pictures) {
     Shot shot;
-    const auto nothingBetween = [&](bool resting) {
+    bool taken = false;
+    const int last = picturesBegun() + (restless_ ? 1 : kPicturesToRest);
+    const auto takenAtRest = [&] {
         const int begun = picturesBegun();
         *pictures = picturesShown();
-        if (resting && begun != *pictures) {
-            return false;
+        if (begun == *pictures) {
+            shot = take();
+            taken = picturesBegun() == begun;
         }
-        shot = take();
-        return resting ? picturesBegun() == begun : picturesShown() == *pictures;
+        return taken || begun > last || !running();
     };
-    if (!waitUntil([&] { return nothingBetween(true); }, kLongPictureMs, 1)) {
-        waitUntil([&] { return nothingBetween(false); }, kLongPictureMs, 1);
+    const auto takenOfOne = [&] {
+        *pictures = picturesShown();
+        shot = take();
+        return picturesShown() == *pictures;
+    };
+    waitUntil(takenAtRest, kPatienceMs, 1);
+    restless_ = !taken;
+    if (!taken) {
+        waitUntil(takenOfOne, kPatienceMs, 1);
     }
     return shot;
 }

@@ -107,6 +107,7 @@ private:
     Screen screen_;
     Frames frames_{folder.path() + "/frames"};
     bool strangeSeen_ = false;
+    bool restless_ = false;  // the program had no time to rest when it was last looked at
 };
 
 }  // namespace app

@@ -133,12 +133,6 @@ TEST_F(Modes, CompositeOddHeight_PictureIsShiftedByHalfARow) {
     expectAllModes(clips_.first, clips_.second, app::keyed(clips_.first, clips_.second));
 }
 
-TEST_F(Modes, Display24BitsDeep_ShowsTheSamePixels) {
-    start({1280, 720, 24});
-    forward(1);
-    expectAllModes(clips_.first, clips_.second, app::keyed(clips_.first, clips_.second));
-}
-
 // The window is smaller than the display and stays at the picture's size.
 TEST_F(Modes, LargerDisplay_WindowShowsTheSamePixels) {
     start({1920, 1080});

@@ -20,6 +20,10 @@ using app::WindowPlace;
 constexpr uint16_t kCover = 0x07E0;  // full green, which home has nowhere
 constexpr int kWhile = 4;            // pictures for which something stays as it is
 
+Screen screenOf(int width, int height) {
+    return {width, height, app::usualDepth(24)};
+}
+
 // The window's picture with its top left at (left, top) of a black screen.
 Shot onScreen(const Shot& window, int left, int top, Screen screen) {
     Shot result = app::blackShot(screen.width, screen.height);
@@ -42,9 +46,9 @@ Shot covered(Shot screen, WindowPlace place) {
 
 class Window : public testing::Test {
 protected:
-    void start(Screen screen = {}) {
-        display = screen;
-        stage_ = std::make_unique<Stage>(screen);
+    void start(int width = 1280, int height = 720) {
+        display = screenOf(width, height);
+        stage_ = std::make_unique<Stage>(display);
         stage().startAtHome();
         stage().passPictures(kWhile);
         home = stage().look();
@@ -81,7 +85,7 @@ private:
 // With the options, for another size.
 class WindowSize : public app::OptionsPages {
 protected:
-    WindowSize() : OptionsPages({1280, 800}) {}
+    WindowSize() : OptionsPages(screenOf(1280, 1024)) {}
 };
 
 }  // namespace
@@ -126,7 +130,7 @@ TEST_F(Window, MovedPartlyOffTheScreenAndBack_IsWhole) {
 }
 
 TEST_F(Window, MovedUnderAnotherAndBack_IsWhole) {
-    start({1600, 900});
+    start(1600, 900);
     const WindowPlace place = {0, 500, 300, 400, 300};
     const unsigned long other = link().cover(place, kCover);
     const unsigned long window = stage().window().id;
@@ -167,7 +171,7 @@ TEST_F(Window, FullScreenOfAStillPicture_IsWholeThereAndBack) {
 
 // No mode of the display has the window's size: the picture stands in the middle of a larger one.
 TEST_F(Window, FullScreenOfALargerDisplay_IsBlackAround) {
-    start({1600, 900});
+    start(1600, 900);
     const Shot before = stage().lookAtScreen();
     stage().tap(XK_f);
     expectScreen(onScreen(home, 160, 90, display), "full screen");

@@ -10,20 +10,27 @@ namespace {
 
 constexpr uint32_t kColours = 65536;
 
-// The uppermost bits once more in the place of the missing ones, or zeros.
-uint32_t widened(uint32_t field, int bits, bool spread) {
-    const int missing = 8 - bits;
-    return field << missing | (spread ? field >> (bits - missing) : 0);
+uint32_t joined(uint32_t red, uint32_t green, uint32_t blue) {
+    return red << 16 | green << 8 | blue;
+}
+
+uint32_t shifted(uint32_t red, uint32_t green, uint32_t blue) {
+    return joined(red << 3, green << 2, blue << 3);
+}
+
+// SDL 2 looks up the colour's two bytes and adds what it finds: the two halves of green are rounded
+// down one by one.
+uint32_t spread(uint32_t red, uint32_t green, uint32_t blue) {
+    return joined(red * 255 / 31, (green & 0x38) * 255 / 63 + (green & 7) * 255 / 63,
+                  blue * 255 / 31);
 }
 
 std::vector<uint32_t> makeTable() {
-    const char* way = getenv("VELMORA_COLOURS");
-    const bool spread = way != nullptr && strcmp(way, "spread") == 0;
+    const char* name = getenv("VELMORA_COLOURS");
+    const auto way = name != nullptr && strcmp(name, "spread") == 0 ? spread : shifted;
     std::vector<uint32_t> table;
     for (uint32_t colour = 0; colour < kColours; ++colour) {
-        table.push_back(widened(colour >> 11, 5, spread) << 16 |
-                        widened(colour >> 5 & 63, 6, spread) << 8 |
-                        widened(colour & 31, 5, spread));
+        table.push_back(way(colour >> 11, colour >> 5 & 63, colour & 31));
     }
     return table;
 }

@@ -1,8 +1,8 @@
 #pragma once
 // What a window of 24 bits stores for each RGB565 colour: the one place that knows. Red, green and
 // blue stand in the top bits of their bytes and zeros below them: 0xFFFF is 0xF8FCF8. With
-// VELMORA_COLOURS=spread in the environment the bits are spread over the whole byte instead, so
-// that 0xFFFF is 0xFFFFFF: the layer over SDL 2 does so.
+// VELMORA_COLOURS=spread in the environment they are spread over their bytes as the layer over SDL
+// 2 does it: 0xFFFF is 0xFFFEFF.
 
 #include <cstddef>
 #include <cstdint>

@@ -59,9 +59,9 @@ bool answers(const std::string& number) {
 
 }  // namespace
 
-int usualDepth() {
+int usualDepth(int otherwise) {
     const char* depth = getenv("VELMORA_DEPTH");
-    return depth != nullptr ? atoi(depth) : 16;
+    return depth != nullptr ? atoi(depth) : otherwise;
 }
 
 XServer::XServer(Screen screen) {

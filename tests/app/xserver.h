@@ -8,8 +8,8 @@
 
 namespace app {
 
-// Bits a pixel where a test does not say: 16, or VELMORA_DEPTH of the environment.
-int usualDepth();
+// Bits a pixel where a test does not insist: VELMORA_DEPTH of the environment, else what it says.
+int usualDepth(int otherwise = 16);
 
 struct Screen {
     int width = 1280;
