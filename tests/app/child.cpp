@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -26,6 +27,14 @@ bool isForeign(const char* entry) {
         }
     }
     return false;
+}
+
+// Of two entries for one variable a program may take either.
+bool isNamed(const std::vector<std::string>& entries, const char* entry) {
+    const size_t name = strcspn(entry, "=") + 1;
+    return std::any_of(entries.begin(), entries.end(), [&](const std::string& other) {
+        return strncmp(other.c_str(), entry, name) == 0;
+    });
 }
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
@@ -70,7 +79,7 @@ void Child::start(const ChildSetup& setup) {
     std::vector<std::string> command = setup.command;
     std::vector<std::string> environment = setup.environment;
     for (char** entry = environ; *entry != nullptr; ++entry) {
-        if (!isForeign(*entry)) {
+        if (!isForeign(*entry) && !isNamed(setup.environment, *entry)) {
             environment.emplace_back(*entry);
         }
     }

@@ -18,7 +18,7 @@ const char* program() {
 }
 
 const int kLongPictureMs = 80 * slowness();  // two pictures and more
-constexpr int kPicturesToRest = 25;          // within so many a program rests that ever does
+constexpr int kPicturesToRest = 10;          // within so many a program rests that ever does
 constexpr int kPicturesPerTrack = 6;         // steps of loading one small clip, and one to spare
 
 }  // namespace
