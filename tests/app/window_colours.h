@@ -1,8 +1,6 @@
 #pragma once
 // What a window of 24 bits stores for each RGB565 colour: the one place that knows. Red, green and
-// blue stand in the top bits of their bytes and zeros below them: 0xFFFF is 0xF8FCF8. With
-// VELMORA_COLOURS=spread in the environment they are spread over their bytes as the layer over SDL
-// 2 does it: 0xFFFF is 0xFFFEFF.
+// blue stand in the top bits of their bytes and zeros below them: 0xFFFF is 0xF8FCF8.
 
 #include <cstddef>
 #include <cstdint>
