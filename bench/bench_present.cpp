@@ -96,17 +96,10 @@ Cost measure(const Road& road, const Motion& motion, SDL_Surface* surface, const
     return best;
 }
 
-double copyTime() {
-    const std::vector<char> from(kWideBytes, 1);
-    std::vector<char> to(kWideBytes);
-    double best = 1e12;
-    for (int i = 0; i < kRounds * 10; ++i) {
-        const double start = ownTime();
-        memcpy(to.data(), from.data(), to.size());
-        best = std::min(best, ownTime() - start);
-        usleep(kPauseMs * 1000);
-    }
-    return best;
+// The bytes that reach the server, copied once.
+Road copying() {
+    return {"memcpy", [from = std::vector<char>(kWideBytes, 1), to = std::vector<char>(kWideBytes)](
+                          SDL_Surface*) mutable { memcpy(to.data(), from.data(), to.size()); }};
 }
 
 // What stands in the window, against the surface: the number of pixels that differ in colour.
@@ -161,7 +154,7 @@ int main(int argc, char** argv) {
         presentAnew();
         check(road, surface);
     }
-    const double copy = copyTime();
+    const double copy = measure(copying(), kMotions[0], surface, argv[1], pictures).program;
     printf("a copy of %.1f MB: %.0f microseconds\n\n", static_cast<double>(kWideBytes) / 1e6, copy);
     printf("%-16s %-16s %8s %8s %8s  copies\n", "microseconds", "changed", "program", "server",
            "both");
