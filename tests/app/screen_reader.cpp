@@ -44,7 +44,7 @@ std::vector<XColor> colourMap(Display* display) {
 
 }  // namespace
 
-Shot ScreenReader::look(int x, int y, int width, int height) {
+std::shared_ptr<XImage> ScreenReader::capture(int x, int y, int width, int height) {
     const int screen = DefaultScreen(display_);
     const int right = std::min(x + width, DisplayWidth(display_, screen));
     const int bottom = std::min(y + height, DisplayHeight(display_, screen));
@@ -52,24 +52,27 @@ Shot ScreenReader::look(int x, int y, int width, int height) {
     y = std::max(y, 0);
     width = right - x;
     height = bottom - y;
-    XImage* image =
+    XImage* const image =
         XGetImage(display_, DefaultRootWindow(display_), x, y, static_cast<unsigned>(width),
                   static_cast<unsigned>(height), AllPlanes, ZPixmap);
     if (image == nullptr) {
         throw std::runtime_error("the X server does not show the screen");
     }
-    Shot shot = blackShot(width, height);
-    if (isRgb565(*image)) {
-        for (int row = 0; row < height; ++row) {
-            memcpy(&shot.at(0, row), rowOf(*image, row),
-                   static_cast<size_t>(width) * sizeof(uint16_t));
+    return {image, [](XImage* taken) { XDestroyImage(taken); }};
+}
+
+Shot ScreenReader::read(XImage& image) const {
+    Shot shot = blackShot(image.width, image.height);
+    if (isRgb565(image)) {
+        for (int row = 0; row < shot.height; ++row) {
+            memcpy(&shot.at(0, row), rowOf(image, row),
+                   static_cast<size_t>(shot.width) * sizeof(uint16_t));
         }
-    } else if (isRgb888(*image)) {
-        readExactly(*image, shot);
+    } else if (isRgb888(image)) {
+        readExactly(image, shot);
     } else {
-        readNearly(*image, shot);
+        readNearly(image, shot);
     }
-    XDestroyImage(image);
     return shot;
 }
 

@@ -136,7 +136,7 @@ Shot Stage::look() {
 Shot Stage::lookInStep(int* pictures) {
     const auto take = [this] {
         const WindowPlace place = window();
-        return link_->look(place.x, place.y, place.width, place.height);
+        return link_->capture(place.x, place.y, place.width, place.height);
     };
     const Shot shot = inStep(take, pictures);
     failOnStrange(shot);
@@ -148,7 +148,7 @@ Shot Stage::lookAtScreen() {
     return inStep(
         [this] {
             window();
-            return link_->look(0, 0, screen_.width, screen_.height);
+            return link_->capture(0, 0, screen_.width, screen_.height);
         },
         &unused);
 }
@@ -163,8 +163,8 @@ void Stage::failOnStrange(const Shot& shot) {
 
 // A picture may reach the server in parts: they are all there when the program rests. Where it has
 // no time to rest, what stays the same picture for as long as the look takes has to do.
-Shot Stage::inStep(const std::function<Shot()>& take, int* pictures) {
-    Shot shot;
+Shot Stage::inStep(const std::function<Capture()>& take, int* pictures) {
+    Capture shot;
     bool taken = false;
     const int last = picturesBegun() + (restless_ ? 1 : kPicturesToRest);
     const auto takenAtRest = [&] {
@@ -186,7 +186,7 @@ Shot Stage::inStep(const std::function<Shot()>& take, int* pictures) {
     if (!taken) {
         waitUntil(takenOfOne, kPatienceMs, 1);
     }
-    return shot;
+    return shot();
 }
 
 bool Stage::lookUntil(const std::function<bool(const Shot&)>& right, int timeoutMs, Shot* last) {

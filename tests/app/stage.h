@@ -94,7 +94,8 @@ public:
 
 private:
     void startProgram(unsigned long addressSpace);
-    Shot inStep(const std::function<Shot()>& take, int* pictures);
+    using Capture = std::function<Shot()>;  // taken, and to be read
+    Shot inStep(const std::function<Capture()>& take, int* pictures);
     void failOnStrange(const Shot& shot);
     // Looks, and again after each picture, until the shot is right; false when it never was.
     bool lookUntil(const std::function<bool(const Shot&)>& right, int timeoutMs, Shot* last);

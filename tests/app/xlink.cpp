@@ -128,7 +128,12 @@ void XLink::button(bool down) {
 }
 
 Shot XLink::look(int x, int y, int width, int height) {
-    return x_->reader.look(x, y, width, height);
+    return capture(x, y, width, height)();
+}
+
+std::function<Shot()> XLink::capture(int x, int y, int width, int height) {
+    return
+        [this, image = x_->reader.capture(x, y, width, height)] { return x_->reader.read(*image); };
 }
 
 unsigned long XLink::cover(WindowPlace place, uint16_t colour) {

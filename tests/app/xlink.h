@@ -3,6 +3,7 @@
 // buttons as a performer would, looks at the screen, and does to windows what others do to them.
 // Positions are pixels of the screen. Keys are X key symbols (XK_a, XK_Left).
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -41,6 +42,8 @@ public:
 
     // The part of the rectangle that lies on the screen.
     Shot look(int x, int y, int width, int height);
+    // The same in two steps: taken at once, and read when it is called for, which takes longer.
+    std::function<Shot()> capture(int x, int y, int width, int height);
 
     // A window of another program, flat in that colour, in front of all others.
     unsigned long cover(WindowPlace place, uint16_t colour);
