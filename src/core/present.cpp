@@ -101,8 +101,8 @@ bool shareImage(size_t bytes) {
     if (memory < 0) {
         return false;
     }
-    void* const bytesThere = shmat(memory, nullptr, 0);
-    bool shared = bytesThere != reinterpret_cast<void*>(-1);
+    void* const attached = shmat(memory, nullptr, 0);
+    bool shared = attached != reinterpret_cast<void*>(-1);
     if (shared) {
         const xcb_shm_seg_t segment = xcb_generate_id(road.connection);
         const auto refusal = answer(xcb_request_check(
@@ -110,9 +110,9 @@ bool shareImage(size_t bytes) {
             xcb_shm_attach_checked(road.connection, segment, static_cast<uint32_t>(memory), 1)));
         shared = refusal == nullptr && xcb_connection_has_error(road.connection) == 0;
         if (shared) {
-            road.image = {static_cast<uint8_t*>(bytesThere), segment};
+            road.image = {static_cast<uint8_t*>(attached), segment};
         } else {
-            shmdt(bytesThere);
+            shmdt(attached);
         }
     }
     shmctl(memory, IPC_RMID, nullptr);
@@ -215,10 +215,23 @@ void watchWindow() {
                   &noNews);
 }
 
+void waitForServer() {
+    if (road.unread) {
+        answer(xcb_get_input_focus_reply(road.connection, road.read, nullptr));
+        road.unread = false;
+    }
+}
+
+// What the server still has to say of this window is not taken for news, or errors, of the next
+// one.
 void leaveRoad() {
     if (road.taken) {
+        waitForServer();
+        while (answer(xcb_poll_for_event(road.connection)) != nullptr) {
+        }
         freeImage();
         xcb_free_gc(road.connection, road.context);
+        xcb_flush(road.connection);
     }
     road.taken = false;
 }
@@ -235,10 +248,7 @@ bool connect(const SDL_SysWMinfo& info) {
 }
 
 void takeRoad(const SDL_SysWMinfo& info) {
-    if (!connect(info) || !lookAtWindow()) {
-        return;
-    }
-    if (!makeImage()) {
+    if (!connect(info) || !lookAtWindow() || !makeImage()) {
         return;
     }
     watchWindow();
@@ -267,13 +277,6 @@ bool hearNews() {
         road.wholePictures = kPicturesAfterNews;
     }
     return xcb_connection_has_error(road.connection) == 0;
-}
-
-void waitForServer() {
-    if (road.unread) {
-        answer(xcb_get_input_focus_reply(road.connection, road.read, nullptr));
-        road.unread = false;
-    }
 }
 
 void putThrough(int first, int count) {
