@@ -19,8 +19,8 @@
 #include "bench/synthetic_clip.h"
 #include "core/display.h"
 #include "marks.h"
-#include "mixer/output_fast.h"
-#include "mixer/widen.h"
+#include "px/output_fast.h"
+#include "px/widen.h"
 #include "tests/support/folder.h"
 
 namespace {

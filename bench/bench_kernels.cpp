@@ -13,12 +13,12 @@
 #include <vector>
 
 #include "common/limits.h"
-#include "mixer/fx.h"
-#include "mixer/fx_fast.h"
-#include "mixer/kernels.h"
-#include "mixer/kernels_fast.h"
-#include "mixer/output.h"
-#include "mixer/output_fast.h"
+#include "px/fx.h"
+#include "px/fx_fast.h"
+#include "px/kernels.h"
+#include "px/kernels_fast.h"
+#include "px/output.h"
+#include "px/output_fast.h"
 #include "timing.h"
 #include "vector_targets.h"
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "common/limits.h"
-#include "mixer/kernels_fast.h"
-#include "mixer/output_fast.h"
+#include "px/kernels_fast.h"
+#include "px/output_fast.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 
 void writeClip(const std::string& name, const std::vector<uint8_t>& bytes);
 

@@ -4,12 +4,12 @@
 
 #include <SDL.h>
 
-#include "clip/moxel.h"
 #include "common/limits.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "options/options.h"
 
 inline void createStage() {

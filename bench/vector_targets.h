@@ -9,7 +9,7 @@
 #ifdef VELMORA_HIGHWAY
 #include <hwy/highway.h>
 
-#include "mixer/vector_choice.h"
+#include "px/vector_choice.h"
 #endif
 
 struct VectorTarget {

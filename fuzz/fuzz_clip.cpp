@@ -6,7 +6,6 @@
 #include <cstring>
 #include <vector>
 
-#include "clip/moxel.h"
 #include "clip/paint.h"
 #include "clip/validate.h"
 #include "common/limits.h"
@@ -14,6 +13,7 @@
 #include "fuzz/input.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
+#include "moxel/moxel.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include <cstring>
 #include <vector>
 
-#include "clip/moxel.h"
 #include "clip/validate.h"
 #include "core/globals.h"
 #include "fuzz/input.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "tools/clip/encode/encoder.h"
 #include "tools/clip/examine/clip_frames.h"
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "fuzz/input.h"
-#include "mixer/kernels.h"
-#include "mixer/kernels_fast.h"
+#include "px/kernels.h"
+#include "px/kernels_fast.h"
 
 namespace {
 

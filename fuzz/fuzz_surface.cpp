@@ -6,9 +6,9 @@
 
 #include "common/limits.h"
 #include "fuzz/input.h"
-#include "mixer/kernels.h"
-#include "mixer/output.h"
-#include "mixer/output_fast.h"
+#include "px/kernels.h"
+#include "px/output.h"
+#include "px/output_fast.h"
 
 namespace {
 

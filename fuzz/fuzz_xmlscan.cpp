@@ -4,8 +4,8 @@
 // Input: the number of steps, a byte for each step (what to look for), then the text.
 #include <cstring>
 
+#include "files/xmlscan.h"
 #include "fuzz/input.h"
-#include "playlists/xmlscan.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include <cstdint>
 
-#include "mixer/output.h"
+#include "px/output.h"
 
 void updateResolution();  // the application size, same flags; surfaces cleared, screens placed anew
 void toggleFullScreen();  // the application size, full screen switched

@@ -15,7 +15,7 @@
 #include <new>
 
 #include "core/display.h"
-#include "mixer/widen.h"
+#include "px/widen.h"
 
 namespace {
 

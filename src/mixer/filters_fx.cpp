@@ -4,7 +4,7 @@
 
 #include "core/globals.h"
 #include "mixer/filters.h"
-#include "mixer/fx_fast.h"
+#include "px/fx_fast.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // What keys, mouse and controller do during the performance.
-#include "clip/moxel.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "input/keys.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
+#include "moxel/moxel.h"
 
 namespace {
 

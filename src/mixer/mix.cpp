@@ -2,15 +2,15 @@
 
 #include <cstring>
 
-#include "clip/moxel.h"
 #include "common/geometry.h"
 #include "common/rgb565.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
 #include "mixer/filters.h"
-#include "mixer/output.h"
+#include "moxel/moxel.h"
 #include "options/options.h"
+#include "px/output.h"
 
 namespace {
 

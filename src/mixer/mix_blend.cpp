@@ -1,12 +1,12 @@
 // The mixes, transitions and the scaler: kernels connected to the buffers and the video surface.
 #include <cstring>
 
-#include "clip/moxel.h"
 #include "core/display.h"
 #include "core/globals.h"
-#include "mixer/kernels_fast.h"
 #include "mixer/mix.h"
-#include "mixer/output_fast.h"
+#include "moxel/moxel.h"
+#include "px/kernels_fast.h"
+#include "px/output_fast.h"
 
 namespace {
 

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <string>
 
-#include "clip/moxel.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "draw/lib.h"
+#include "draw/ttf.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
-#include "ui/lib.h"
-#include "ui/ttf.h"
+#include "moxel/moxel.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include "core/globals.h"
 #include "input/keys.h"
 #include "input/slots.h"
+#include "layout/options_layout.h"
 #include "mixer/filters.h"
 #include "options/options.h"
-#include "options/options_layout.h"
 
 namespace {
 

@@ -15,8 +15,8 @@
 #include <string>
 
 #include "common/geometry.h"
-#include "options/options_layout.h"
-#include "playlists/userfile.h"
+#include "files/userfile.h"
+#include "layout/options_layout.h"
 
 class c_options {
 public:

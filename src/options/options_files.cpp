@@ -7,11 +7,11 @@
 #include "common/messages.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "files/xmlscan.h"
 #include "input/keys.h"
+#include "layout/options_layout.h"
 #include "mixer/filters.h"
 #include "options/options.h"
-#include "options/options_layout.h"
-#include "playlists/xmlscan.h"
 
 namespace {
 

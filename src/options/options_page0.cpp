@@ -2,10 +2,10 @@
 #include "common/limits.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "draw/lib.h"
+#include "layout/options_layout.h"
 #include "mixer/filters.h"
 #include "options/options.h"
-#include "options/options_layout.h"
-#include "ui/lib.h"
 
 namespace {
 

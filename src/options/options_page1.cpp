@@ -2,11 +2,11 @@
 #include "common/limits.h"
 #include "core/display.h"
 #include "core/globals.h"
+#include "draw/lib.h"
+#include "draw/ttf.h"
 #include "input/keys.h"
+#include "layout/options_layout.h"
 #include "options/options.h"
-#include "options/options_layout.h"
-#include "ui/lib.h"
-#include "ui/ttf.h"
 
 namespace {
 

@@ -8,12 +8,12 @@
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
+#include "draw/picture.h"
+#include "draw/ttf.h"
 #include "input/keys.h"
+#include "layout/options_layout.h"
 #include "mixer/filters.h"
 #include "options/options.h"
-#include "options/options_layout.h"
-#include "ui/picture.h"
-#include "ui/ttf.h"
 
 namespace {
 

@@ -14,9 +14,9 @@
 
 #include "clip/survey.h"
 #include "common/limits.h"
-#include "playlists/press_gate.h"
-#include "playlists/scroll.h"
-#include "playlists/userfile.h"
+#include "files/userfile.h"
+#include "layout/press_gate.h"
+#include "layout/scroll.h"
 
 class PagePainter;
 class c_moxel;

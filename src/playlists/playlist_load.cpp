@@ -1,8 +1,8 @@
 // Fills the clip slots with a playlist, one bounded step a frame.
 #include "clip/load_cost.h"
-#include "clip/moxel.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "moxel/moxel.h"
 #include "playlists/playlist.h"
 
 namespace {

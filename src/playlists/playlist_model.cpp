@@ -5,11 +5,11 @@
 #include <climits>
 #include <tuple>
 
-#include "clip/moxel.h"
 #include "common/memory.h"
 #include "common/messages.h"
 #include "core/globals.h"
-#include "playlists/page_layout.h"
+#include "layout/page_layout.h"
+#include "moxel/moxel.h"
 #include "playlists/playlist.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // playlists.xml: reading with the scanner, writing as a whole.
 #include "common/memory.h"
 #include "common/messages.h"
+#include "files/xmlscan.h"
 #include "playlists/playlist.h"
-#include "playlists/xmlscan.h"
 
 namespace {
 

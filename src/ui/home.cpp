@@ -7,9 +7,9 @@
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
+#include "draw/picture.h"
+#include "draw/ttf.h"
 #include "playlists/playlist.h"
-#include "ui/picture.h"
-#include "ui/ttf.h"
 
 namespace {
 

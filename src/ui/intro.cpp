@@ -3,8 +3,8 @@
 #include "common/geometry.h"
 #include "core/all.h"
 #include "core/globals.h"
-#include "ui/introfade.h"
-#include "ui/picture.h"
+#include "draw/picture.h"
+#include "px/introfade.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include "core/all.h"
 #include "core/globals.h"
+#include "draw/lib.h"
+#include "draw/ttf.h"
 #include "playlists/playlist.h"
-#include "ui/lib.h"
-#include "ui/ttf.h"
 
 namespace {
 

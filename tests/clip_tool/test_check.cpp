@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "clip_tool/pictures.h"
-#include "model/vectors.h"
+#include "pure/vectors.h"
 #include "support/folder.h"
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/errors.h"

@@ -5,9 +5,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include "draw/picture.h"
 #include "faults/hands.h"
-#include "playlists/page_layout.h"
-#include "ui/picture.h"
+#include "layout/page_layout.h"
 
 namespace faults {
 

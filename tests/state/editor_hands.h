@@ -6,9 +6,9 @@
 
 #include <cctype>
 
-#include "playlists/page_layout.h"
+#include "draw/picture.h"
+#include "layout/page_layout.h"
 #include "state/stage.h"
-#include "ui/picture.h"
 
 struct Spot {
     int x;

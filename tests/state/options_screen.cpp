@@ -1,6 +1,6 @@
 #include "state/options_screen.h"
 
-#include "ui/picture.h"
+#include "draw/picture.h"
 
 const char* joystickName = nullptr;
 

@@ -22,4 +22,4 @@ extern "C" void srand(unsigned seed) noexcept {
 }
 
 #define main velmoraMain
-#include "core/main.cpp"
+#include "main.cpp"

@@ -9,15 +9,17 @@
 #include <string>
 #include <vector>
 
-#include "clip/moxel.h"
 #include "common/limits.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
-#include "core/mainloop.h"
+#include "draw/lib.h"
+#include "draw/ttf.h"
 #include "input/keys.h"
+#include "mainloop.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "options/options.h"
 #include "playlists/playlist.h"
 #include "state/drawing.h"
@@ -25,9 +27,7 @@
 #include "support/folder.h"
 #include "ui/home.h"
 #include "ui/intro.h"
-#include "ui/lib.h"
 #include "ui/overmenu.h"
-#include "ui/ttf.h"
 
 // What `act` prints on standard output.
 std::string printedBy(const std::function<void()>& act);

@@ -1,5 +1,5 @@
 // The playlist screen without a mouse: by keyboard alone, by pad alone.
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 #include "state/editor_hands.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // The second click of a double click, the wheel, and clocks that jump: what must not happen.
-#include "clip/moxel.h"
-#include "playlists/press_gate.h"
+#include "layout/press_gate.h"
+#include "moxel/moxel.h"
 #include "state/editor_hands.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 #include "state/editor_hands.h"
 
 namespace {

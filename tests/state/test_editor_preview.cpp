@@ -1,7 +1,7 @@
 // The preview: which clip, its pixels, its texts, its end.
 #include <sys/stat.h>
 
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 #include "state/editor_hands.h"
 
 namespace {

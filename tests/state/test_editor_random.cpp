@@ -2,7 +2,7 @@
 // its lists.
 #include <random>
 
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 #include "state/editor_hands.h"
 #include "support/seed.h"
 

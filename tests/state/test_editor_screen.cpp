@@ -1,5 +1,5 @@
 // What the playlist screen draws.
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 #include "state/editor_page.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // The page of one playlist: tracks, files explorer, confirm and back.
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 #include "state/editor_hands.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // The home menu's picture, against one composed here from its parts.
 #include "ui/home.h"
 
+#include "draw/picture.h"
 #include "state/stage.h"
-#include "ui/picture.h"
 
 namespace {
 

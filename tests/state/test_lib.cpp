@@ -1,5 +1,5 @@
 // Rectangles, translucent boxes and buttons.
-#include "ui/lib.h"
+#include "draw/lib.h"
 
 #include "state/stage.h"
 

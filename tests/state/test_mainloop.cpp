@@ -1,5 +1,5 @@
 // One turn of the program: when it runs, what it draws and shows.
-#include "core/mainloop.h"
+#include "mainloop.h"
 
 #include "state/stage.h"
 

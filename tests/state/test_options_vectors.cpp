@@ -1,7 +1,7 @@
 // Preferences and controller map: reading and writing against files whose result is known.
 #include <zlib.h>
 
-#include "model/vectors.h"
+#include "pure/vectors.h"
 #include "state/stage.h"
 
 namespace {

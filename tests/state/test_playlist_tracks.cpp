@@ -1,5 +1,5 @@
 // Tracks added, removed and moved, and the file explorer.
-#include "model/vectors.h"
+#include "pure/vectors.h"
 #include "state/stage.h"
 
 namespace {

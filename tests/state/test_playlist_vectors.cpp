@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "model/vectors.h"
+#include "pure/vectors.h"
 #include "state/stage.h"
 
 namespace {

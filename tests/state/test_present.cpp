@@ -2,7 +2,7 @@
 #include "core/present.h"
 
 #include "core/display.h"
-#include "mixer/widen.h"
+#include "px/widen.h"
 #include "state/stage.h"
 
 namespace {

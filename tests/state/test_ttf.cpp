@@ -1,5 +1,5 @@
 // Text and numbers, against the same font opened apart from the program.
-#include "ui/ttf.h"
+#include "draw/ttf.h"
 
 #include "state/stage.h"
 

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "clip/moxel.h"
 #include "common/limits.h"
 #include "core/globals.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "tests/support/folder.h"
 
 class ClipStage {

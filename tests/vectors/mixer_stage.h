@@ -12,11 +12,11 @@
 
 #include <gtest/gtest.h>
 
-#include "clip/moxel.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "options/options.h"
 #include "tests/support/frames.h"
 

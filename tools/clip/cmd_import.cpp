@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "common/limits.h"
-#include "playlists/xmlscan.h"
+#include "files/xmlscan.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 #include "tools/clip/errors.h"

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "common/limits.h"
-#include "playlists/clipname.h"
+#include "layout/clipname.h"
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/examine/check_files.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "playlists/clipname.h"
+#include "layout/clipname.h"
 #include "tools/clip/interrupt.h"
 
 namespace maker {

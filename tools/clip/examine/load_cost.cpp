@@ -1,6 +1,6 @@
 #include "tools/clip/examine/load_cost.h"
 
-#include "clip/moxel.h"
+#include "moxel/moxel.h"
 
 namespace maker {
 

@@ -6,7 +6,7 @@
 #include <pugixml.hpp>
 
 #include "common/limits.h"
-#include "playlists/xmlscan.h"
+#include "files/xmlscan.h"
 
 namespace maker {
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <set>
 
-#include "playlists/page_layout.h"
+#include "files/xmlscan.h"
+#include "layout/page_layout.h"
 #include "playlists/playlist.h"
-#include "playlists/xmlscan.h"
 #include "tools/clip/atomic_file.h"
 #include "tools/clip/errors.h"
 #include "tools/clip/library/clip_names.h"

@@ -1,0 +1,100 @@
+// The keys of the name page. The keyboard's letters write, so that none of them switches anything
+// there; the lit key of the screen is typed by Space and by the pad.
+#include <SDL.h>
+
+#include <cctype>
+#include <cstring>
+
+#include "editor/editor_input.h"
+#include "input/keys.h"
+#include "input/slots.h"
+#include "layout/page_layout.h"
+#include "playlists/playlist.h"
+
+namespace {
+
+// The key of the screen that writes this character, small or capital; -1 none.
+int keyOf(c_playlist& editor, int character) {
+    for (int key = 0; key < page::kKeyDel; ++key) {
+        if (std::tolower(character) == editor.edit_char(key)[0]) {
+            return key;
+        }
+    }
+    return -1;
+}
+
+// Without a character of its layout a key stands for its symbol.
+int characterOf(const TypedKey& typed) {
+    const int character = typed.character != 0 ? typed.character : typed.symbol;
+    return character > 0 && character < 128 ? character : 0;
+}
+
+void useLit(c_playlist& editor) {
+    if (editor.focus != page::kNoButton) {
+        editor.useFocused();
+    } else if (editor.keyUnderPointer >= 0) {
+        editor.typeKey(editor.keyUnderPointer);
+    }
+}
+
+void type(c_playlist& editor, const TypedKey& typed) {
+    editor.notice.clear();
+    switch (typed.symbol) {
+        case SDLK_BACKSPACE:
+            editor.typeKey(page::kKeyDel);
+            return;
+        case SDLK_RETURN:
+        case SDLK_KP_ENTER:
+            // On a button that the arrows chose it means that button.
+            if (editor.focus != page::kNoButton) {
+                editor.useFocused();
+            } else {
+                editor.typeKey(page::kKeyOk);
+            }
+            // Held, it saves once.
+            editor.muted = 1;
+            return;
+        case SDLK_SPACE:
+            useLit(editor);
+            return;
+        case SDLK_ESCAPE:
+            editor.goBack();
+            editor.muted = 1;
+            return;
+        default:
+            break;
+    }
+    const int key = keyOf(editor, characterOf(typed));
+    if (key >= 0) {
+        editor.typeKey(key);
+    }
+}
+
+}  // namespace
+
+// The page may end with any of them: what follows in the same frame is not for the next one.
+void writeName(const c_keys& input, c_playlist& editor) {
+    for (int i = 0; i < input.typedCount && editor.takesLetters() && editor.muted == 0; ++i) {
+        type(editor, input.typed[i]);
+    }
+    if (!editor.takesLetters()) {
+        return;
+    }
+    moveByArrows(input, editor);
+    if (input.pressed(PAD_BACK)) {
+        editor.notice.clear();
+        editor.goBack();
+    } else if (input.pressed(PAD_CONFIRM)) {
+        editor.notice.clear();
+        useLit(editor);
+    }
+}
+
+bool escapes(const c_keys& input, const c_playlist& editor) {
+    for (int i = 0; i < input.typedCount && editor.muted == 0; ++i) {
+        if (input.typed[i].symbol == SDLK_ESCAPE) {
+            return true;
+        }
+    }
+    return false;
+}

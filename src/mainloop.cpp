@@ -1,0 +1,171 @@
+#include "mainloop.h"
+
+#include <SDL.h>
+
+#include <cstdio>
+
+#include "common/memory.h"
+#include "common/messages.h"
+#include "core/all.h"
+#include "core/display.h"
+#include "core/globals.h"
+#include "core/pacing.h"
+#include "core/present.h"
+#include "draw/ttf.h"
+#include "input/keys.h"
+#include "mixer/mix.h"
+#include "moxel/moxel.h"
+#include "options/options.h"
+#include "playlists/playlist.h"
+#include "ui/home.h"
+#include "ui/intro.h"
+#include "ui/overmenu.h"
+
+namespace {
+
+constexpr int kFpsX = 20;
+constexpr int kFpsY = 20;
+constexpr int kFpsFont = 1;
+constexpr int kWhiteRgb = 0x00FFFFFF;
+constexpr int16_t kLoadingLineY = 7;
+constexpr uint16_t kLoadingLineColour = 0xFFFF;
+
+// Guard: a slot that is not ready, or a frame past its end, is never drawn.
+bool canDraw(const MixLayer& layer) {
+    const c_moxel& clip = moxel[layer.deck];
+    return clip.state == CLIP_READY && layer.frame >= 0 && layer.frame < clip.frameCount;
+}
+
+void drawLayers() {
+    const MixLayer& top = mix->layer[1];
+    const MixLayer& bottom = mix->layer[0];
+    if (canDraw(top)) {
+        moxel[top.deck].renderMoxel19(1, top.frame, mix->mode);
+    }
+    // With the same clip on both layers the bottom one stays as it was drawn last.
+    if (mix->mode != MODE_TOP && bottom.deck != top.deck && canDraw(bottom)) {
+        moxel[bottom.deck].renderMoxel19(0, bottom.frame, mix->mode);
+    }
+}
+
+void drawLoadingLine() {
+    const int tracks = playlist->familles[playlist->currentFamille].nbTracks;
+    if (playlist->loading == 0 || playlist->loadTrack >= tracks || _options->topbar == 0) {
+        return;
+    }
+    const int64_t width = int64_t{all->appW} * playlist->loadTrack / tracks;
+    SDL_Rect line = {0, kLoadingLineY, static_cast<uint16_t>(width), 1};
+    SDL_FillRect(screen[1], &line, surfaceColour(screen[1], kLoadingLineColour));
+}
+
+// What panel and list drew beside the last picture is not under the next one.
+void clearBesidePicture() {
+    const VideoOutput output;
+    px::blackenOutside(output.view());
+}
+
+void drawMix() {
+    playlist->loopLoadPlaylist();
+    if (playlist->loadSlot == 0) {
+        SDL_FillRect(screen[1], nullptr, 0);
+    } else if (moxel[mix->layer[1].deck].state == CLIP_READY) {
+        drawLayers();
+        clearBesidePicture();
+        const MixLayer& active = mix->layer[mix->activeLayer];
+        mix->finRender(active.frame, moxel[active.deck].frameCount);
+        mix->lecture();
+        mix->drawUI();
+        drawLoadingLine();
+    }
+    if (all->subState == SUB_OVERMENU) {
+        overMenu->drawOverMenu(screen[1]);
+    }
+}
+
+// A screen that is entered finds nothing of the one before beside its picture or behind it. Mix and
+// options clear the video surface themselves.
+void clearForNewScreen() {
+    if (all->state == all->shown) {
+        return;
+    }
+    all->shown = all->state;
+    if (all->state == STATE_HOME || all->state == STATE_PLAYLISTS) {
+        clearSurfaces();
+    }
+}
+
+void drawScreen() {
+    clearForNewScreen();
+    switch (all->state) {
+        case STATE_INTRO:
+            _intro->draw(screen[0]);
+            if (_intro->counter == 0) {
+                all->state = STATE_HOME;
+            }
+            break;
+        case STATE_HOME:
+            _home->draw(screen[0]);
+            break;
+        case STATE_PLAYLISTS:
+            playlist->draw(screen[0], _textureUI);
+            break;
+        case STATE_MIX:
+            drawMix();
+            break;
+        case STATE_OPTIONS:
+            _options->draw(screen[1], _textureUI);
+            break;
+        default:
+            break;
+    }
+    if (all->state == STATE_MIX && _options->fps != 0) {
+        ttf->drawIntH(screen[1], fps, kFpsX, kFpsY, kWhiteRgb, kFpsFont);
+    }
+}
+
+void showFrame() {
+    if (all->state != STATE_MIX && all->state != STATE_OPTIONS) {
+        putPicture(screen[0], screen[1], 0, 0);
+    }
+    present(screen[1]);
+}
+
+// What cannot have its memory is left undone, and the frame shows what is there; the next one tries
+// again. Said once for as long as it lasts.
+void actAndDraw() {
+    static bool wasShort = false;
+    const bool isShort = !withinMemory([] {
+        keys->updateGKeys();
+        keys->actions();
+        drawScreen();
+    });
+    if (isShort && !wasShort) {
+        puts(msg::kNoMemory);
+    }
+    wasShort = isShort;
+}
+
+}  // namespace
+
+int mainLoop() {
+    // Deliberate: the rate is set anew before it is read, so the speed keys of the mix screen write
+    // it without any effect on the pace. [quirk_speed_keys_do_not_change_the_pace]
+    mix->targetFps = kStagePace;
+    const int now = static_cast<int>(SDL_GetTicks());
+    tempsActuel = now;
+    const int interval = frameInterval(mix->targetFps);
+    if (!frameDue(now, tempsPrecedent, interval)) {
+        SDL_Delay(static_cast<uint32_t>(untilFrame(now, tempsPrecedent, interval)));
+        return isExit;
+    }
+    // A clock that was set back tells no rate: the last one stands.
+    if (now > tempsPrecedent) {
+        fps = frameRate(now - tempsPrecedent);
+    }
+    tempsPrecedent = now;
+
+    mix->nbDecks = playlist->loadSlot;
+    actAndDraw();
+    showFrame();
+    return isExit;
+}

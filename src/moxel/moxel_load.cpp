@@ -1,0 +1,302 @@
+// The staged loading of a clip: what is read in which step, and what is refused.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "clip/mapbuild.h"
+#include "clip/reader.h"
+#include "common/memory.h"
+#include "common/messages.h"
+#include "moxel/moxel.h"
+
+namespace {
+
+// Null for what is not a regular file: a pipe would hold the program up for good. `errno` is ENOMEM
+// when it was for want of memory, and then alone.
+FILE* openClip(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    struct stat facts;
+    if (fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        close(descriptor);
+        errno = EINVAL;
+        return nullptr;
+    }
+    FILE* file = fdopen(descriptor, "rb");
+    if (file == nullptr) {
+        close(descriptor);
+        errno = ENOMEM;
+    }
+    return file;
+}
+
+int32_t refuseForMemory() {
+    puts(msg::kNoMemoryForClip);
+    return 0;
+}
+
+// A file that cannot be opened for the check is passed over silently, unless memory is short.
+int32_t refuseUnopened() {
+    return errno == ENOMEM ? refuseForMemory() : 0;
+}
+
+}  // namespace
+
+void c_moxel::init(const std::string&, const std::string& clipName) {
+    const bool named = withinMemory([&] {
+        name = clipName;
+        path = "./videos/";
+        path += name;
+    });
+    if (!named) {
+        // No file has this path: loading it is refused.
+        puts(msg::kNoMemoryForClip);
+        name.clear();
+        path.clear();
+    }
+    mapWords = 1;
+    codeWordsInBlock = 1;
+    recordWords = 1;
+    recordCount = 1;
+    redrawCount = 2;
+    state = CLIP_LOADING;
+    ownHeader = {};
+    hasRAM = 0;
+    loadStage = 0;
+    recordsDone = 0;
+    lastRecordLength = 0;
+    recordOffset = 0;
+    mapOffset = 0;
+    width = kFrameWidth;
+}
+
+int32_t c_moxel::takeHeader(const clip::FileHeader& header) {
+    version = header.version;
+    if (version != clip::kVersion) {
+        return 0;
+    }
+    quality = header.quality;
+    height = header.height;
+    alpha = header.alpha;
+    blockCount = header.blockCount;
+    frameCount = header.frameCount;
+    return clip::headerFits(header) ? 1 : 0;
+}
+
+int32_t c_moxel::miniLoad(const std::string& clipPath) {
+    FILE* sized = openClip(clipPath);
+    if (sized == nullptr) {
+        return refuseUnopened();
+    }
+    fseek(sized, 0, SEEK_END);
+    fileSize = static_cast<int32_t>(ftell(sized));
+    fclose(sized);
+
+    FILE* opened = openClip(clipPath);
+    if (opened == nullptr) {
+        return refuseUnopened();
+    }
+    takeHeader(clip::readFileHeader(opened));
+    fclose(opened);
+    return version == clip::kVersion ? 1 : 0;
+}
+
+// The file cannot be played: nothing of it stays open or allocated, and a further loopLoad() starts
+// from the beginning.
+int32_t c_moxel::refuse() {
+    killRAM();
+    loadStage = 0;
+    return 0;
+}
+
+void c_moxel::startBlock() {
+    recordWrite = blockRecords[currentBlock].get();
+    currentMap = blockMaps[currentBlock].get();
+}
+
+int32_t c_moxel::loopLoad(int budget) {
+    if (loadStage == 0) {
+        if (miniLoad(path) == 0) {
+            return 0;
+        }
+    } else {
+        // Guard: the playlists' scan may have read another file's header into this slot since the
+        // last step; the blocks that follow are those of the file that is open.
+        takeHeader(ownHeader);
+    }
+    switch (loadStage) {
+        case 0:
+            if (load19A() != 1 || load19AA() != 1) {
+                return refuse();
+            }
+            startBlock();
+            loadStage = 1;
+            return 1;
+        case 1:
+            if (load19B() != 1) {
+                return refuse();
+            }
+            loadStage = 2;
+            return 1;
+        case 2:
+            switch (load19C(budget)) {
+                case 0:
+                    return 1;
+                case 1:
+                    return finishBlock();
+                case 2:
+                    loadStage = 3;
+                    return 1;
+                default:
+                    return refuse();
+            }
+        case 3:
+            // The stage stays 3: loading a ready clip again repeats the expansion and answers 2.
+            expandMaps();
+            state = CLIP_READY;
+            return 2;
+        default:
+            return 1;
+    }
+}
+
+// The next block's header, runs, maps and codes are read in the call that ends a block.
+int32_t c_moxel::finishBlock() {
+    ++currentBlock;
+    if (load19AA() != 1) {
+        return refuse();
+    }
+    startBlock();
+    return load19B() == 1 ? 1 : refuse();
+}
+
+void c_moxel::expandMaps() {
+    unRLEAllMap19();
+    currentBlock = 0;
+}
+
+int32_t c_moxel::load19A() {
+    puts(path.c_str());
+    file = openClip(path);
+    if (file == nullptr) {
+        puts(errno == ENOMEM ? msg::kNoMemoryForClip : msg::kClipVanished);
+        return 0;
+    }
+    ownHeader = clip::readFileHeader(file);
+    if (takeHeader(ownHeader) == 0) {
+        return 0;
+    }
+    tilesAcross = width / clip::kTileSize;
+    tilesDown = height / clip::kTileSize;
+    tileCount = tilesAcross * tilesDown;
+    pixelCount = width * height;
+    // They outlive killRAM(), so a night of reloading takes no new memory for them.
+    const auto tiles = static_cast<size_t>(tileCount);
+    const bool hasMaps = withinMemory([&] {
+        prevMap.resize(std::max(prevMap.size(), tiles));
+        prevCodes.resize(std::max(prevCodes.size(), tiles / clip::kCodesPerWord));
+    });
+    currentBlock = 0;
+    blocksAllocated = 0;
+    return hasMaps ? 1 : refuseForMemory();
+}
+
+int32_t c_moxel::load19AA() {
+    clip::BlockHeader header;
+    clip::readBlockHeader(file, alpha, header);
+    recordCount = header.recordCount;
+    recordWords = header.recordWords;
+    mapWords = header.mapWords;
+    codeWordsInBlock =
+        clip::framesInBlock(currentBlock, blockCount, frameCount) * clip::codeWordsFor(tileCount);
+    if (!initKeyFrameRAM(currentBlock)) {
+        return refuseForMemory();
+    }
+    recordsDone = 0;
+    lastRecordLength = 0;
+    recordOffset = 0;
+    mapOffset = 0;
+
+    const int slots = clip::typeSlots(alpha);
+    uint32_t* starts = blockTypeStarts[currentBlock].get();
+    uint32_t start = 0;
+    for (int type = 0; type < slots; ++type) {
+        blockTypeCounts[currentBlock][static_cast<size_t>(type)] = header.typeCounts[type];
+        starts[type] = start;
+        start += header.typeCounts[type];
+    }
+    std::copy_n(header.palette, clip::kPaletteEntries, blockPalettes[currentBlock].get());
+    return 1;
+}
+
+int32_t c_moxel::load19B() {
+    const int frames = clip::framesInBlock(currentBlock, blockCount, frameCount);
+    clip::ChangeRuns runs = {0, 0};
+    if (frames > 1 && !clip::readChangeRuns(file, frames - 1, tileCount,
+                                            blockRuns[currentBlock].get(), runRoom, runs)) {
+        return 0;
+    }
+    const size_t entries = static_cast<size_t>(tileCount) + static_cast<size_t>(runs.changed);
+    if (entries > mapRoom) {
+        return 0;
+    }
+    clip::readWords(file, blockMaps[currentBlock].get() + mapOffset, entries);
+    clip::readWords(file, blockCodes[currentBlock].get(), static_cast<size_t>(codeWordsInBlock));
+    return 1;
+}
+
+int32_t c_moxel::load19C(int budget) {
+    const int end = recordsDone + std::clamp(budget, 0, recordCount - recordsDone);
+    const uint32_t* starts = blockTypeStarts[currentBlock].get();
+    const int slots = clip::typeSlots(alpha);
+    const uint8_t* room = blockRecords[currentBlock].get() + recordRoom;
+    int type = 0;
+    for (int record = recordsDone; record < end; ++record) {
+        recordOffset += lastRecordLength;
+        blockRecordOffsets[currentBlock][static_cast<size_t>(record)] =
+            static_cast<uint32_t>(recordOffset);
+        while (type + 1 < slots && starts[type + 1] <= static_cast<uint32_t>(record)) {
+            ++type;
+        }
+        blockRecordTypes[currentBlock][static_cast<size_t>(record)] = static_cast<uint8_t>(type);
+        const int length =
+            clip::readRecord(file, type, recordWrite, static_cast<size_t>(room - recordWrite));
+        if (length == 0) {
+            return -1;
+        }
+        recordWrite += length;
+        lastRecordLength = static_cast<uint8_t>(length);
+    }
+    recordsDone = end;
+    if (recordsDone < recordCount) {
+        return 0;
+    }
+    std::fill_n(recordWrite, clip::kMaxRecordBytes, uint8_t{0});
+    if (currentBlock + 1 != blockCount) {
+        return 1;
+    }
+    fclose(file);
+    file = nullptr;
+    return 2;
+}
+
+void c_moxel::unRLEMap19(int frameInBlock) {
+    clip::rebuildMap(blockMaps[currentBlock].get(), blockRuns[currentBlock].get(), tileCount,
+                     frameInBlock, scratchMap);
+}
+
+// Gives what unRLEMap19 gives frame by frame, without walking each block's runs again for every
+// frame.
+void c_moxel::unRLEAllMap19() {
+    for (int block = 0; block < blockCount; ++block) {
+        currentBlock = block;
+        clip::rebuildAllMaps(blockMaps[block].get(), blockRuns[block].get(), tileCount,
+                             clip::framesInBlock(block, blockCount, frameCount),
+                             frameMaps[block * clip::kFramesPerBlock], clip::kMaxTiles);
+    }
+}

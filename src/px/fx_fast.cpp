@@ -1,0 +1,282 @@
+#include "px/fx_fast.h"
+
+#include <cstring>
+
+#include "common/limits.h"
+#include "px/fx_numbers.h"
+#include "px/fx_pairs.h"
+
+#ifdef VELMORA_HIGHWAY
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "px/fx_fast.cpp"
+#include <hwy/foreach_target.h>
+
+#include "px/pixel_ops-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace px::HWY_NAMESPACE {
+
+#if VELMORA_PLAIN_TARGET
+
+using px::burnFrame;
+using px::gameBoyFrame;
+using px::hueFrame;
+using px::invertFrame;
+using px::mirrorFrame;
+using px::snowFrame;
+using px::zoomFrame;
+
+#else
+
+#if VELMORA_PAIRS_TARGET
+
+using px::pairs::burnFrame;
+using px::pairs::gameBoyFrame;
+using px::pairs::hueFrame;
+using px::pairs::invertFrame;
+using px::pairs::snowFrame;
+
+#else
+
+template <typename Operation>
+HWY_INLINE void mapFrame(uint16_t* frame, Operation operation) {
+    for (int i = 0; i < kFramePixels; i += lanes()) {
+        store(operation(load(frame + i)), frame + i);
+    }
+}
+
+HWY_INLINE Vector weightOf(Vector p) {
+    const Vector red = hn::And(hn::ShiftRight<10>(p), all(31 << 1));
+    const Vector blue = hn::And(hn::ShiftLeft<1>(p), all(31 << 1));
+    return hn::Add(hn::Add(red, greenOf(p)), blue);
+}
+
+HWY_INLINE Vector intensityOf(Vector p) {
+    const Vector halfGreen = hn::And(hn::ShiftRight<6>(p), all(31));
+    return hn::Add(hn::Add(redOf(p), halfGreen), blueOf(p));
+}
+
+// Compares without a sign, which the narrow targets have no instruction for.
+HWY_INLINE hn::Mask<Pixels> atLeast(Vector value, int limit) {
+    return hn::Eq(hn::SaturatedSub(all(limit), value), hn::Zero(kPixels));
+}
+
+void invertFrame(uint16_t* frame) {
+    mapFrame(frame, [](Vector p) HWY_ATTR { return hn::Not(p); });
+}
+
+void burnFrame(uint16_t* frame, int direction) {
+    const Vector light = all(burnColour(direction));
+    mapFrame(frame, [light](Vector p) HWY_ATTR {
+        return hn::IfThenElseZero(atLeast(weightOf(p), kBurnThreshold), light);
+    });
+}
+
+void gameBoyFrame(uint16_t* frame) {
+    mapFrame(frame, [](Vector p) HWY_ATTR {
+        const Vector weight = weightOf(p);
+        Vector shade = all(kGameBoyShades[0]);
+        for (int step = 0; step < 3; ++step) {
+            shade = hn::IfThenElse(atLeast(weight, kGameBoySteps[step] + 1),
+                                   all(kGameBoyShades[step + 1]), shade);
+        }
+        return shade;
+    });
+}
+
+// The part of the intensity that the first field cannot hold.
+HWY_INLINE Vector above31(Vector value) {
+    return hn::SaturatedSub(value, all(31));
+}
+
+void hueFrame(uint16_t* frame, int direction) {
+    switch (direction) {
+        case 0:
+            mapFrame(frame, [](Vector p) HWY_ATTR {
+                const Vector grey = hn::MulHigh(intensityOf(p), all(kOver3.multiplier));
+                return pack(grey, hn::ShiftLeft<1>(grey), grey);
+            });
+            break;
+        case 1:
+        case 2:
+            mapFrame(frame, [direction](Vector p) HWY_ATTR {
+                const Vector intensity = intensityOf(p);
+                const Vector excess = above31(intensity);
+                const Vector full = hn::Sub(intensity, excess);
+                const Vector rest = hn::ShiftRight<1>(excess);
+                return direction == 1 ? pack(full, hn::ShiftLeft<1>(rest), rest)
+                                      : pack(rest, hn::ShiftLeft<1>(full), rest);
+            });
+            break;
+        default:
+            mapFrame(frame, [](Vector p) HWY_ATTR {
+                const Vector intensity = intensityOf(p);
+                const Vector whole = hn::ShiftRight<1>(intensity);
+                const Vector half = hn::Sub(whole, above31(whole));
+                const Vector both = hn::ShiftLeft<1>(half);
+                return pack(half, both, hn::Sub(intensity, both));
+            });
+            break;
+    }
+}
+
+// The changes of a run of pixels at the top of a lane, where the fields saturate: one of the two is
+// 0. They are written as far as a vector that starts inside `length` reaches.
+struct SnowRun {
+    int length;  // a multiple of the table's entries, so the run follows itself
+    uint16_t more[kSnowRun];
+    uint16_t less[kSnowRun];
+};
+
+// Green changes by twice as much in one bit more, so all fields share the numbers.
+void spreadSnow(const uint8_t* table, int entries, SnowRun& run) {
+    run.length = kSnowRun / 2 / entries * entries;
+    int entry = 0;
+    for (int i = 0; i < kSnowRun; ++i) {
+        entry = entry + 1 < entries ? entry + 1 : 0;
+        const int change = table[entry] - kSnowCentre;
+        run.more[i] = static_cast<uint16_t>(change > 0 ? change << 11 : 0);
+        run.less[i] = static_cast<uint16_t>(change < 0 ? -change << 11 : 0);
+    }
+}
+
+void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
+    SnowRun run;
+    spreadSnow(table, entries, run);
+    int at = 0;
+    for (int i = 0; i < kFramePixels; i += lanes()) {
+        const Vector more = load(run.more + at);
+        const Vector less = load(run.less + at);
+        const auto changed = [=](Vector top) HWY_ATTR {
+            return hn::SaturatedSub(hn::SaturatedAdd(top, more), less);
+        };
+        const Vector p = load(frame + i);
+        const Vector red = hn::And(changed(p), all(31 << 11));
+        const Vector green = hn::And(hn::ShiftRight<5>(changed(hn::ShiftLeft<5>(p))), all(63 << 5));
+        const Vector blue = hn::ShiftRight<11>(changed(hn::ShiftLeft<11>(p)));
+        store(hn::Or(hn::Or(red, green), blue), frame + i);
+        at += lanes();
+        at -= at >= run.length ? run.length : 0;
+    }
+}
+
+#endif
+
+void zoomFrame(uint16_t* frame, int direction) {
+    if (direction == 0) {
+        px::zoomFrame(frame, direction);  // as fast as it gets already
+        return;
+    }
+    uint16_t middle[kZoomWidth * kZoomHeight];
+    for (int y = 0; y < kZoomHeight; ++y) {
+        memcpy(middle + y * kZoomWidth, frame + (kZoomY + y) * kFrameWidth + kZoomX,
+               kZoomWidth * sizeof *middle);
+    }
+    for (int y = 0; y < kZoomHeight; ++y) {
+        uint16_t* const out = frame + 2 * y * kFrameWidth;
+        for (int x = 0; x < kZoomWidth; x += lanes()) {
+            Vector even, odd;
+            hn::LoadInterleaved2(kPixels, out + 2 * x, even, odd);
+            hn::StoreInterleaved2(load(middle + y * kZoomWidth + x), odd, kPixels, out + 2 * x);
+        }
+    }
+}
+
+void mirrorFrame(uint16_t* frame, int direction) {
+    if (direction % 2 == 0) {
+        px::mirrorFrame(frame, direction);  // copies of whole rows
+        return;
+    }
+    for (int y = 0; y < kFrameHeight; ++y) {
+        uint16_t* const row = frame + y * kFrameWidth;
+        for (int x = 0; x < kFrameWidth / 2; x += lanes()) {
+            uint16_t* const left = row + x;
+            uint16_t* const right = row + kFrameWidth - lanes() - x;
+            if (direction == 1) {
+                store(hn::Reverse(kPixels, load(left)), right);
+            } else {
+                store(hn::Reverse(kPixels, load(right)), left);
+            }
+        }
+    }
+}
+
+#endif
+
+}  // namespace px::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+#endif
+
+#if !defined(VELMORA_HIGHWAY) || HWY_ONCE
+namespace px {
+
+#ifdef VELMORA_HIGHWAY
+HWY_EXPORT(invertFrame);
+HWY_EXPORT(burnFrame);
+HWY_EXPORT(snowFrame);
+HWY_EXPORT(zoomFrame);
+HWY_EXPORT(gameBoyFrame);
+HWY_EXPORT(mirrorFrame);
+HWY_EXPORT(hueFrame);
+
+void fast::invertFrame(uint16_t* frame) {
+    HWY_DYNAMIC_DISPATCH(invertFrame)(frame);
+}
+
+void fast::burnFrame(uint16_t* frame, int direction) {
+    HWY_DYNAMIC_DISPATCH(burnFrame)(frame, direction);
+}
+
+void fast::snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
+    HWY_DYNAMIC_DISPATCH(snowFrame)(frame, table, entries);
+}
+
+void fast::zoomFrame(uint16_t* frame, int direction) {
+    HWY_DYNAMIC_DISPATCH(zoomFrame)(frame, direction);
+}
+
+void fast::gameBoyFrame(uint16_t* frame) {
+    HWY_DYNAMIC_DISPATCH(gameBoyFrame)(frame);
+}
+
+void fast::mirrorFrame(uint16_t* frame, int direction) {
+    HWY_DYNAMIC_DISPATCH(mirrorFrame)(frame, direction);
+}
+
+void fast::hueFrame(uint16_t* frame, int direction) {
+    HWY_DYNAMIC_DISPATCH(hueFrame)(frame, direction);
+}
+#endif
+
+namespace {
+
+// The last `tail` of `count` pixels come to the front. `room` holds half of them.
+void rotatePixels(uint16_t* pixels, int count, int tail, uint16_t* room) {
+    const auto bytes = [](int n) { return static_cast<size_t>(n) * sizeof(uint16_t); };
+    const int head = count - tail;
+    if (head < tail) {
+        memcpy(room, pixels, bytes(head));
+        memmove(pixels, pixels + head, bytes(tail));
+        memcpy(pixels + tail, room, bytes(head));
+    } else {
+        memcpy(room, pixels + head, bytes(tail));
+        memmove(pixels + tail, pixels, bytes(head));
+        memcpy(pixels, room, bytes(tail));
+    }
+}
+
+}  // namespace
+
+void fast::scrollFrame(uint16_t* frame, int direction, int offset) {
+    uint16_t room[kFramePixels / 2];
+    if (direction != 1 && direction != 3) {
+        rotatePixels(frame, kFramePixels, offset * kFrameWidth, room);
+        return;
+    }
+    for (int y = 0; y < kFrameHeight; ++y) {
+        rotatePixels(frame + y * kFrameWidth, kFrameWidth, offset, room);
+    }
+}
+
+}  // namespace px
+#endif
