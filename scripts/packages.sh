@@ -114,7 +114,7 @@ need_tests() {
 }
 
 need_fuzz() {
-    need "fuzzing" clang 'libclang-rt-dev|libclang-rt-14-dev|libclang-rt-19-dev'
+    need "fuzzing" clang xz-utils 'libclang-rt-dev|libclang-rt-14-dev|libclang-rt-19-dev'
 }
 
 need_coverage() {
