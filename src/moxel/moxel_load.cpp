@@ -1,8 +1,4 @@
 // The staged loading of a clip: what is read in which step, and what is refused.
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 
@@ -10,30 +6,10 @@
 #include "clip/reader.h"
 #include "common/memory.h"
 #include "common/messages.h"
+#include "files/regular_file.h"
 #include "moxel/moxel.h"
 
 namespace {
-
-// Null for what is not a regular file: a pipe would hold the program up for good. `errno` is ENOMEM
-// when it was for want of memory, and then alone.
-FILE* openClip(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        return nullptr;
-    }
-    struct stat facts;
-    if (fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) {
-        close(descriptor);
-        errno = EINVAL;
-        return nullptr;
-    }
-    FILE* file = fdopen(descriptor, "rb");
-    if (file == nullptr) {
-        close(descriptor);
-        errno = ENOMEM;
-    }
-    return file;
-}
 
 int32_t refuseForMemory() {
     puts(msg::kNoMemoryForClip);
@@ -89,7 +65,7 @@ int32_t c_moxel::takeHeader(const clip::FileHeader& header) {
 }
 
 int32_t c_moxel::miniLoad(const std::string& clipPath) {
-    FILE* sized = openClip(clipPath);
+    FILE* sized = openRegularFile(clipPath);
     if (sized == nullptr) {
         return refuseUnopened();
     }
@@ -97,7 +73,7 @@ int32_t c_moxel::miniLoad(const std::string& clipPath) {
     fileSize = static_cast<int32_t>(ftell(sized));
     fclose(sized);
 
-    FILE* opened = openClip(clipPath);
+    FILE* opened = openRegularFile(clipPath);
     if (opened == nullptr) {
         return refuseUnopened();
     }
@@ -182,7 +158,7 @@ void c_moxel::expandMaps() {
 
 int32_t c_moxel::load19A() {
     puts(path.c_str());
-    file = openClip(path);
+    file = openRegularFile(path);
     if (file == nullptr) {
         puts(errno == ENOMEM ? msg::kNoMemoryForClip : msg::kClipVanished);
         return 0;
