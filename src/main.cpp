@@ -10,6 +10,7 @@
 #include "common/limits.h"
 #include "common/memory.h"
 #include "common/messages.h"
+#include "common/rgb565.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
@@ -30,7 +31,6 @@
 
 namespace {
 
-constexpr int kModeDepth = 16;
 constexpr int kKeyRepeatDelayMs = 500;
 constexpr int kKeyRepeatMs = 30;
 // Deliberate: the program answers 1 on every path, a normal quit included.
@@ -91,7 +91,7 @@ void printResolutions() {
 }
 
 SDL_Surface* openVideo() {
-    return SDL_SetVideoMode(all->appW, all->appH, kModeDepth, 0);
+    return SDL_SetVideoMode(all->appW, all->appH, px::kDepth, 0);
 }
 
 // Null when all is well, else the message that says which step failed.

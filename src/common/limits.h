@@ -12,6 +12,10 @@ inline constexpr int kFramePixels = kFrameWidth * kFrameHeight;
 inline constexpr size_t kFrameBytes = size_t{kFramePixels} * sizeof(uint16_t);
 inline constexpr int kLayers = 2;
 
+inline constexpr int kHdmiWidth = 1280;
+inline constexpr int kHdmiHeight = 720;
+inline constexpr int kCompositeBelow = 800;  // a display narrower than this is a composite output
+
 inline constexpr int kClipSlots = 50;      // clips in memory at once
 inline constexpr int kFilterSlots = 9;     // filter slots a layer
 inline constexpr int kInputSlots = 100;    // entries of c_keys::gKeys

@@ -1,10 +1,10 @@
 #pragma once
-// Every text that the program prints on standard output. Texts that go through puts() carry no line
-// end; format strings say so in their name and end in one.
+// Every text that the program prints on standard output. Format strings say so in their name
+// and end their line; the others go through puts(), which ends it.
 
 namespace msg {
 
-inline constexpr const char* kStarting = "Starting Velmora\n";
+inline constexpr const char* kStarting = "Starting Velmora\n";  // an empty line follows
 inline constexpr const char* kScreenResolutionFormat = "Current screen resolution : %d x %d\n";
 inline constexpr const char* kAppResolutionFormat = "Current app resolution : %d x %d\n";
 inline constexpr const char* kUseHdmiSize =

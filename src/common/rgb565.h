@@ -1,9 +1,15 @@
 #pragma once
-// RGB565: red in bits 15-11 (0-31), green in bits 10-5 (0-63), blue in bits 4-0 (0-31).
+// RGB565: red in bits 15-11 (0-31), green in bits 10-5 (0-63), blue in bits 4-0 (0-31). So are all
+// of the program's surfaces, whatever the display shows.
 
 #include <cstdint>
 
 namespace px {
+
+inline constexpr int kDepth = 16;  // bits a pixel
+inline constexpr uint16_t kRedMask = 0xF800;
+inline constexpr uint16_t kGreenMask = 0x07E0;
+inline constexpr uint16_t kBlueMask = 0x001F;
 
 constexpr int redOf(uint16_t pixel) {
     return pixel >> 11;
@@ -33,7 +39,7 @@ constexpr uint16_t pack(int red, int green, int blue) {
 
 // 0x00RRGGBB to RGB565 by dropping the low bits of each channel.
 constexpr uint16_t fromRgb(int rgb) {
-    return static_cast<uint16_t>(((rgb >> 8) & 0xF800) + ((rgb >> 5) & 0x07E0) +
+    return static_cast<uint16_t>(((rgb >> 8) & kRedMask) + ((rgb >> 5) & kGreenMask) +
                                  ((rgb & 0xFF) >> 3));
 }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "common/geometry.h"
+#include "common/limits.h"
 #include "common/messages.h"
 #include "core/globals.h"
 #include "options/options.h"

@@ -15,10 +15,6 @@ enum ScreenState : int {
 // Sub-states of the mix screen.
 enum MixSubState : int { SUB_PERFORMING = 1, SUB_OVERMENU = 2 };
 
-inline constexpr int kHdmiWidth = 1280;
-inline constexpr int kHdmiHeight = 720;
-inline constexpr int kCompositeBelow = 800;  // a display narrower than this is a composite output
-
 class c_all {
 public:
     // After SDL_Init and before any video mode, while SDL still reports the display itself.

@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr int kModeDepth = 16;
-
 // 16-bit surface that the mixer writes when the video surface has another depth. Made when first
 // needed and when its size changes, which only a new video mode brings about. Null when there is no
 // memory for it.
@@ -29,24 +27,24 @@ uint16_t nowhere[2];
 SDL_Surface* standInFor(const SDL_Surface* video) {
     if (standIn == nullptr || standIn->w != video->w || standIn->h != video->h) {
         SDL_FreeSurface(standIn);
-        standIn = SDL_CreateRGBSurface(SDL_SWSURFACE, video->w, video->h, kModeDepth, 0xF800,
-                                       0x07E0, 0x001F, 0);
+        standIn = SDL_CreateRGBSurface(SDL_SWSURFACE, video->w, video->h, px::kDepth, px::kRedMask,
+                                       px::kGreenMask, px::kBlueMask, 0);
     }
     return standIn;
 }
 
 bool is16Bit(const SDL_Surface* surface) {
-    return surface->format->BitsPerPixel == kModeDepth;
+    return surface->format->BitsPerPixel == px::kDepth;
 }
 
 // Pixels that are copied as they are.
 bool isPlain16Bit(const SDL_Surface* surface) {
-    return is16Bit(surface) && surface->format->Rmask == 0xF800 &&
+    return is16Bit(surface) && surface->format->Rmask == px::kRedMask &&
            (surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA)) == 0 && !SDL_MUSTLOCK(surface);
 }
 
 void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
-    screen[1] = SDL_SetVideoMode(all->appW, all->appH, kModeDepth, wanted);
+    screen[1] = SDL_SetVideoMode(all->appW, all->appH, px::kDepth, wanted);
     presentAnew();
     if (screen[1] != nullptr) {
         return;

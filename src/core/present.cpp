@@ -14,6 +14,7 @@
 #include <memory>
 #include <new>
 
+#include "common/rgb565.h"
 #include "core/display.h"
 #include "px/widen.h"
 
@@ -25,7 +26,8 @@ struct PixelForm {
     int bits;   // with those that do not
     uint32_t red, green, blue;
 };
-constexpr PixelForm kSurfaceForm = {16, 16, 0xF800, 0x07E0, 0x001F};
+constexpr PixelForm kSurfaceForm = {px::kDepth, px::kDepth, px::kRedMask, px::kGreenMask,
+                                    px::kBlueMask};
 constexpr PixelForm kWideForm = {24, 32, 0xFF0000, 0x00FF00, 0x0000FF};
 // Rows that did not change between two that did are put along, rather than in a request of their
 // own.

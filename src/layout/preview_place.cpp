@@ -8,7 +8,6 @@ namespace preview {
 
 namespace {
 
-constexpr int kCompositeBelow = 800;
 // Half of the width that the place was made for.
 constexpr int kHalfCompositeWidth = 360;
 
