@@ -21,6 +21,7 @@
 #include <string>
 #include <vector>
 
+#include "common/limits.h"
 #include "core/all.h"
 #include "core/present.h"
 #include "xrender_road.h"
