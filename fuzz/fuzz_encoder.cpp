@@ -12,8 +12,8 @@
 #include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
-#include "tools/clip/encode/encoder.h"
-#include "tools/clip/examine/clip_frames.h"
+#include "tools/clip/encoder/encoder.h"
+#include "tools/clip/reports/clip_frames.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <ostream>
 #include <vector>
 
-#include "tools/clip/demo/demo_canvas.h"
-#include "tools/clip/demo/demo_loops.h"
+#include "art/loops/canvas.h"
+#include "art/loops/loops.h"
 
 namespace demo {
 

@@ -7,7 +7,7 @@
 
 #include "clip_tool/pictures.h"
 #include "tests/vectors/clip_stage.h"
-#include "tools/clip/examine/clip_frames.h"
+#include "tools/clip/reports/clip_frames.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdlib>
 
-#include "tools/clip/examine/clip_frames.h"
+#include "tools/clip/reports/clip_frames.h"
 
 namespace pictures {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "clip_tool/reference.h"
-#include "tools/clip/encode/encoder.h"
-#include "tools/clip/encode/frame.h"
+#include "tools/clip/encoder/encoder.h"
+#include "tools/clip/encoder/frame.h"
 
 namespace pictures {
 

@@ -7,11 +7,11 @@
 #include "clip_tool/pictures.h"
 #include "pure/vectors.h"
 #include "support/folder.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/check_files.h"
-#include "tools/clip/examine/check_report.h"
-#include "tools/clip/examine/check_set.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/reports/check_files.h"
+#include "tools/clip/reports/check_report.h"
+#include "tools/clip/reports/check_set.h"
 
 namespace {
 

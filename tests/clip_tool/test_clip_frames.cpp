@@ -6,9 +6,9 @@
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
 #include "support/folder.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/clip_frames.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/reports/clip_frames.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include "clip_tool/media.h"
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/compare.h"
-#include "tools/clip/examine/feed.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/jobs/feed.h"
+#include "tools/clip/reports/compare.h"
 
 namespace {
 

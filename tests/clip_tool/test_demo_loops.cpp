@@ -1,6 +1,6 @@
 // The demo loops as the encoder will see them: every byte, alpha, seams; and the drawing toolkit at
 // the edges of its picture.
-#include "tools/clip/demo/demo_loops.h"
+#include "art/loops/loops.h"
 
 #include <gtest/gtest.h>
 
@@ -8,10 +8,10 @@
 #include <array>
 #include <string>
 
+#include "art/loops/canvas.h"
+#include "art/loops/motion.h"
+#include "art/loops/type.h"
 #include "clip_tool/demo_sheet.h"
-#include "tools/clip/demo/demo_canvas.h"
-#include "tools/clip/demo/demo_motion.h"
-#include "tools/clip/demo/demo_type.h"
 
 namespace {
 

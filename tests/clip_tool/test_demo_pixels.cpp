@@ -1,5 +1,5 @@
 // The interface's letters on a demo picture.
-#include "tools/clip/demo/demo_pixels.h"
+#include "art/loops/pixels.h"
 
 #include <gtest/gtest.h>
 

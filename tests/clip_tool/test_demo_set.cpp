@@ -8,12 +8,12 @@
 #include <unordered_set>
 #include <vector>
 
+#include "art/loops/loops.h"
 #include "clip/validate.h"
 #include "clip_tool/demo_sheet.h"
 #include "clip_tool/on_stage.h"
-#include "tools/clip/demo/demo_loops.h"
-#include "tools/clip/demo/export_demo.h"
-#include "tools/clip/examine/load_cost.h"
+#include "tools/clip/jobs/export_demo.h"
+#include "tools/clip/reports/load_cost.h"
 
 namespace {
 

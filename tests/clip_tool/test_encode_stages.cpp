@@ -10,16 +10,16 @@
 #include <stdexcept>
 
 #include "support/folder.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/input/batch.h"
-#include "tools/clip/input/image_sequence.h"
-#include "tools/clip/input/keying.h"
-#include "tools/clip/input/loop.h"
-#include "tools/clip/input/seam.h"
-#include "tools/clip/interrupt.h"
-#include "tools/clip/library/clip_names.h"
-#include "tools/clip/library/import_log.h"
-#include "tools/clip/progress.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/progress.h"
+#include "tools/clip/jobs/batch.h"
+#include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/jobs/import_log.h"
+#include "tools/clip/jobs/loop.h"
+#include "tools/clip/jobs/seam.h"
+#include "tools/clip/media/image_sequence.h"
+#include "tools/clip/media/keying.h"
 
 namespace {
 

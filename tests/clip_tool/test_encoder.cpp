@@ -1,6 +1,6 @@
 // The encoder as a whole: what it makes, read back by the tests' own decoder, shows exactly the
 // frames that went in.
-#include "tools/clip/encode/encoder.h"
+#include "tools/clip/encoder/encoder.h"
 
 #include <gtest/gtest.h>
 

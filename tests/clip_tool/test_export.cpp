@@ -6,11 +6,11 @@
 
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/clip_frames.h"
-#include "tools/clip/examine/frame_list.h"
-#include "tools/clip/examine/movie.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/media/movie.h"
+#include "tools/clip/reports/clip_frames.h"
+#include "tools/clip/reports/frame_list.h"
 
 namespace {
 

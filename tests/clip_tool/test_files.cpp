@@ -11,10 +11,10 @@
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
 #include "support/folder.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/demo/export_demo.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/describe.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/jobs/export_demo.h"
+#include "tools/clip/reports/describe.h"
 
 namespace {
 

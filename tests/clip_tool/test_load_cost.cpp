@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "clip_tool/pictures.h"
-#include "tools/clip/examine/describe.h"
-#include "tools/clip/examine/load_cost.h"
+#include "tools/clip/reports/describe.h"
+#include "tools/clip/reports/load_cost.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include "core/all.h"
 #include "playlists/playlist.h"
 #include "tests/vectors/clip_stage.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/examine/check_set.h"
-#include "tools/clip/examine/describe.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/reports/check_set.h"
+#include "tools/clip/reports/describe.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <SDL_ttf.h>
 #include <gtest/gtest.h>
 
-#include "tools/clip/library/clip_names.h"
+#include "tools/clip/jobs/clip_names.h"
 
 namespace {
 

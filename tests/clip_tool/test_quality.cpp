@@ -7,8 +7,8 @@
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
 #include "common/rgb565.h"
-#include "tools/clip/encode/block_coder.h"
-#include "tools/clip/encode/encoder.h"
+#include "tools/clip/encoder/block_coder.h"
+#include "tools/clip/encoder/encoder.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
-#include "tools/clip/encode/maps.h"
-#include "tools/clip/encode/numbering.h"
-#include "tools/clip/encode/records.h"
-#include "tools/clip/encode/tiles.h"
-#include "tools/clip/encode/walks.h"
-#include "tools/clip/encode/writer.h"
+#include "tools/clip/encoder/maps.h"
+#include "tools/clip/encoder/numbering.h"
+#include "tools/clip/encoder/records.h"
+#include "tools/clip/encoder/tiles.h"
+#include "tools/clip/encoder/walks.h"
+#include "tools/clip/encoder/writer.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/examine/clip_files.h"
-#include "tools/clip/examine/sheet.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/reports/clip_files.h"
+#include "tools/clip/reports/sheet.h"
 
 namespace {
 
@@ -74,8 +74,8 @@ TEST_F(Sheet, Facts_AreInPlainWords) {
     const maker::SheetClip clip = maker::readSheetClip("a", "a.m19", 8, 4);
     EXPECT_EQ(maker::lengthText(clip.facts), "20 frames, 0.8 s");
     EXPECT_EQ(maker::loadText(clip.facts), "ready after 0.2 s");
-    EXPECT_EQ(maker::sizeText(1001), "2 kB");
-    EXPECT_EQ(maker::sizeText(1000), "1 kB");
+    EXPECT_EQ(maker::wholeKilobytes(1001), "2 kB");
+    EXPECT_EQ(maker::wholeKilobytes(1000), "1 kB");
 }
 
 // Nothing else on the sheet is as red as the last frame of the clip.

@@ -1,6 +1,6 @@
 // The lossy stages: what a quality is worth, how long a tile is held, which runs stand for it,
 // which palette, which picture drawn before.
-#include "tools/clip/encode/simplify.h"
+#include "tools/clip/encoder/simplify.h"
 
 #include <gtest/gtest.h>
 
@@ -8,11 +8,11 @@
 #include <limits>
 
 #include "clip_tool/pictures.h"
-#include "tools/clip/encode/clusters.h"
-#include "tools/clip/encode/holds.h"
-#include "tools/clip/encode/lookalikes.h"
-#include "tools/clip/encode/quantise.h"
-#include "tools/clip/encode/run_fit.h"
+#include "tools/clip/encoder/clusters.h"
+#include "tools/clip/encoder/holds.h"
+#include "tools/clip/encoder/lookalikes.h"
+#include "tools/clip/encoder/quantise.h"
+#include "tools/clip/encoder/run_fit.h"
 
 namespace {
 

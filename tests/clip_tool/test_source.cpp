@@ -1,5 +1,5 @@
 // Reading videos, animated images and image sequences, made here with FFmpeg's own libraries.
-#include "tools/clip/input/source.h"
+#include "tools/clip/media/source.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 #include "clip_tool/inputs.h"
 #include "clip_tool/media.h"
 #include "support/folder.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/input/encode_plan.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/jobs/encode_plan.h"
 
 namespace {
 

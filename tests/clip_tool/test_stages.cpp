@@ -5,13 +5,13 @@
 #include <set>
 
 #include "clip_tool/pictures.h"
-#include "tools/clip/encode/dictionary.h"
-#include "tools/clip/encode/palette.h"
-#include "tools/clip/encode/quantise.h"
-#include "tools/clip/encode/source_block.h"
-#include "tools/clip/encode/walks.h"
-#include "tools/clip/input/fit.h"
-#include "tools/clip/input/pacer.h"
+#include "tools/clip/encoder/dictionary.h"
+#include "tools/clip/encoder/palette.h"
+#include "tools/clip/encoder/quantise.h"
+#include "tools/clip/encoder/source_block.h"
+#include "tools/clip/encoder/walks.h"
+#include "tools/clip/media/fit.h"
+#include "tools/clip/media/pacer.h"
 
 namespace {
 

@@ -21,8 +21,8 @@
 #include "mixer/filters.h"
 #include "options/options.h"
 #include "playlists/playlist.h"
-#include "tools/clip/atomic_file.h"
-#include "tools/clip/errors.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
 
 namespace {
 

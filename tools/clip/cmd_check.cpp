@@ -5,8 +5,8 @@
 #include <string>
 
 #include "tools/clip/commands.h"
-#include "tools/clip/examine/check_report.h"
-#include "tools/clip/examine/check_set.h"
+#include "tools/clip/reports/check_report.h"
+#include "tools/clip/reports/check_set.h"
 
 namespace maker {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "tools/clip/commands.h"
-#include "tools/clip/demo/export_demo.h"
+#include "tools/clip/jobs/export_demo.h"
 
 namespace maker {
 

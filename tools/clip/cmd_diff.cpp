@@ -7,12 +7,12 @@
 #include <string>
 
 #include "common/limits.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/interrupt.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/compare.h"
-#include "tools/clip/examine/feed.h"
-#include "tools/clip/interrupt.h"
+#include "tools/clip/jobs/feed.h"
+#include "tools/clip/reports/compare.h"
 
 namespace maker {
 

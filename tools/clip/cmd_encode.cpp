@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "tools/clip/atomic_file.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/progress.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/input/batch.h"
-#include "tools/clip/library/clip_names.h"
-#include "tools/clip/progress.h"
+#include "tools/clip/jobs/batch.h"
+#include "tools/clip/jobs/clip_names.h"
 
 namespace maker {
 

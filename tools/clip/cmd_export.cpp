@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "tools/clip/atomic_file.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/interrupt.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/clip_frames.h"
-#include "tools/clip/examine/frame_list.h"
-#include "tools/clip/examine/movie.h"
-#include "tools/clip/input/source.h"
-#include "tools/clip/interrupt.h"
+#include "tools/clip/media/movie.h"
+#include "tools/clip/media/source.h"
+#include "tools/clip/reports/clip_frames.h"
+#include "tools/clip/reports/frame_list.h"
 
 namespace maker {
 

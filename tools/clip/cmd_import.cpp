@@ -9,16 +9,16 @@
 
 #include "common/limits.h"
 #include "files/xmlscan.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/names.h"
+#include "tools/clip/base/progress.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/names.h"
-#include "tools/clip/input/batch.h"
-#include "tools/clip/library/clip_names.h"
-#include "tools/clip/library/import_log.h"
-#include "tools/clip/library/import_scan.h"
-#include "tools/clip/library/playlist_file.h"
-#include "tools/clip/progress.h"
+#include "tools/clip/jobs/batch.h"
+#include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/jobs/import_log.h"
+#include "tools/clip/jobs/import_scan.h"
+#include "tools/clip/jobs/playlist_file.h"
 
 namespace maker {
 

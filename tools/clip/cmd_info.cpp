@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "tools/clip/atomic_file.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/interrupt.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/describe.h"
-#include "tools/clip/interrupt.h"
+#include "tools/clip/reports/describe.h"
 
 namespace maker {
 

@@ -7,12 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "tools/clip/atomic_file.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/examine/clip_files.h"
-#include "tools/clip/examine/movie.h"
-#include "tools/clip/examine/sheet.h"
+#include "tools/clip/media/movie.h"
+#include "tools/clip/reports/clip_files.h"
+#include "tools/clip/reports/sheet.h"
 
 namespace maker {
 

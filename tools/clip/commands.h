@@ -20,6 +20,6 @@ void addCheck(CLI::App& app, int& status);
 void addSheet(CLI::App& app, int& status);
 void addExport(CLI::App& app, int& status);
 void addDiff(CLI::App& app, int& status);
-void addDemo(CLI::App& app, int& status);  // only where the demo loops are part of the build
+void addDemo(CLI::App& app, int& status);
 
 }  // namespace maker

@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "clip/format.h"
-#include "tools/clip/decimals.h"
-#include "tools/clip/input/batch.h"
+#include "tools/clip/base/decimals.h"
+#include "tools/clip/jobs/batch.h"
 
 namespace maker {
 

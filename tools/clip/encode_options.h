@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/clip/input/encode_job.h"
+#include "tools/clip/jobs/encode_job.h"
 
 namespace maker {
 

@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/interrupt.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
-#include "tools/clip/errors.h"
-#include "tools/clip/interrupt.h"
 
 namespace {
 
@@ -26,9 +26,7 @@ int run(int argc, char** argv) {
     maker::addSheet(app, status);
     maker::addExport(app, status);
     maker::addDiff(app, status);
-#ifdef VELMORA_HAS_DEMO_LOOPS
     maker::addDemo(app, status);
-#endif
     try {
         std::vector<std::string> arguments = maker::argumentsOf(argc, argv);
         std::reverse(arguments.begin(), arguments.end());

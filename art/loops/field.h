@@ -1,0 +1,53 @@
+#pragma once
+// Pictures given by a rule for each point: samples a palette index at four points of every pixel
+// of the rectangle from the top left corner and writes their mean, so borders come out smooth.
+//
+// `indexAt(x, y)` gets a place in pixels and returns an index inside `palette`. The caller mirrors
+// the rest of the picture; width and height are at most those of the picture.
+
+#include <array>
+#include <span>
+
+#include "art/loops/canvas.h"
+#include "art/loops/motion.h"
+
+namespace demo {
+
+// Colours count by their alpha, so a border with nothing stays in the colour of the other side.
+inline Color meanOf(const std::array<int, 4>& samples, std::span<const Color> palette) {
+    std::array<int, 4> sum{};
+    for (const int index : samples) {
+        const Color c = palette[static_cast<size_t>(index)];
+        sum[0] += c.r * c.a;
+        sum[1] += c.g * c.a;
+        sum[2] += c.b * c.a;
+        sum[3] += c.a;
+    }
+    if (sum[3] == 0) {
+        return kClear;
+    }
+    const auto mean = [&sum](size_t i) { return static_cast<uint8_t>(sum[i] / sum[3]); };
+    return Color{mean(0), mean(1), mean(2), static_cast<uint8_t>(sum[3] / 4)};
+}
+
+template <class IndexAt>
+void sampleField(Canvas& canvas, int width, int height, std::span<const Color> palette,
+                 IndexAt indexAt) {
+    for (int y = 0; y < height; y++) {
+        for (int x = 0; x < width; x++) {
+            const float px = real(x);
+            const float py = real(y);
+            const std::array<int, 4> samples{
+                indexAt(px + 0.25F, py + 0.25F), indexAt(px + 0.75F, py + 0.25F),
+                indexAt(px + 0.25F, py + 0.75F), indexAt(px + 0.75F, py + 0.75F)};
+            const int first = samples[0];
+            if (samples[1] == first && samples[2] == first && samples[3] == first) {
+                canvas.set(x, y, palette[static_cast<size_t>(first)]);
+            } else {
+                canvas.set(x, y, meanOf(samples, palette));
+            }
+        }
+    }
+}
+
+}  // namespace demo

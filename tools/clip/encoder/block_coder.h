@@ -1,0 +1,45 @@
+#pragma once
+// One block coded: the pictures that it shows, the records that draw them, its palette.
+//
+// Record numbers and the bytes of the block come later (numbering.h, writer.h): they depend on the
+// blocks before. Coding a block depends on nothing else, so that blocks can be coded side by side.
+
+#include <cstdint>
+#include <vector>
+
+#include "tools/clip/encoder/dictionary.h"
+#include "tools/clip/encoder/palette.h"
+#include "tools/clip/encoder/rate.h"
+#include "tools/clip/encoder/records.h"
+#include "tools/clip/encoder/source_block.h"
+
+namespace maker {
+
+// What kind of pictures a clip has, which decides what a quality below 100 may give up.
+enum class Content {
+    MIXED,     // a block of at most 256 colours is coded exactly, unless the quality is low
+    GRAPHICS,  // such a block is coded exactly at any quality
+    FOOTAGE,   // every block is coded by rate and distortion
+};
+
+struct CodingPlan {
+    int quality = kBestQuality;  // 100 is exact
+    Content content = Content::MIXED;
+    // Above 1 to make bytes or records dearer than the quality says; leaves no block exact.
+    double byteFactor = 1;
+    double recordFactor = 1;
+    int mostRecords = 0;  // of a block; 0: as many as there are
+};
+
+struct CodedBlock {
+    BlockTiles tiles;
+    RecordSet set;
+    PaletteColours palette;
+    int frames = 0;
+    double squaredError = 0;  // shown against source, all channels, scale 0 to 255
+    bool exact = false;       // shows the source rounded to RGB565
+};
+
+CodedBlock codeBlock(const SourceBlock& block, const CodingPlan& plan);
+
+}  // namespace maker

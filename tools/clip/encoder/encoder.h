@@ -1,0 +1,82 @@
+#pragma once
+// The encoder: RGBA pictures in, the bytes of a clip out.
+//
+// Pictures are added one by one and coded block by block, side by side where there are workers; the
+// result does not depend on their number. At quality 100 without a budget every decoder shows
+// exactly the pictures added, each channel rounded to the nearest RGB565 level; below that,
+// differences are given up where the bytes and records that they cost are best saved. A budget
+// keeps all pictures in memory until the end. The finished bytes have passed the validator; should
+// they ever fail it, finish() throws.
+
+#include <cstdint>
+#include <future>
+#include <vector>
+
+#include "tools/clip/encoder/block_coder.h"
+#include "tools/clip/encoder/frame.h"
+#include "tools/clip/encoder/numbering.h"
+
+namespace maker {
+
+inline constexpr int kDefaultQuality = 80;
+
+struct ClipSettings {
+    int height = kFrameHeight;   // a multiple of 8, at most 360
+    bool alpha = false;          // else the pictures' alpha is ignored
+    int quality = kBestQuality;  // 0 to 100, stored in the header
+    Content content = Content::MIXED;
+    bool dither = false;       // spread the rounding to RGB565 over a pattern
+    int64_t recordBudget = 0;  // tile records of the whole clip; 0: no budget
+    int64_t byteBudget = 0;    // bytes of the whole clip; 0: no budget
+    int workers = 1;           // threads that code blocks
+};
+
+struct ClipStats {
+    int frames = 0;
+    int blocks = 0;
+    int exactBlocks = 0;  // that show their pictures rounded to RGB565 and nothing else
+    int records = 0;
+    int fillers = 0;           // of the records, those that only take up a number
+    double squaredError = 0;   // of every colour channel of every pixel shown, scale 0 to 255
+    double samples = 0;        // channels compared
+    bool withinBudget = true;  // false: even the coarsest coding takes more
+
+    double psnr() const;  // decibels, as shown on stage; infinite without any error
+};
+
+class ClipEncoder {
+public:
+    explicit ClipEncoder(const ClipSettings& settings);
+
+    // At most kMaxFrames times: 640 x height x 4 bytes, red, green, blue, straight alpha.
+    void add(const uint8_t* rgba);
+
+    int added() const { return added_; }  // frames
+
+    // Once, after one frame or more.
+    std::vector<uint8_t> finish();
+
+    // Of what is finished.
+    const ClipStats& stats() const { return stats_; }
+
+private:
+    void finishBlock();
+    void write(CodedBlock coded);
+    void writeAll(std::vector<CodedBlock> blocks);
+    void fitBudget();
+    std::vector<CodedBlock> codeAll(double factor) const;
+    bool overBudget() const;
+
+    ClipSettings settings_;
+    CodingPlan plan_;
+    ClipStats stats_;
+    int added_ = 0;  // frames
+    std::vector<uint8_t> dithered_;
+    SourceBlock block_;                             // under way
+    std::vector<std::future<CodedBlock>> pending_;  // in order
+    std::vector<SourceBlock> sources_;              // all blocks, where there is a budget
+    NumberHistory history_;
+    std::vector<uint8_t> bytes_;  // of the file so far; the header is filled in at the end
+};
+
+}  // namespace maker

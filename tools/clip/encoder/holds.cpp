@@ -1,0 +1,205 @@
+#include "tools/clip/encoder/holds.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "tools/clip/encoder/walks.h"
+
+namespace maker {
+
+namespace {
+
+constexpr size_t kPixels = clip::kTilePixels;
+constexpr size_t kFrames = clip::kFramesPerBlock;
+constexpr double kNever = std::numeric_limits<double>::max();
+
+// The frames of one position that a hold covers so far.
+class Stretch {
+public:
+    void begin() {
+        sums_ = {};
+        squares_ = 0;
+        frames_ = 0;
+        for (size_t c = 0; c < kChannels; ++c) {
+            low_[c].fill(255);
+            high_[c].fill(0);
+        }
+    }
+
+    void add(const ColourPlanes& colours, int64_t squares) {
+        for (size_t c = 0; c < kChannels; ++c) {
+            for (size_t i = 0; i < kPixels; ++i) {
+                const uint8_t value = colours[c][i];
+                sums_[c][i] = static_cast<int16_t>(sums_[c][i] + value);
+                low_[c][i] = std::min(low_[c][i], value);
+                high_[c][i] = std::max(high_[c][i], value);
+            }
+        }
+        squares_ += squares;
+        ++frames_;
+    }
+
+    // Squared distance of the frames from their mean.
+    double error() const {
+        int64_t product = 0;
+        for (size_t c = 0; c < kChannels; ++c) {
+            int32_t sum = 0;  // 64 x (16 x 255)^2 at most
+            for (size_t i = 0; i < kPixels; ++i) {
+                sum += sums_[c][i] * sums_[c][i];
+            }
+            product += sum;
+        }
+        return static_cast<double>(squares_) - static_cast<double>(product) / frames_;
+    }
+
+    bool moves(int limit) const {
+        uint8_t widest = 0;
+        for (size_t c = 0; c < kChannels; ++c) {
+            for (size_t i = 0; i < kPixels; ++i) {
+                widest = std::max(widest, static_cast<uint8_t>(high_[c][i] - low_[c][i]));
+            }
+        }
+        return widest > limit;
+    }
+
+    ColourPlanes mean() const {
+        ColourPlanes colours;
+        for (size_t c = 0; c < kChannels; ++c) {
+            for (size_t i = 0; i < kPixels; ++i) {
+                colours[c][i] = static_cast<uint8_t>((sums_[c][i] + frames_ / 2) / frames_);
+            }
+        }
+        return colours;
+    }
+
+private:
+    std::array<std::array<int16_t, kPixels>, kChannels> sums_;
+    ColourPlanes low_;
+    ColourPlanes high_;
+    int64_t squares_ = 0;
+    int frames_ = 0;
+};
+
+int64_t squaresOf(const ColourPlanes& colours) {
+    int32_t sum = 0;
+    for (const auto& plane : colours) {
+        for (const uint8_t value : plane) {
+            sum += value * value;
+        }
+    }
+    return sum;
+}
+
+// The runs of nearly one green along a walk.
+int countRuns(const SourceTile& tile, size_t walk, int threshold) {
+    const auto& green = tile.colours[1];
+    int runs = 1;
+    int start = green[kWalkPixels[walk][0]];
+    for (const uint8_t pixel : kWalkPixels[walk]) {
+        if (std::abs(green[pixel] - start) > threshold) {
+            start = green[pixel];
+            ++runs;
+        }
+    }
+    return runs;
+}
+
+// How many bytes a new picture for this tile takes, about.
+double expectedBytes(const SourceTile& tile, const Rate& rate) {
+    constexpr double kRunBytes = 1.5;
+    constexpr size_t kAlongRows = 0;
+    constexpr size_t kAlongColumns = 4;
+    const int threshold = static_cast<int>(std::sqrt(rate.perByte)) + 2;
+    const int runs =
+        std::min(countRuns(tile, kAlongRows, threshold), countRuns(tile, kAlongColumns, threshold));
+    return runs == 1
+               ? kMapEntryBytes
+               : kMapEntryBytes + rate.recordBytes + std::min(kRunBytes * runs, double{kPixels});
+}
+
+// The holds of one position.
+class Position {
+public:
+    Position(const SourceBlock& block, const Rate& rate, size_t position)
+        : frames_(static_cast<size_t>(block.frames)),
+          rate_(rate),
+          limit_(rate.visibleLimit()),
+          position_(position) {
+        for (size_t f = 0; f < frames_; ++f) {
+            tiles_[f] = &block.tiles[f * block.tileCount + position];
+            squares_[f] = squaresOf(tiles_[f]->colours);
+        }
+    }
+
+    void cut(std::vector<Hold>& holds);
+
+private:
+    void extendFrom(size_t from, double newPicture);
+
+    size_t frames_;
+    const Rate& rate_;
+    int limit_;
+    size_t position_;
+    std::array<const SourceTile*, kFrames> tiles_{};
+    std::array<int64_t, kFrames> squares_{};
+    std::array<double, kFrames + 1> best_{};   // cost of the frames before
+    std::array<size_t, kFrames + 1> start_{};  // of the last hold in it
+    Stretch stretch_;
+};
+
+// Tries all holds that begin at `from`, as long as cutting one into single frames would cost more.
+void Position::extendFrom(size_t from, double newPicture) {
+    stretch_.begin();
+    for (size_t to = from + 1; to <= frames_; ++to) {
+        const SourceTile& tile = *tiles_[to - 1];
+        if (to > from + 1 && tile.alpha != tiles_[from]->alpha) {
+            return;
+        }
+        stretch_.add(tile.colours, squares_[to - 1]);
+        const double error = to == from + 1 ? 0 : stretch_.error();
+        if (error > static_cast<double>(to - from) * newPicture || stretch_.moves(limit_)) {
+            return;
+        }
+        const double cost = best_[from] + newPicture + error;
+        if (cost < best_[to]) {
+            best_[to] = cost;
+            start_[to] = from;
+        }
+    }
+}
+
+void Position::cut(std::vector<Hold>& holds) {
+    const double newPicture = rate_.perByte * expectedBytes(*tiles_[0], rate_);
+    best_.fill(kNever);
+    best_[0] = 0;
+    for (size_t from = 0; from < frames_; ++from) {
+        // Equal costs go to the earlier start: a still tile is held from the first frame on.
+        extendFrom(from, newPicture);
+    }
+    for (size_t to = frames_; to > 0; to = start_[to]) {
+        stretch_.begin();
+        for (size_t f = start_[to]; f < to; ++f) {
+            stretch_.add(tiles_[f]->colours, 0);
+        }
+        holds.push_back({static_cast<uint16_t>(position_), static_cast<uint8_t>(start_[to]),
+                         static_cast<uint8_t>(to), stretch_.mean()});
+    }
+}
+
+}  // namespace
+
+std::vector<Hold> findHolds(const SourceBlock& block, const Rate& rate) {
+    std::vector<Hold> holds;
+    for (size_t position = 0; position < block.tileCount; ++position) {
+        Position(block, rate, position).cut(holds);
+    }
+    std::stable_sort(holds.begin(), holds.end(), [](const Hold& a, const Hold& b) {
+        return a.from != b.from ? a.from < b.from : a.position < b.position;
+    });
+    return holds;
+}
+
+}  // namespace maker

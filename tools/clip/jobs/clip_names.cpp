@@ -1,0 +1,147 @@
+#include "tools/clip/jobs/clip_names.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+#include "tools/clip/base/names.h"
+#include "tools/clip/media/image_sequence.h"
+
+namespace maker {
+
+namespace {
+
+constexpr size_t kLongest = 80;  // characters; a playlist holds paths of 91
+constexpr const char* kFallback = "clip";
+
+// The letters that U+00C0 to U+017F are without their accents.
+constexpr char32_t kFirstAccent = 0xC0;
+constexpr std::string_view kPlainLetters =
+    "aaaaaaaceeeeiiiidnooooo_ouuuuyts"
+    "aaaaaaaceeeeiiiidnooooo_ouuuuyty"
+    "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkk"
+    "llllllllllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
+static_assert(kPlainLetters.size() == 0x180 - kFirstAccent);
+
+// Accents that follow their letter.
+constexpr char32_t kFirstCombining = 0x300;
+constexpr char32_t kLastCombining = 0x36F;
+
+// What stands for a character in a name; 0 for nothing.
+char plainCharacter(char32_t character) {
+    if (character >= 'A' && character <= 'Z') {
+        return static_cast<char>(character - 'A' + 'a');
+    }
+    const bool letter = character >= 'a' && character <= 'z';
+    const bool digit = character >= '0' && character <= '9';
+    if (letter || digit || character == '-' || character == '+') {
+        return static_cast<char>(character);
+    }
+    if (character >= kFirstAccent && character - kFirstAccent < kPlainLetters.size()) {
+        return kPlainLetters[character - kFirstAccent];
+    }
+    return character >= kFirstCombining && character <= kLastCombining ? '\0' : '_';
+}
+
+std::string withoutEdges(const std::string& name) {
+    const size_t from = name.find_first_not_of("-_+");
+    if (from == std::string::npos) {
+        return "";
+    }
+    return name.substr(from, name.find_last_not_of("-_+") - from + 1);
+}
+
+std::string plainName(const std::string& text) {
+    std::string name;
+    for (const char32_t character : codePoints(text)) {
+        const char plain = plainCharacter(character);
+        if (plain != '\0' && !(plain == '_' && name.ends_with('_'))) {
+            name += plain;
+        }
+    }
+    return withoutEdges(withoutEdges(name).substr(0, kLongest));
+}
+
+std::string lowerCase(std::string name) {
+    std::transform(name.begin(), name.end(), name.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return name;
+}
+
+std::string cutTo(std::string name, int room) {
+    while (name.size() > 1 && panelWidth(name) > room) {
+        name.pop_back();
+    }
+    const std::string cut = withoutEdges(name);
+    return cut.empty() ? kFallback : cut;
+}
+
+std::string withoutNumber(std::string name) {
+    const size_t dash = name.find_last_not_of("0123456789");
+    if (dash != std::string::npos && dash + 1 < name.size() && name[dash] == '-') {
+        name[dash] = '_';
+    }
+    return name;
+}
+
+}  // namespace
+
+std::string safeName(const std::string& input) {
+    namespace fs = std::filesystem;
+    const std::optional<ImagePattern> pattern = imagePattern(input);
+    const fs::path path(input);
+    std::string name = plainName(pattern ? pattern->before : path.stem().string());
+    if (name.empty() && pattern) {
+        std::error_code ignored;
+        name = plainName(fs::absolute(path, ignored).parent_path().filename().string());
+    }
+    return name.empty() ? kFallback : name;
+}
+
+std::string latin1Of(const std::string& text) {
+    std::string latin1;
+    for (const char32_t character : codePoints(text)) {
+        if (character > 0xFF) {
+            return "";
+        }
+        latin1 += static_cast<char>(character);
+    }
+    return latin1;
+}
+
+int panelWidth(const std::string& name) {
+    int width = 0;
+    for (const char c : name) {
+        // clang-format off
+        width += c == 'i' ? 2
+               : c == 'j' || c == 'l' ? 3
+               : c == 'f' || c == 'r' || c == 't' || c == '-' ? 4
+               : c == 'm' || c == 'v' || c == 'w' || c == 'x' || c < 'a' || c == '_' ? 6
+               : 5;
+        // clang-format on
+    }
+    return width;
+}
+
+void ClipNames::take(const std::string& name) {
+    names_.insert(lowerCase(name));
+}
+
+bool ClipNames::taken(const std::string& name) const {
+    return names_.contains(lowerCase(name));
+}
+
+std::string ClipNames::give(const std::string& name, int room, const std::string& suffix) {
+    const std::string wished = withoutNumber(name);
+    std::string given = cutTo(wished, room - panelWidth(suffix));
+    for (int number = 2; taken(given); ++number) {
+        const std::string behind = std::string("_").append(std::to_string(number));
+        given = cutTo(wished, room - panelWidth(behind + suffix)) + behind;
+    }
+    take(given);
+    return given;
+}
+
+}  // namespace maker

@@ -1,0 +1,284 @@
+#include "tools/clip/jobs/encode_job.h"
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <optional>
+#include <utility>
+
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/decimals.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/jobs/encode_plan.h"
+#include "tools/clip/reports/load_cost.h"
+
+namespace maker {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Picture = std::vector<uint8_t>;
+
+fs::path numbered(const fs::path& path, size_t number) {
+    fs::path name = path.stem();
+    name += "-";
+    name += std::to_string(number);
+    name += path.extension();
+    return path.parent_path() / name;
+}
+
+void addNote(std::string& notes, const std::string& note) {
+    notes += notes.empty() ? "" : "; ";
+    notes += note;
+}
+
+class Job {
+public:
+    Job(const std::string& input, const fs::path& output, const EncodeSettings& settings,
+        const EncodeEvents& events)
+        : input_(input),
+          output_(output),
+          settings_(settings),
+          events_(events),
+          plan_(planEncode(input, settings)),
+          source_(plan_.source) {
+        if (settings.loop.kind == LoopKind::CROSSFADE) {
+            ahead_.emplace(plan_.source);
+        }
+    }
+
+    EncodeReport run();
+
+private:
+    void encodePart();
+    void feedPart(ClipEncoder& encoder, int part);
+    void feedPingpong(ClipEncoder& encoder, int part);
+    void feedCrossfade(ClipEncoder& encoder, int part);
+    void feedSeam(ClipEncoder& encoder);
+    void feed(ClipEncoder& encoder, const Picture& rgba);
+    Picture pictureOf(VideoSource& source) const;
+    int partFrames() const;
+    int expectedFrames(int part) const;
+    std::string noteOf(int given) const;
+    void checkEnd();
+    void commit();
+
+    const std::string& input_;
+    const fs::path& output_;
+    const EncodeSettings& settings_;
+    const EncodeEvents& events_;
+    EncodePlan plan_;
+    VideoSource source_;
+    std::optional<VideoSource> ahead_;  // CROSSFADE: fetches the end of a part before its beginning
+    bool waiting_ = false;              // source_ stands on a frame that is not encoded yet
+    int taken_ = 0;                     // frames that finished parts took from the source
+    int expected_ = 0;                  // of the part under way; 0 when nobody knows
+    std::optional<FolderInMaking> folder_;
+    std::deque<PendingFile> files_;
+    EncodeReport report_;
+};
+
+// The frames of the source that the part under way has, or may have when they were not counted.
+int Job::partFrames() const {
+    const int most = settings_.longInput == LongInput::FIT && settings_.loop.kind == LoopKind::BEST
+                         ? clip::kMaxFrames
+                         : framesTaken(settings_.loop);
+    return std::min(most, plan_.frames == kNoLimit ? most : plan_.frames - taken_);
+}
+
+// As the file announces, when the frames were not counted.
+int Job::expectedFrames(int part) const {
+    if (plan_.seam) {
+        return plan_.seam->end - plan_.seam->begin;
+    }
+    if (plan_.frames != kNoLimit) {
+        return framesGiven(settings_.loop, part);
+    }
+    const int announced = source_.expectedFrames() - taken_;
+    return announced > 0 ? framesGiven(settings_.loop, std::min(part, announced)) : 0;
+}
+
+Picture Job::pictureOf(VideoSource& source) const {
+    Picture rgba = source.picture();
+    applyKey(settings_, rgba);
+    return rgba;
+}
+
+void Job::feed(ClipEncoder& encoder, const Picture& rgba) {
+    encoder.add(rgba.data());
+    if (events_.progress) {
+        events_.progress(encoder.added(), expected_);
+    }
+}
+
+void Job::feedPart(ClipEncoder& encoder, int part) {
+    for (int i = 0; i < part && waiting_; ++i) {
+        feed(encoder, pictureOf(source_));
+        ++taken_;
+        waiting_ = source_.step();
+    }
+}
+
+void Job::feedPingpong(ClipEncoder& encoder, int part) {
+    std::vector<Picture> shown;
+    for (int i = 0; i < part && waiting_; ++i) {
+        shown.push_back(pictureOf(source_));
+        feed(encoder, shown.back());
+        ++taken_;
+        waiting_ = source_.step();
+    }
+    for (size_t i = shown.size(); i-- > 2;) {
+        feed(encoder, shown[i - 1]);
+    }
+}
+
+void Job::feedCrossfade(ClipEncoder& encoder, int part) {
+    const int blend = blendOf(settings_.loop, part);
+    std::deque<Picture> last;
+    for (int i = 0; i < part && ahead_->step(); ++i) {
+        if (i >= part - blend) {
+            last.push_back(pictureOf(*ahead_));
+        }
+    }
+    for (int i = 0; i < part && waiting_; ++i) {
+        if (i < part - blend) {
+            Picture rgba = pictureOf(source_);
+            if (i < blend && !last.empty()) {
+                crossfade(i, blend, last.front(), rgba);
+                last.pop_front();
+            }
+            feed(encoder, rgba);
+        }
+        ++taken_;
+        waiting_ = source_.step();
+    }
+}
+
+void Job::feedSeam(ClipEncoder& encoder) {
+    for (int i = 0; i < plan_.seam->end && waiting_; ++i) {
+        if (i >= plan_.seam->begin) {
+            feed(encoder, pictureOf(source_));
+        }
+        ++taken_;
+        waiting_ = source_.step();
+    }
+}
+
+std::string Job::noteOf(int given) const {
+    std::string note;
+    if (plan_.seam) {
+        const double fps = plan_.source.fps;
+        const double from = settings_.start + plan_.seam->begin / fps;
+        const double to = settings_.start + plan_.seam->end / fps;
+        addNote(note, "loop from " + decimals(from, 2) + " to " + decimals(to, 2) +
+                          " seconds, seam difference " +
+                          decimals(std::sqrt(plan_.seam->difference), 1));
+    }
+    if (settings_.loop.kind == LoopKind::CROSSFADE) {
+        addNote(note, std::to_string(taken_ - given) + " frames blended");
+    }
+    if (plan_.speed > 1) {
+        addNote(note, decimals(plan_.speed, 2) + " times as fast");
+    }
+    const bool cut = settings_.longInput == LongInput::CUT && settings_.duration <= 0;
+    if (cut && !plan_.seam && source_.goesOn()) {
+        addNote(note, "the input goes on");
+    }
+    return note;
+}
+
+void Job::encodePart() {
+    const int takenBefore = taken_;
+    const int part = partFrames();
+    expected_ = expectedFrames(part);
+    ClipEncoder encoder({
+        .alpha = plan_.source.alpha,
+        .quality = settings_.quality,
+        .content = settings_.content,
+        .dither = settings_.dither,
+        .recordBudget = settings_.records,
+        .byteBudget = settings_.bytes,
+        .workers = settings_.workers,
+    });
+    if (plan_.seam) {
+        feedSeam(encoder);
+        waiting_ = false;
+    } else if (settings_.loop.kind == LoopKind::PINGPONG) {
+        feedPingpong(encoder, part);
+    } else if (settings_.loop.kind == LoopKind::CROSSFADE) {
+        feedCrossfade(encoder, part);
+    } else {
+        feedPart(encoder, part);
+    }
+    const std::vector<uint8_t> bytes = encoder.finish();
+    const ClipStats& stats = encoder.stats();
+    std::vector<clip::BlockLayout> blocks;
+    clip::validate(bytes, &blocks);
+    const LoadCost cost = loadCost(blocks);
+    if (!folder_) {
+        folder_.emplace(folderOf(output_));
+    }
+    files_.emplace_back(output_, bytes);
+    report_.clips.push_back({output_, stats.frames, bytes.size(), stats.psnr(), stats.records,
+                             cost.memory, cost.seconds, ""});
+    std::string& note = report_.clips.back().note;
+    note = noteOf(stats.frames + takenBefore);
+    if (!stats.withinBudget) {
+        addNote(note, "the budget is too small for any picture");
+    }
+}
+
+void Job::checkEnd() {
+    report_.damaged = source_.damaged();
+    report_.cutOff = source_.cutOff();
+    if (!report_.cutOff.empty() && !settings_.partial) {
+        throw ToolError("cannot read all of " + input_ + ": " + report_.cutOff +
+                        " (--partial takes what is there)");
+    }
+}
+
+void Job::commit() {
+    std::error_code ignored;
+    for (size_t i = 0; i < files_.size(); ++i) {
+        fs::path& path = report_.clips[i].path;
+        path = files_.size() > 1 ? numbered(output_, i + 1) : output_;
+        if (fs::equivalent(input_, path, ignored)) {
+            throw ToolError("the output " + path.string() + " is the input");
+        }
+    }
+    if (events_.beforeCommit) {
+        events_.beforeCommit(report_);
+    }
+    for (size_t i = 0; i < files_.size(); ++i) {
+        files_[i].commit(report_.clips[i].path);
+    }
+    folder_->keep();
+}
+
+EncodeReport Job::run() {
+    waiting_ = source_.step();
+    if (!waiting_) {
+        throw ToolError("cannot read " + input_ + ": it ends before the start asked");
+    }
+    do {
+        encodePart();
+    } while (waiting_ && settings_.longInput == LongInput::SPLIT);
+    checkEnd();
+    commit();
+    return std::move(report_);
+}
+
+}  // namespace
+
+EncodeReport encodeFile(const std::string& input, const fs::path& output,
+                        const EncodeSettings& settings, const EncodeEvents& events) {
+    std::error_code ignored;
+    if (fs::equivalent(input, output, ignored)) {
+        throw ToolError("the output " + output.string() + " is the input");
+    }
+    checkWritable(output);
+    return Job(input, output, settings, events).run();
+}
+
+}  // namespace maker

@@ -1,0 +1,83 @@
+#pragma once
+// One input to one clip, or to several: decode, cut or retime, key, loop, encode, write.
+//
+// The clips get their names when all of them are whole; before that, and when anything goes wrong,
+// every file keeps what it held and nothing new is there. Errors and interrupts are thrown
+// (errors.h). Jobs may run side by side.
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/clip/encoder/encoder.h"
+#include "tools/clip/jobs/loop.h"
+#include "tools/clip/media/fit.h"
+#include "tools/clip/media/keying.h"
+#include "tools/clip/media/source.h"
+
+namespace maker {
+
+enum class LongInput {
+    CUT,    // its first part
+    SPLIT,  // several clips, numbered from 1
+    FIT,    // played faster, so that all of it fits
+};
+
+enum class AlphaFrom {
+    SOURCE,      // where the source has some
+    NONE,        // an opaque clip
+    BRIGHTNESS,  // keying.h
+    COLOUR,
+};
+
+struct EncodeSettings {
+    double start = 0;     // seconds
+    double duration = 0;  // seconds; 0 for all there is
+    double fps = kStageFps;
+    Fit fit = Fit::COVER;
+    bool nearest = false;  // scale without mixing pixels
+    LongInput longInput = LongInput::CUT;
+    LoopSettings loop;
+    AlphaFrom alpha = AlphaFrom::SOURCE;
+    Colour key;  // AlphaFrom::COLOUR
+    Content content = Content::MIXED;
+    int quality = kDefaultQuality;
+    bool dither = false;
+    int64_t records = 0;   // budgets for each clip; 0: none
+    int64_t bytes = 0;     // likewise
+    bool partial = false;  // take what is there of an input that breaks off
+    int workers = 1;
+};
+
+struct ClipReport {
+    std::filesystem::path path;
+    int frames = 0;
+    size_t bytes = 0;
+    double psnr = 0;  // decibels; infinite when nothing is lost
+    int records = 0;
+    size_t memory = 0;   // bytes when loaded
+    double seconds = 0;  // until it is ready on stage
+    std::string note;    // how it was cut and looped; empty when there is nothing to tell
+};
+
+struct EncodeReport {
+    std::vector<ClipReport> clips;
+    int damaged = 0;     // packets left out
+    std::string cutOff;  // how an input that breaks off shows; empty when it does not
+};
+
+struct EncodeEvents {
+    // Frames made so far of the clip under way, and how many it is to have; 0 when nobody knows.
+    std::function<void(int done, int expected)> progress;
+
+    // The clips are whole; as soon as this returns they get their names.
+    std::function<void(const EncodeReport&)> beforeCommit;
+};
+
+// Clips of a split input are named like output-1.m19. The output's folder is made when missing.
+EncodeReport encodeFile(const std::string& input, const std::filesystem::path& output,
+                        const EncodeSettings& settings, const EncodeEvents& events = {});
+
+}  // namespace maker

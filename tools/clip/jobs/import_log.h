@@ -1,0 +1,70 @@
+#pragma once
+// Which clips of a folder were made from which inputs, so that an import does only what is missing
+// or changed.
+//
+// The log is a file beside the clips that only ever grows by whole lines: one that gives an input
+// its clip's name, before the clip gets that name on the disk, and one that says that the clip is
+// there, after it. Whatever interrupts an import, a clip without its second line is made again,
+// under the same name, over what may be there; a line that broke off counts as none. An input
+// counts as done when its size, its time and the options of the encoder are those of the second
+// line and the clips have the sizes that stand there. Nothing is ever deleted.
+//
+// While it exists the object holds the folder against other imports. May be used from any thread.
+
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "tools/clip/jobs/encode_job.h"
+#include "tools/clip/jobs/import_scan.h"
+
+namespace maker {
+
+class ImportLog {
+public:
+    // Reads the log; a folder that is not there has none. Throws when another import is at work.
+    explicit ImportLog(const std::filesystem::path& folder);
+    ~ImportLog();
+    ImportLog(const ImportLog&) = delete;
+    ImportLog& operator=(const ImportLog&) = delete;
+
+    // The name that the input's clip has; empty when it has none yet.
+    std::string nameOf(const std::string& input) const;
+    std::vector<std::string> names() const;
+
+    // The input's clips in the folder when they are as they should be; else none.
+    std::vector<std::string> clipsOf(const std::string& input, const InputState& state,
+                                     const std::string& options) const;
+
+    // The folder must be there by now.
+    void begin(const std::string& input, const std::string& name);
+    void finish(const std::string& input, const std::string& name, const InputState& state,
+                const std::string& options, const std::vector<ClipReport>& clips);
+
+private:
+    struct Clip {
+        std::string file;
+        uint64_t bytes = 0;
+    };
+    struct Entry {
+        std::string name;
+        InputState state;
+        std::string options;
+        std::vector<Clip> clips;  // none while it is not finished
+    };
+
+    void hold();
+    void readLine(const std::string& line);
+    void append(const std::string& line);
+
+    std::filesystem::path folder_;
+    std::map<std::string, Entry> entries_;  // by absolute path
+    int held_ = -1;                         // descriptor of the folder
+    int file_ = -1;
+    bool brokenOff_ = false;  // the log's last line
+    mutable std::mutex mutex_;
+};
+
+}  // namespace maker

@@ -1,0 +1,232 @@
+#include "tools/clip/media/movie.h"
+
+#include <cstring>
+#include <filesystem>
+
+extern "C" {
+#include <libavfilter/buffersink.h>
+#include <libavfilter/buffersrc.h>
+#include <libavutil/opt.h>
+}
+
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/interrupt.h"
+#include "tools/clip/media/media_file.h"
+
+namespace maker {
+
+namespace {
+
+constexpr int kLargestTerm = 100000;  // of the frame rate as a fraction
+
+// The palette of a GIF is made anew for every frame, so that few colours stay exact.
+// An MP4's colours are those of high-definition video, as players expect.
+// clang-format off
+constexpr MovieKind kMovies[] = {
+    {".apng", "apng", "apng", "format=rgb24", "format=rgba", "", true},
+    {".gif", "gif", "gif",
+     "split[a][b];[a]palettegen=stats_mode=single:reserve_transparent=0[p];[b][p]paletteuse=new=1",
+     "split[a][b];[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:alpha_threshold=128",
+     "", true},
+    {".mkv", "matroska", "ffv1", "format=bgr0", "format=bgra", "level=3:slicecrc=1", true},
+    {".mp4", "mp4", "libx264",
+     "scale=out_color_matrix=bt709:out_range=limited:flags=accurate_rnd,format=yuv420p", "",
+     "crf=16:colorspace=bt709:color_primaries=bt709:color_trc=bt709:color_range=tv", false},
+};
+// clang-format on
+
+FramePtr frameOf(const Picture& picture) {
+    FramePtr frame = newFrame();
+    frame->width = picture.width;
+    frame->height = picture.height;
+    frame->format = AV_PIX_FMT_RGBA;
+    if (av_frame_get_buffer(frame.get(), 0) < 0) {
+        throw std::bad_alloc();
+    }
+    for (int y = 0; y < picture.height; ++y) {
+        std::memcpy(frame->data[0] + static_cast<ptrdiff_t>(y) * frame->linesize[0],
+                    picture.at(0, y), static_cast<size_t>(picture.width) * 4);
+    }
+    return frame;
+}
+
+}  // namespace
+
+const MovieKind kPng{".png", "image2pipe", "png", "format=rgb24", "format=rgba", "", true};
+// The quality is 3 of 2 (best) to 31, in FFmpeg's units of 118.
+const MovieKind kJpeg{
+    ".jpg", "image2pipe", "mjpeg", "format=yuvj444p", "", "flags=qscale:global_quality=354", false};
+
+const MovieKind* movieKindOf(const std::string& path) {
+    for (const MovieKind& kind : kMovies) {
+        if (std::filesystem::path(path).extension() == kind.ending) {
+            return &kind;
+        }
+    }
+    return nullptr;
+}
+
+std::string movieEndings() {
+    std::string text;
+    for (const MovieKind& kind : kMovies) {
+        text += (text.empty() ? "" : ", ") + std::string(kind.ending);
+    }
+    return text;
+}
+
+void MovieWriter::FreeMuxer::operator()(AVFormatContext* format) const {
+    if (format->pb != nullptr) {
+        uint8_t* bytes = nullptr;
+        avio_close_dyn_buf(format->pb, &bytes);
+        av_free(bytes);
+    }
+    avformat_free_context(format);
+}
+
+MovieWriter::MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps)
+    : kind_(kind),
+      frameTime_(av_inv_q(av_d2q(fps, kLargestTerm))),
+      graph_(avfilter_graph_alloc()),
+      packet_(av_packet_alloc()) {
+    if (!graph_ || !packet_) {
+        throw std::bad_alloc();
+    }
+    av_log_set_level(AV_LOG_QUIET);
+    openFilters(width, height, alpha && kind.keepsAlpha);
+    openEncoder(fps);
+    openFile();
+}
+
+MovieWriter::~MovieWriter() = default;
+
+void MovieWriter::require(int result, const char* step) const {
+    if (result < 0) {
+        throw ToolError(std::string("cannot make a ") + kind_.ending + " file: " + step + ": " +
+                        reasonOf(result));
+    }
+}
+
+void MovieWriter::openFilters(int width, int height, bool alpha) {
+    const std::string input = "video_size=" + std::to_string(width) + "x" + std::to_string(height) +
+                              ":pix_fmt=rgba:time_base=" + std::to_string(frameTime_.num) + "/" +
+                              std::to_string(frameTime_.den);
+    require(avfilter_graph_create_filter(&source_, avfilter_get_by_name("buffer"), "in",
+                                         input.c_str(), nullptr, graph_.get()),
+            "pictures");
+    require(avfilter_graph_create_filter(&sink_, avfilter_get_by_name("buffersink"), "out", nullptr,
+                                         nullptr, graph_.get()),
+            "pictures");
+    AVFilterInOut* begin = avfilter_inout_alloc();
+    AVFilterInOut* end = avfilter_inout_alloc();
+    if (begin == nullptr || end == nullptr) {
+        throw std::bad_alloc();
+    }
+    *begin = {av_strdup("in"), source_, 0, nullptr};
+    *end = {av_strdup("out"), sink_, 0, nullptr};
+    const char* filters = alpha ? kind_.alphaFilters : kind_.filters;
+    const int result = avfilter_graph_parse_ptr(graph_.get(), filters, &end, &begin, nullptr);
+    avfilter_inout_free(&begin);
+    avfilter_inout_free(&end);
+    require(result, "filters");
+    require(avfilter_graph_config(graph_.get(), nullptr), "filters");
+}
+
+void MovieWriter::openEncoder(double fps) {
+    const AVCodec* codec = avcodec_find_encoder_by_name(kind_.encoder);
+    require(codec != nullptr ? 0 : AVERROR_ENCODER_NOT_FOUND, kind_.encoder);
+    codec_.reset(avcodec_alloc_context3(codec));
+    if (!codec_) {
+        throw std::bad_alloc();
+    }
+    codec_->width = av_buffersink_get_w(sink_);
+    codec_->height = av_buffersink_get_h(sink_);
+    codec_->pix_fmt = static_cast<AVPixelFormat>(av_buffersink_get_format(sink_));
+    codec_->time_base = frameTime_;
+    codec_->framerate = av_d2q(fps, kLargestTerm);
+    codec_->sample_aspect_ratio = {1, 1};
+    require(av_set_options_string(codec_.get(), kind_.options, "=", ":"), "options");
+}
+
+void MovieWriter::openFile() {
+    AVFormatContext* format = nullptr;
+    require(avformat_alloc_output_context2(&format, nullptr, kind_.muxer, nullptr), kind_.muxer);
+    muxer_.reset(format);
+    if ((format->oformat->flags & AVFMT_GLOBALHEADER) != 0) {
+        codec_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    }
+    require(avcodec_open2(codec_.get(), nullptr, nullptr), kind_.encoder);
+    format->flags |= AVFMT_FLAG_BITEXACT;  // the same pictures make the same file
+    stream_ = avformat_new_stream(format, nullptr);
+    if (stream_ == nullptr) {
+        throw std::bad_alloc();
+    }
+    require(avcodec_parameters_from_context(stream_->codecpar, codec_.get()), kind_.muxer);
+    stream_->time_base = frameTime_;
+    stream_->avg_frame_rate = codec_->framerate;
+    stream_->sample_aspect_ratio = {1, 1};
+    require(avio_open_dyn_buf(&format->pb), "memory");
+    // Repeats for ever, where the kind of file can say so.
+    av_opt_set(format, "plays", "0", AV_OPT_SEARCH_CHILDREN);
+    require(avformat_write_header(format, nullptr), kind_.muxer);
+}
+
+void MovieWriter::add(const Picture& picture) {
+    stopIfInterrupted();
+    const FramePtr frame = frameOf(picture);
+    frame->pts = added_++;
+    require(av_buffersrc_add_frame(source_, frame.get()), "filters");
+    drainFilters();
+}
+
+void MovieWriter::drainFilters() {
+    for (;;) {
+        const FramePtr frame = newFrame();
+        const int result = av_buffersink_get_frame(sink_, frame.get());
+        if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) {
+            return;
+        }
+        require(result, "filters");
+        frame->pict_type = AV_PICTURE_TYPE_NONE;
+        encode(frame.get());
+    }
+}
+
+void MovieWriter::encode(const AVFrame* frame) {
+    require(avcodec_send_frame(codec_.get(), frame), kind_.encoder);
+    for (;;) {
+        const int result = avcodec_receive_packet(codec_.get(), packet_.get());
+        if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) {
+            return;
+        }
+        require(result, kind_.encoder);
+        AVPacket& packet = *packet_;
+        // Times are rounded down: whoever samples the file at its own rate meets every frame once.
+        const auto rounded = [this](int64_t time) {
+            return av_rescale_q_rnd(time, codec_->time_base, stream_->time_base, AV_ROUND_DOWN);
+        };
+        packet.duration = rounded(packet.pts + 1) - rounded(packet.pts);
+        packet.pts = rounded(packet.pts);
+        packet.dts = rounded(packet.dts);
+        packet.stream_index = stream_->index;
+        require(av_interleaved_write_frame(muxer_.get(), &packet), kind_.muxer);
+    }
+}
+
+std::vector<uint8_t> MovieWriter::finish() {
+    require(av_buffersrc_add_frame(source_, nullptr), "filters");
+    drainFilters();
+    encode(nullptr);
+    require(av_write_trailer(muxer_.get()), kind_.muxer);
+    // Closing the memory would overwrite what follows the place that the trailer went back to.
+    uint8_t* bytes = nullptr;
+    const int size = avio_get_dyn_buf(muxer_->pb, &bytes);
+    return {bytes, bytes + size};
+}
+
+std::vector<uint8_t> pictureFile(const MovieKind& kind, const Picture& picture, bool alpha) {
+    MovieWriter writer(kind, picture.width, picture.height, alpha, 1);
+    writer.add(picture);
+    return writer.finish();
+}
+
+}  // namespace maker

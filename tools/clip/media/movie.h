@@ -1,0 +1,79 @@
+#pragma once
+// Pictures to a moving or still picture file, by FFmpeg: pictures in, the whole file's bytes out.
+//
+// All pictures have one size. What the kind cannot hold is the caller's to lay over something:
+// without `keepsAlpha` the alpha channel is dropped. Failures are thrown as ToolError.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/clip/media/decoder.h"
+#include "tools/clip/media/picture.h"
+
+extern "C" {
+#include <libavfilter/avfilter.h>
+}
+
+namespace maker {
+
+struct MovieKind {
+    const char* ending;   // of file names
+    const char* muxer;    // FFmpeg's names
+    const char* encoder;  //
+    const char* filters;  // from RGBA to what the encoder takes
+    const char* alphaFilters;
+    const char* options;  // of the encoder, "key=value:key=value"
+    bool keepsAlpha;      // wholly or as on and off
+};
+
+// APNG, GIF, MKV (FFV1) and MP4 (H.264) by the ending of a file name; null for any other.
+const MovieKind* movieKindOf(const std::string& path);
+std::string movieEndings();  // ".apng, .gif, ..."
+
+extern const MovieKind kPng;   // a single picture
+extern const MovieKind kJpeg;  // likewise
+
+struct FreeGraph {
+    void operator()(AVFilterGraph* graph) const { avfilter_graph_free(&graph); }
+};
+
+class MovieWriter {
+public:
+    MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps);
+    ~MovieWriter();
+    MovieWriter(const MovieWriter&) = delete;
+    MovieWriter& operator=(const MovieWriter&) = delete;
+
+    void add(const Picture& picture);
+    std::vector<uint8_t> finish();
+
+private:
+    struct FreeMuxer {
+        void operator()(AVFormatContext* format) const;
+    };
+
+    void openFilters(int width, int height, bool alpha);
+    void openEncoder(double fps);
+    void openFile();
+    void drainFilters();
+    void encode(const AVFrame* frame);
+    void require(int result, const char* step) const;
+
+    const MovieKind& kind_;
+    AVRational frameTime_;
+    std::unique_ptr<AVFilterGraph, FreeGraph> graph_;
+    AVFilterContext* source_ = nullptr;
+    AVFilterContext* sink_ = nullptr;
+    std::unique_ptr<AVCodecContext, FreeCodec> codec_;
+    std::unique_ptr<AVFormatContext, FreeMuxer> muxer_;
+    AVStream* stream_ = nullptr;
+    std::unique_ptr<AVPacket, FreePacket> packet_;
+    int64_t added_ = 0;
+};
+
+// One picture as a file of kPng or kJpeg; alpha is kept where the kind can and `alpha` asks for it.
+std::vector<uint8_t> pictureFile(const MovieKind& kind, const Picture& picture, bool alpha);
+
+}  // namespace maker

@@ -1,0 +1,78 @@
+#pragma once
+// The frames of a clip from any video, animated image or image sequence that FFmpeg reads.
+//
+// Walks over 640 x 360 RGBA pictures at the clip's own rate, the source's timing kept (pacer.h); a
+// frame that is only stepped over is decoded but not scaled. A source of one single picture gives
+// one frame, or the asked duration of it; an image sequence gives one frame a picture. Errors are
+// thrown as ToolError.
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "tools/clip/media/decoder.h"
+#include "tools/clip/media/fit.h"
+#include "tools/clip/media/pacer.h"
+#include "tools/clip/media/scaler.h"
+
+namespace maker {
+
+inline constexpr double kStageFps = 25.6;  // the pace at which the program shows a clip
+inline constexpr int kNoLimit = std::numeric_limits<int>::max();
+
+struct SourceOptions {
+    std::string path;
+    double start = 0;     // seconds
+    double duration = 0;  // seconds; 0 for all there is
+    double fps = kStageFps;
+    double pictureFps = 0;  // of an image sequence; 0 for fps, so that every picture is one frame
+    int limit = kNoLimit;   // frames
+    Fit fit = Fit::COVER;
+    bool nearest = false;  // scale without mixing pixels; always so for Fit::WHOLE
+    bool alpha = false;    // keep transparency; else everything lies over black
+    int threads = 1;       // of the decoder
+};
+
+class VideoSource {
+public:
+    explicit VideoSource(const SourceOptions& options);
+
+    // Moves to the next frame, at first to the first one; false at the end.
+    bool step();
+
+    // After a step: the frame, 640 x 360 x 4 bytes, until the next step.
+    const std::vector<uint8_t>& picture();
+
+    // After a step and before picture(): whether anything in the frame is not opaque.
+    bool seesThrough();
+
+    // Whether the pictures are of a kind that can be transparent. The first one tells; but those of
+    // a sequence may be of different kinds.
+    bool canSeeThrough() const { return canSeeThrough_; }
+
+    int expectedFrames() const;                // as the file announces; 0 when it does not
+    double seconds() const { return until_; }  // of the part stepped over so far
+    bool goesOn() const;                       // past the limit or the duration
+    int damaged() const { return decoder_.damaged(); }
+    std::string cutOff() const { return more_ ? "" : decoder_.cutOff(); }
+
+private:
+    bool advance();
+
+    SourceOptions options_;
+    Decoder decoder_;
+    Scaler scaler_;
+    Pacer pacer_;
+    TimedFrame current_;
+    TimedFrame upcoming_;
+    double until_ = 0;  // the end of current_, from the start on
+    bool canSeeThrough_ = false;
+    bool more_ = false;   // upcoming_ holds a picture
+    bool alone_ = true;   // current_ is the first picture
+    int pending_ = 0;     // frames that show current_ and are not given yet
+    bool drawn_ = false;  // picture_ shows current_
+    std::vector<uint8_t> picture_;
+};
+
+}  // namespace maker

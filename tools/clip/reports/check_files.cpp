@@ -1,0 +1,238 @@
+#include "tools/clip/reports/check_files.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <map>
+#include <optional>
+
+#include "common/limits.h"
+#include "mixer/filters.h"
+#include "tools/clip/base/names.h"
+
+namespace maker {
+
+namespace {
+
+constexpr const char* kPlaylistsName = "userdata/playlists.xml";
+constexpr const char* kPrefsName = "userdata/prefs.xml";
+constexpr const char* kControllerName = "userdata/gamecontroller.xml";
+
+// What the program's options screen offers, and the least that it reads back.
+struct Size {
+    int width;
+    int height;
+};
+constexpr Size kOfferedSizes[] = {{1280, 720}, {1024, 768}};
+constexpr Size kSmallest = {800, 600};
+
+std::string counted(size_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+// Why one text is read as another, where the cause is plain.
+std::string causeOf(const std::string& read, const std::string& written) {
+    if (!read.empty() && written.size() > read.size() &&
+        written.compare(0, read.size(), read) == 0) {
+        return " (cut after " + counted(read.size(), "character") + ")";
+    }
+    return read.find('&') != std::string::npos ? " (entities such as &amp; are not understood)"
+                                               : "";
+}
+
+std::string misread(const std::string& read, const std::string& written) {
+    return "is read as " + inQuotes(read) + ", not as " + inQuotes(written) +
+           causeOf(read, written);
+}
+
+void noteFault(const char* where, const std::string& fault, Findings& findings) {
+    if (!fault.empty()) {
+        findings.note(where, "is no well-formed XML: " + fault);
+    }
+}
+
+void checkTracks(const PlaylistText& read, const PlaylistText& written, Findings& findings) {
+    const std::string& where = written.name;
+    if (read.tracks.size() != written.tracks.size()) {
+        findings.problem(where,
+                         written.tracks.size() > kTrackSlots && read.tracks.size() == kTrackSlots
+                             ? "has " + counted(written.tracks.size(), "track") +
+                                   ", of which only the first " + std::to_string(kTrackSlots) +
+                                   " are read"
+                             : "has " + counted(written.tracks.size(), "track") + ", but " +
+                                   std::to_string(read.tracks.size()) + " are read");
+    }
+    for (size_t t = 0; t < std::min(read.tracks.size(), written.tracks.size()); ++t) {
+        if (read.tracks[t] != written.tracks[t]) {
+            findings.problem(where, "track " + std::to_string(t + 1) + " " +
+                                        misread(read.tracks[t], written.tracks[t]));
+            return;  // what follows a misread track is misread as well
+        }
+    }
+    if (read.tracks.empty()) {
+        findings.problem(where, "has no tracks: the stage stays black");
+    } else if (read.tracks.size() > kEditorTracks) {
+        findings.note(where, "has " + counted(read.tracks.size(), "track") +
+                                 "; the program's editor makes lists of at most " +
+                                 std::to_string(kEditorTracks));
+    }
+}
+
+// The number that the program makes of a text, when nobody would read it otherwise.
+std::optional<int> plainNumber(const std::string& text) {
+    char* end = nullptr;
+    const long number = std::strtol(text.c_str(), &end, 10);
+    const bool whole = end != text.c_str() &&
+                       text.find_first_not_of(" \t\r\n", static_cast<size_t>(end - text.c_str())) ==
+                           std::string::npos;
+    return whole && number >= INT_MIN && number <= INT_MAX
+               ? std::optional<int>(static_cast<int>(number))
+               : std::nullopt;
+}
+
+// False, with a finding, for what the program does not read as it is written.
+bool readAsWritten(const char* where, const ElementText& element, const std::string& label,
+                   Findings& findings) {
+    if (!element.there) {
+        findings.problem(
+            where, label + " is missing; " + inQuotes(element.read) + " is read in its place");
+        return false;
+    }
+    if (element.read != element.written) {
+        findings.problem(where, label + " " + misread(element.read, element.written) +
+                                    ": the elements have a fixed order");
+        return false;
+    }
+    return true;
+}
+
+void checkFlag(const ElementText& element, Findings& findings) {
+    if (element.read != "0" && element.read != "1") {
+        findings.problem(kPrefsName, "<" + element.name + "> holds " + inQuotes(element.read) +
+                                         ", which is ignored: only 0 and 1 count");
+    }
+}
+
+// The number, unless the program ignores it.
+std::optional<int> checkSize(const ElementText& element, int smallest, Findings& findings) {
+    const std::optional<int> number = plainNumber(element.read);
+    if (number && *number >= smallest) {
+        return number;
+    }
+    findings.problem(kPrefsName, "<" + element.name + "> holds " + inQuotes(element.read) +
+                                     ", which is ignored: less than " + std::to_string(smallest));
+    return std::nullopt;
+}
+
+void checkOffered(int width, int height, Findings& findings) {
+    for (const Size& size : kOfferedSizes) {
+        if (size.width == width && size.height == height) {
+            return;
+        }
+    }
+    findings.note(kPrefsName, "the resolution " + std::to_string(width) + " x " +
+                                  std::to_string(height) +
+                                  " is none that the options screen offers");
+}
+
+void checkFilter(const ElementText& element, int slot, Findings& findings) {
+    const std::optional<int> id = plainNumber(element.read);
+    const std::string label = "filter " + std::to_string(slot + 1);
+    if (!id) {
+        findings.problem(kPrefsName, label + " is " + inQuotes(element.read) +
+                                         ", which is no number: it counts as its beginning or 0");
+    } else if (*id < 0 || *id >= kFilterIds) {
+        findings.problem(kPrefsName, label + " is " + std::to_string(*id) +
+                                         ", which is no filter: the slot does nothing");
+    }
+}
+
+}  // namespace
+
+void checkPlaylistsFile(const PlaylistsFile& file, Findings& findings) {
+    if (!file.there) {
+        findings.problem(kPlaylistsName, "is missing: there is nothing to play");
+        return;
+    }
+    noteFault(kPlaylistsName, file.fault, findings);
+    if (file.read.size() != file.written.size()) {
+        const bool full = file.read.size() == kPlaylists && file.written.size() > kPlaylists;
+        findings.problem(kPlaylistsName, "holds " + counted(file.written.size(), "playlist") +
+                                             ", " + (full ? "of which only the first " : "but ") +
+                                             std::to_string(file.read.size()) + " are read");
+    } else if (file.read.empty()) {
+        findings.problem(kPlaylistsName, "holds no playlists: there is nothing to play");
+    }
+    for (size_t i = 0; i < std::min(file.read.size(), file.written.size()); ++i) {
+        const PlaylistText& read = file.read[i];
+        const PlaylistText& written = file.written[i];
+        if (read.name != written.name) {
+            findings.problem(kPlaylistsName, "the name of playlist " + std::to_string(i + 1) + " " +
+                                                 misread(read.name, written.name));
+        }
+        checkTracks(read, written, findings);
+    }
+}
+
+void checkPrefsFile(const ElementsFile& file, Findings& findings) {
+    if (!file.there) {
+        findings.note(kPrefsName, "is missing: no filters are set, no lines are shown");
+        return;
+    }
+    noteFault(kPrefsName, file.fault, findings);
+    std::optional<int> width;
+    std::optional<int> height;
+    int slot = 0;
+    for (const ElementText& element : file.elements) {
+        const bool isFilter = element.name == "filter";
+        const std::string label =
+            isFilter ? "filter " + std::to_string(slot + 1) : "<" + element.name + ">";
+        slot += isFilter ? 1 : 0;
+        if (!readAsWritten(kPrefsName, element, label, findings)) {
+            return;
+        }
+        if (isFilter) {
+            checkFilter(element, slot - 1, findings);
+        } else if (element.name == "res_w") {
+            width = checkSize(element, kSmallest.width, findings);
+        } else if (element.name == "res_h") {
+            height = checkSize(element, kSmallest.height, findings);
+        } else if (element.name != "mode") {
+            checkFlag(element, findings);
+        }
+    }
+    if (width && height) {
+        checkOffered(*width, *height, findings);
+    }
+}
+
+void checkControllerFile(const ElementsFile& file, Findings& findings) {
+    if (!file.there) {
+        findings.note(kControllerName, "is missing: a controller's buttons do nothing");
+        return;
+    }
+    noteFault(kControllerName, file.fault, findings);
+    std::map<int, int> firstUse;
+    int entry = 0;
+    for (const ElementText& element : file.elements) {
+        const std::string label = "button " + std::to_string(++entry);
+        if (!readAsWritten(kControllerName, element, label, findings)) {
+            return;
+        }
+        const std::optional<int> button = plainNumber(element.read);
+        if (!button) {
+            findings.problem(kControllerName,
+                             label + " is " + inQuotes(element.read) +
+                                 ", which is no number: it counts as its beginning or 0");
+        } else if (*button < 0) {
+            findings.problem(kControllerName,
+                             label + " is " + std::to_string(*button) + ": it does nothing");
+        } else if (*button != kPadUnassigned && !firstUse.emplace(*button, entry).second) {
+            findings.note(kControllerName, "buttons " + std::to_string(firstUse[*button]) +
+                                               " and " + std::to_string(entry) + " are both " +
+                                               std::to_string(*button));
+        }
+    }
+}
+
+}  // namespace maker

@@ -1,0 +1,220 @@
+#include "tools/clip/reports/check_set.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "common/limits.h"
+#include "layout/clipname.h"
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/names.h"
+#include "tools/clip/reports/check_files.h"
+#include "tools/clip/reports/check_names.h"
+#include "tools/clip/reports/clip_files.h"
+
+namespace maker {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// What a computer of 512 MB has left for clips.
+constexpr size_t kMuchMemory = 350'000'000;
+constexpr double kMegabyte = 1e6;
+
+std::string lowered(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char byte) {
+        return static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + 'a' - 'A' : byte);
+    });
+    return text;
+}
+
+std::string oneDecimal(double value) {
+    char text[32];
+    std::snprintf(text, sizeof(text), "%.1f", value);
+    return text;
+}
+
+class SetChecker {
+public:
+    explicit SetChecker(const fs::path& folder) : folder_(folder), videos_(folder / "videos") {}
+
+    SetReport run();
+
+private:
+    const TrackReport& track(const std::string& path);
+    void checkPlaylist(const PlaylistText& text);
+    void checkTracks(const PlaylistReport& playlist);
+    void checkHeight(const std::string& playlist, const TrackReport& track);
+    std::string missingText(const std::string& path) const;
+    void findUnnamed();
+
+    fs::path folder_;
+    fs::path videos_;
+    std::vector<std::string> clips_;             // below videos/
+    std::map<std::string, TrackReport> tracks_;  // looked at, by path
+    SetReport report_;
+};
+
+// Each file is read once, however many playlists name it.
+const TrackReport& SetChecker::track(const std::string& path) {
+    const auto [place, isNew] = tracks_.try_emplace(path);
+    TrackReport& track = place->second;
+    if (!isNew) {
+        return track;
+    }
+    stopIfInterrupted();
+    track.path = path;
+    const fs::path file = videos_ / path;
+    std::error_code ignored;
+    track.there = fs::is_regular_file(file, ignored);
+    if (track.there) {
+        try {
+            describe(readWholeFile(file), track.clip);
+        } catch (const ToolError& error) {
+            track.fault = error.what();
+        }
+    }
+    return track;
+}
+
+std::string SetChecker::missingText(const std::string& path) const {
+    for (const std::string& clip : clips_) {
+        if (lowered(clip) == lowered(path)) {
+            return inQuotes(path) + " is missing; there is " + inQuotes(clip);
+        }
+    }
+    return inQuotes(path) + " is missing";
+}
+
+// The top layer of a clip begins at the clip's own size in memory, the mixer's at the picture's: a
+// low clip is moved up by the lines that it lacks.
+void SetChecker::checkHeight(const std::string& playlist, const TrackReport& track) {
+    const int height = track.clip.header.height;
+    if (height >= kFrameHeight) {
+        return;
+    }
+    const int shown = height - (kFrameHeight - height);
+    report_.findings.note(
+        playlist, inQuotes(track.path) + " is " + std::to_string(height) + " lines high, not " +
+                      std::to_string(kFrameHeight) + ": on the top layer " +
+                      (shown > 0 ? "only its last " + std::to_string(shown) + " lines show"
+                                 : "nothing of it shows"));
+}
+
+void SetChecker::checkTracks(const PlaylistReport& playlist) {
+    std::set<std::string> seen;
+    int playable = 0;
+    for (const TrackReport& track : playlist.tracks) {
+        playable += track.there && track.clip.plays() ? 1 : 0;
+        if (!seen.insert(track.path).second) {
+            continue;
+        }
+        const std::string label = inQuotes(track.path) + " ";
+        if (!track.there) {
+            report_.findings.problem(playlist.name, missingText(track.path));
+        } else if (!track.fault.empty()) {
+            report_.findings.problem(playlist.name, readable(track.fault));
+        } else if (!track.clip.plays()) {
+            report_.findings.problem(playlist.name, label + "is " + verdictText(track.clip));
+        } else if (track.clip.slow() || !track.clip.verdict.ok) {
+            report_.findings.note(playlist.name, label + verdictText(track.clip));
+        }
+        if (track.there && track.clip.plays()) {
+            checkHeight(playlist.name, track);
+        }
+    }
+    if (playable > kClipSlots) {
+        report_.findings.problem(playlist.name, "has " + std::to_string(playable) + " clips for " +
+                                                    std::to_string(kClipSlots) +
+                                                    " slots: the last ones are never loaded");
+    }
+    if (playlist.memory > kMuchMemory) {
+        report_.findings.note(
+            playlist.name, "takes " + oneDecimal(static_cast<double>(playlist.memory) / kMegabyte) +
+                               " MB of memory: too much for a computer of 512 MB");
+    }
+}
+
+void SetChecker::checkPlaylist(const PlaylistText& text) {
+    PlaylistReport playlist;
+    playlist.name = text.name;
+    for (const std::string& path : text.tracks) {
+        playlist.tracks.push_back(track(path));
+    }
+    addLoading(playlist);
+    checkTracks(playlist);
+    report_.playlists.push_back(std::move(playlist));
+}
+
+void SetChecker::findUnnamed() {
+    for (const std::string& clip : clips_) {
+        if (tracks_.count(clip) > 0) {
+            continue;
+        }
+        const std::string where = "videos/" + clip;
+        if (clip::isPlayableName(clip)) {
+            report_.unnamed.push_back(clip);
+            report_.findings.note(where, "no playlist names it");
+        } else {
+            report_.findings.note(where, "is of an older version, which does not play");
+        }
+    }
+}
+
+SetReport SetChecker::run() {
+    std::error_code ignored;
+    if (!fs::is_directory(folder_, ignored)) {
+        throw ToolError("cannot check " + folder_.string() + ": it is no folder");
+    }
+    if (!fs::is_directory(videos_, ignored)) {
+        report_.findings.problem("videos", "there is no such folder, so there are no clips");
+    }
+    const fs::path userdata = folder_ / "userdata";
+    const PlaylistsFile playlists = readPlaylists(userdata / "playlists.xml");
+    checkPlaylistsFile(playlists, report_.findings);
+    clips_ = clipsBelow(videos_);
+    // What is read beyond the playlists of a damaged file is nothing that anybody named.
+    std::vector<PlaylistText> real = playlists.read;
+    real.resize(std::min(real.size(), playlists.written.size()));
+    for (const PlaylistText& playlist : real) {
+        checkPlaylist(playlist);
+    }
+    checkNames(real, report_.findings);
+    findUnnamed();
+    checkPrefsFile(readElements(userdata / "prefs.xml", prefsElements()), report_.findings);
+    checkControllerFile(readElements(userdata / "gamecontroller.xml", controllerElements()),
+                        report_.findings);
+    return std::move(report_);
+}
+
+}  // namespace
+
+void addLoading(PlaylistReport& playlist) {
+    int steps = 0;
+    playlist.memory = kClipSlots * slotBytes();
+    for (const TrackReport& track : playlist.tracks) {
+        if (playlist.ready == kClipSlots) {
+            break;
+        }
+        if (!track.there || !track.clip.plays()) {
+            ++steps;
+            continue;
+        }
+        const LoadCost& cost = track.clip.cost;
+        steps += playlist.ready == 0 ? cost.stepsAsFirst : cost.steps;
+        playlist.memory += cost.memory - slotBytes();
+        if (playlist.ready++ == 0) {
+            playlist.firstSeconds = kStepSeconds * steps;
+        }
+    }
+    playlist.seconds = kStepSeconds * steps;
+}
+
+SetReport checkSet(const fs::path& folder) {
+    return SetChecker(folder).run();
+}
+
+}  // namespace maker

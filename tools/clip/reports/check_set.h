@@ -1,0 +1,47 @@
+#pragma once
+// A performer's whole folder checked before the show: the user's files, every playlist with its
+// clips, and what in videos/ nobody names.
+//
+// `folder` is the one that the program would be started in. Loading follows the program's loader:
+// one clip after the other into at most 50 slots, the first clip in large steps, one frame for each
+// file that cannot be loaded.
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tools/clip/reports/describe.h"
+#include "tools/clip/reports/findings.h"
+#include "tools/clip/reports/user_files.h"
+
+namespace maker {
+
+struct TrackReport {
+    std::string path;  // below videos/
+    bool there = false;
+    std::string fault;  // why it could not be read; empty when it was
+    Description clip;
+};
+
+struct PlaylistReport {
+    std::string name;
+    std::vector<TrackReport> tracks;
+    int ready = 0;            // clips that get a slot
+    double firstSeconds = 0;  // until something is on stage
+    double seconds = 0;       // until all of it is loaded
+    size_t memory = 0;        // of all 50 clip slots with this playlist loaded
+};
+
+struct SetReport {
+    std::vector<PlaylistReport> playlists;
+    std::vector<std::string> unnamed;  // clips that no playlist names, below videos/
+    Findings findings;
+};
+
+// Throws ToolError when `folder` is none.
+SetReport checkSet(const std::filesystem::path& folder);
+
+// Fills in what follows from the tracks.
+void addLoading(PlaylistReport& playlist);
+
+}  // namespace maker

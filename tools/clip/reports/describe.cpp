@@ -1,0 +1,215 @@
+#include "tools/clip/reports/describe.h"
+
+#include <array>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+namespace maker {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::array<const char*, clip::kMaxTypeSlots> kTypeNames{
+    "raw",
+    "palette",
+    "four runs, rows",
+    "four runs, columns",
+    "short runs, rows",
+    "short runs, columns",
+    "palette runs, rows",
+    "palette runs, columns",
+    "two colours, rows",
+    "two colours, columns",
+    "raw + alpha",
+    "palette + alpha",
+    "four runs, rows + alpha",
+    "four runs, columns + alpha",
+    "short runs, rows + alpha",
+    "short runs, columns + alpha",
+    "palette runs, rows + alpha",
+    "palette runs, columns + alpha",
+    "two colours, rows + alpha",
+    "two colours, columns + alpha",
+};
+
+struct Totals {
+    size_t records = 0;
+    std::array<size_t, clip::kMaxTypeSlots> byType{};
+    size_t headerBytes = clip::kHeaderBytes;
+    size_t runBytes = 0;
+    size_t mapBytes = 0;
+    size_t codeBytes = 0;
+    size_t recordBytes = 0;
+};
+
+Totals totalsOf(const Description& description) {
+    Totals totals;
+    for (const clip::BlockLayout& block : description.blocks) {
+        totals.records += block.header.recordCount;
+        for (size_t type = 0; type < totals.byType.size(); ++type) {
+            totals.byType[type] += block.header.typeCounts[type];
+        }
+        totals.headerBytes += block.headerBytes;
+        totals.runBytes += block.runBytes;
+        totals.mapBytes += block.mapBytes;
+        totals.codeBytes += block.codeBytes;
+        totals.recordBytes += block.recordBytes;
+    }
+    return totals;
+}
+
+constexpr double kMegabyte = 1e6;
+
+std::string faultText(const clip::Verdict& verdict) {
+    const std::string place =
+        verdict.block < 0 ? "the file header" : "block " + std::to_string(verdict.block);
+    return "broken in " + place + " at offset " + std::to_string(verdict.offset) + ": " +
+           verdict.message;
+}
+
+std::string costText(const LoadCost& cost) {
+    char text[160];
+    std::snprintf(text, sizeof(text),
+                  "on stage\n"
+                  "  ready after %.1f s, after %.1f s as the first clip of a playlist\n"
+                  "  %.1f MB of memory\n",
+                  cost.seconds, cost.secondsAsFirst, static_cast<double>(cost.memory) / kMegabyte);
+    return text;
+}
+
+double rawShare(const Description& description) {
+    const double raw =
+        2.0 * kFrameWidth * description.header.height * description.header.frameCount;
+    return raw > 0 ? static_cast<double>(description.fileBytes) / raw : 0;
+}
+
+std::string line(const char* name, size_t value) {
+    char text[64];
+    std::snprintf(text, sizeof(text), "  %-32s %10zu\n", name, value);
+    return text;
+}
+
+template <class Counts>
+Json typesOf(const Counts& counts, int alpha) {
+    Json types = Json::array();
+    for (size_t type = 0; type < static_cast<size_t>(clip::typeSlots(alpha)); ++type) {
+        types.push_back(counts[type]);
+    }
+    return types;
+}
+
+Json jsonOf(const clip::BlockLayout& block, int alpha) {
+    return {{"offset", block.offset},
+            {"frames", block.frames},
+            {"records", block.header.recordCount},
+            {"recordsByType", typesOf(block.header.typeCounts, alpha)},
+            {"bytes",
+             {{"header", block.headerBytes},
+              {"runs", block.runBytes},
+              {"map", block.mapBytes},
+              {"codes", block.codeBytes},
+              {"records", block.recordBytes}}}};
+}
+
+}  // namespace
+
+bool describe(std::span<const uint8_t> bytes, Description& description) {
+    description = {};
+    description.fileBytes = bytes.size();
+    description.verdict = clip::validate(bytes, &description.blocks);
+    if (description.plays()) {
+        description.cost = loadCost(description.blocks);
+    }
+    return clip::readHeader(bytes, description.header) &&
+           description.header.version == clip::kVersion;
+}
+
+std::string verdictText(const Description& description) {
+    if (!description.plays()) {
+        return faultText(description.verdict);
+    }
+    std::string text = "plays";
+    if (description.slow()) {
+        char slow[96];
+        std::snprintf(slow, sizeof(slow), ", but loads slowly: %.1f s (slow from %.0f s on)",
+                      description.cost.seconds, kSlowSeconds);
+        text += slow;
+    }
+    if (!description.verdict.ok) {
+        text += "; ignored: " + description.verdict.message + " (offset " +
+                std::to_string(description.verdict.offset) + ")";
+    }
+    return text;
+}
+
+std::string asText(const std::string& path, const Description& description) {
+    const clip::FileHeader& header = description.header;
+    const Totals totals = totalsOf(description);
+    char text[256];
+    std::snprintf(text, sizeof(text),
+                  "  %d x %d, %s, quality %d, %d frames in %d blocks\n"
+                  "  %zu bytes, %.1f %% of raw\n",
+                  kFrameWidth, header.height, header.alpha != 0 ? "colour and alpha" : "colour",
+                  header.quality, header.frameCount, header.blockCount, description.fileBytes,
+                  100 * rawShare(description));
+    std::string all = path + ":\n" + text + "records\n";
+    for (size_t type = 0; type < totals.byType.size(); ++type) {
+        if (totals.byType[type] > 0) {
+            all += line(kTypeNames[type], totals.byType[type]);
+        }
+    }
+    all += line("all", totals.records) + "bytes\n" + line("headers", totals.headerBytes) +
+           line("change runs", totals.runBytes) + line("map entries", totals.mapBytes) +
+           line("tile codes", totals.codeBytes) + line("tile records", totals.recordBytes);
+    if (description.plays()) {
+        all += costText(description.cost);
+    }
+    return all + "verdict\n  " + verdictText(description) + "\n";
+}
+
+std::string asJson(const std::string& path, const Description& description) {
+    const clip::FileHeader& header = description.header;
+    const Totals totals = totalsOf(description);
+    Json blocks = Json::array();
+    for (const clip::BlockLayout& block : description.blocks) {
+        blocks.push_back(jsonOf(block, header.alpha));
+    }
+    Json json{{"file", path},
+              {"bytes", description.fileBytes},
+              {"version", header.version},
+              {"quality", header.quality},
+              {"storedWidth", header.storedWidth},
+              {"height", header.height},
+              {"alpha", header.alpha},
+              {"frames", header.frameCount},
+              {"blockCount", header.blockCount},
+              {"rawShare", rawShare(description)},
+              {"records", totals.records},
+              {"recordsByType", typesOf(totals.byType, header.alpha != 0 ? 1 : 0)},
+              {"sectionBytes",
+               {{"header", totals.headerBytes},
+                {"runs", totals.runBytes},
+                {"map", totals.mapBytes},
+                {"codes", totals.codeBytes},
+                {"records", totals.recordBytes}}},
+              {"ok", description.verdict.ok},
+              {"plays", description.plays()},
+              {"blocks", blocks}};
+    if (description.plays()) {
+        json["loadSeconds"] = description.cost.seconds;
+        json["loadSecondsAsFirst"] = description.cost.secondsAsFirst;
+        json["loadsSlowly"] = description.slow();
+        json["memory"] = description.cost.memory;
+    }
+    if (!description.verdict.ok) {
+        json["fault"] = {{"message", description.verdict.message},
+                         {"block", description.verdict.block},
+                         {"offset", description.verdict.offset},
+                         {"plays", description.plays()}};
+    }
+    // A file name need not be UTF-8.
+    return json.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace maker

@@ -1,0 +1,126 @@
+#include "tools/clip/reports/sheet.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <numeric>
+
+#include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/names.h"
+#include "tools/clip/media/pixel_font.h"
+#include "tools/clip/media/source.h"
+#include "tools/clip/reports/clip_frames.h"
+
+namespace maker {
+
+namespace {
+
+// The interface's colours, and two greys.
+constexpr uint32_t kWhite = 0xFFFFFF;
+constexpr uint32_t kPink = 0xFE00C3;
+constexpr uint32_t kBlue = 0x59B1FF;
+constexpr uint32_t kOrange = 0xFFB000;
+constexpr uint32_t kBlack = 0x000000;
+constexpr uint32_t kGround = 0x141414;
+constexpr uint32_t kGrey = 0x808080;
+
+constexpr int kMargin = 24;
+constexpr int kGap = 4;
+constexpr int kThumbWidth = kFrameWidth / kSheetShrink;
+constexpr int kThumbHeight = kFrameHeight / kSheetShrink;
+constexpr int kSheetWidth = 2 * kMargin + kSheetMoments * kThumbWidth + (kSheetMoments - 1) * kGap;
+constexpr int kTitleText = 36;
+constexpr int kTitleHeight = 84;
+constexpr int kLineHeight = 24;
+constexpr int kClipHeight = 2 * kLineHeight + kThumbHeight + 40;
+constexpr int kWordGap = 24;  // between two facts
+
+void drawMoments(Picture& sheet, const PixelFont& small, const SheetClip& clip, int y) {
+    int x = kMargin;
+    for (const Moment& moment : clip.moments) {
+        sheet.fill(x, y, kThumbWidth, kThumbHeight, kBlack);
+        sheet.copy(moment.picture, x, y + (kThumbHeight - moment.picture.height) / 2);
+        small.draw(sheet, x, y + kThumbHeight + 4, codePoints(std::to_string(moment.frame)), kGrey);
+        x += kThumbWidth + kGap;
+    }
+}
+
+void drawFacts(Picture& sheet, const PixelFont& font, const SheetClip& clip, int y) {
+    int x = kMargin;
+    const auto word = [&](const std::string& text, uint32_t rgb) {
+        font.draw(sheet, x, y, codePoints(text), rgb);
+        x += font.widthOf(codePoints(text)) + kWordGap;
+    };
+    word(wholeKilobytes(clip.facts.fileBytes), kBlue);
+    if (!clip.facts.plays()) {
+        word(verdictText(clip.facts), kOrange);
+        return;
+    }
+    word(lengthText(clip.facts), kBlue);
+    word(loadText(clip.facts), clip.facts.slow() ? kOrange : kBlue);
+    if (clip.facts.header.alpha != 0) {
+        word("alpha", kPink);
+    }
+}
+
+}  // namespace
+
+SheetClip readSheetClip(const std::string& name, const std::string& path, int moments, int shrink) {
+    stopIfInterrupted();
+    SheetClip clip{name, {}, {}};
+    const std::vector<uint8_t> bytes = readWholeFile(path);
+    describe(bytes, clip.facts);
+    if (!clip.facts.plays()) {
+        return clip;
+    }
+    const ClipFrames frames(bytes);
+    const int shown = std::min(moments, frames.count());
+    Frame frame;
+    for (int i = 0; i < shown; ++i) {
+        const int index = i * frames.count() / shown;
+        frames.draw(index, frame);
+        Picture picture(kFrameWidth, frames.height());
+        toRgba(frame, picture.rgba);
+        clip.moments.push_back({index, shrunk(overCheckerboard(picture), shrink)});
+    }
+    return clip;
+}
+
+std::string lengthText(const Description& facts) {
+    const int frames = facts.header.frameCount;
+    char text[64];
+    std::snprintf(text, sizeof(text), "%d frame%s, %.1f s", frames, frames == 1 ? "" : "s",
+                  frames / kStageFps);
+    return text;
+}
+
+std::string wholeKilobytes(size_t bytes) {
+    constexpr size_t kKilobyte = 1000;
+    return std::to_string((bytes + kKilobyte - 1) / kKilobyte) + " kB";
+}
+
+std::string loadText(const Description& facts) {
+    char text[64];
+    std::snprintf(text, sizeof(text), "ready after %.1f s", facts.cost.seconds);
+    return text;
+}
+
+Picture drawSheet(const std::string& title, const std::vector<SheetClip>& clips) {
+    const PixelFont small(kSmallText);
+    const PixelFont large(kLargeText);
+    const PixelFont heading(kTitleText);
+    Picture sheet(kSheetWidth, kTitleHeight + kClipHeight * static_cast<int>(clips.size()));
+    sheet.fill(0, 0, sheet.width, sheet.height, kGround);
+    heading.draw(sheet, kMargin, kMargin, codePoints(title), kWhite);
+    sheet.fill(kMargin, kTitleHeight - 14, sheet.width - 2 * kMargin, 2, kPink);
+    int y = kTitleHeight;
+    for (const SheetClip& clip : clips) {
+        large.draw(sheet, kMargin, y, codePoints(clip.name), kWhite);
+        drawFacts(sheet, large, clip, y + kLineHeight);
+        drawMoments(sheet, small, clip, y + 2 * kLineHeight);
+        y += kClipHeight;
+    }
+    return sheet;
+}
+
+}  // namespace maker
