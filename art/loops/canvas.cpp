@@ -48,7 +48,7 @@ struct Crossings {
 // Where the outline crosses the height y, from left to right.
 void findCrossings(const Path& path, float y, Crossings& out) {
     out.count = 0;
-    for (int c = 0; c < path.contourCount(); c++) {
+    for (int c = 0; c < path.contourCount(); ++c) {
         const std::span<const Point> points = path.contour(c);
         if (points.empty()) {
             continue;
@@ -72,7 +72,7 @@ struct Rows {
 Rows rowsOf(const Path& path) {
     float low = real(kHeight);
     float high = 0.0F;
-    for (int c = 0; c < path.contourCount(); c++) {
+    for (int c = 0; c < path.contourCount(); ++c) {
         for (const Point p : path.contour(c)) {
             low = std::min(low, p.y);
             high = std::max(high, p.y);
@@ -83,7 +83,7 @@ Rows rowsOf(const Path& path) {
 }
 
 // One part in 255 of `over` laid on `under` by straight alpha.
-void layOver(uint8_t* pixel, Color color, int alpha) {
+void layOver(uint8_t* pixel, Colour colour, int alpha) {
     const int under = pixel[3] * (255 - alpha) / 255;
     const int sum = alpha + under;
     if (sum == 0) {
@@ -92,19 +92,19 @@ void layOver(uint8_t* pixel, Color color, int alpha) {
     const auto channel = [alpha, under, sum](int below, int above) {
         return static_cast<uint8_t>((above * alpha + below * under + sum / 2) / sum);
     };
-    pixel[0] = channel(pixel[0], color.r);
-    pixel[1] = channel(pixel[1], color.g);
-    pixel[2] = channel(pixel[2], color.b);
+    pixel[0] = channel(pixel[0], colour.red);
+    pixel[1] = channel(pixel[1], colour.green);
+    pixel[2] = channel(pixel[2], colour.blue);
     pixel[3] = static_cast<uint8_t>(sum);
 }
 
-void addLight(uint8_t* pixel, Color color, int alpha) {
+void addLight(uint8_t* pixel, Colour colour, int alpha) {
     const auto channel = [alpha](int below, int above) {
         return static_cast<uint8_t>(std::min(255, below + above * alpha / 255));
     };
-    pixel[0] = channel(pixel[0], color.r);
-    pixel[1] = channel(pixel[1], color.g);
-    pixel[2] = channel(pixel[2], color.b);
+    pixel[0] = channel(pixel[0], colour.red);
+    pixel[1] = channel(pixel[1], colour.green);
+    pixel[2] = channel(pixel[2], colour.blue);
 }
 
 }  // namespace
@@ -126,7 +126,7 @@ void Path::arc(float x, float y, float radius, float from, float to) {
     // A chord of about two pixels is not seen as straight.
     const float length = std::fabs(to - from) * 6.3F * radius;
     const int steps = std::clamp(floored(length / 2.5F) + 2, 2, 160);
-    for (int i = 0; i <= steps; i++) {
+    for (int i = 0; i <= steps; ++i) {
         const float angle = from + (to - from) * real(i) / real(steps);
         line(x + radius * cosTurn(angle), y + radius * sinTurn(angle));
     }
@@ -143,54 +143,34 @@ std::span<const Point> Path::contour(int index) const {
     return {points_.data() + start, static_cast<size_t>(end - start)};
 }
 
-void Canvas::clear(Color color) {
-    rect(0, 0, kWidth, kHeight, color);
-}
-
-void Canvas::set(int x, int y, Color color) {
-    if (x >= 0 && x < kWidth && y >= 0 && y < kHeight) {
-        std::memcpy(at(x, y), &color, 4);
-    }
-}
-
-void Canvas::rect(int x, int y, int width, int height, Color color) {
-    const int left = std::max(x, 0);
-    const int right = std::min(x + width, kWidth);
-    for (int row = std::max(y, 0); row < std::min(y + height, kHeight); row++) {
-        for (int column = left; column < right; column++) {
-            std::memcpy(at(column, row), &color, 4);
-        }
-    }
-}
-
-void Canvas::cover(int x, int y, Color color, int quarters, Blend blend) {
+void Canvas::cover(int x, int y, Colour colour, int quarters, Blend blend) {
     if (x < 0 || x >= kWidth || y < 0 || y >= kHeight || quarters <= 0) {
         return;
     }
-    const int alpha = color.a * std::min(quarters, kSub) / kSub;
-    if (blend == Blend::kAdd) {
-        addLight(at(x, y), color, alpha);
+    const int alpha = colour.alpha * std::min(quarters, kSub) / kSub;
+    if (blend == Blend::ADD) {
+        addLight(at(x, y), colour, alpha);
     } else if (alpha == 255) {
-        std::memcpy(at(x, y), &color, 4);
+        std::memcpy(at(x, y), &colour, 4);
     } else {
-        layOver(at(x, y), color, alpha);
+        layOver(at(x, y), colour, alpha);
     }
 }
 
-void Canvas::column(int x, float top, float bottom, Color color) {
+void Canvas::column(int x, float top, float bottom, Colour colour) {
     const int a = std::clamp(nearest(top * kSub), 0, kHeight * kSub);
     const int b = std::clamp(nearest(bottom * kSub), 0, kHeight * kSub);
-    for (int y = a / kSub; y * kSub < b; y++) {
-        cover(x, y, color, std::min(b, (y + 1) * kSub) - std::max(a, y * kSub));
+    for (int y = a / kSub; y * kSub < b; ++y) {
+        cover(x, y, colour, std::min(b, (y + 1) * kSub) - std::max(a, y * kSub));
     }
 }
 
-void Canvas::fill(const Path& path, Color color, Blend blend) {
+void Canvas::fill(const Path& path, Colour colour, Blend blend) {
     const Rows rows = rowsOf(path);
     Crossings crossings;
-    for (int y = rows.first; y < rows.end; y++) {
+    for (int y = rows.first; y < rows.end; ++y) {
         RowCover row;
-        for (int s = 0; s < kSub; s++) {
+        for (int s = 0; s < kSub; ++s) {
             findCrossings(path, real(y) + (real(s) + 0.5F) / kSub, crossings);
             for (int i = 0; i + 1 < crossings.count; i += 2) {
                 row.add(crossings.x[static_cast<size_t>(i)],
@@ -198,24 +178,24 @@ void Canvas::fill(const Path& path, Color color, Blend blend) {
             }
         }
         int running = 0;
-        for (int x = row.left; x < std::min(row.right, kWidth); x++) {
+        for (int x = row.left; x < std::min(row.right, kWidth); ++x) {
             running += row.delta[static_cast<size_t>(x)];
             const int parts = running + row.part[static_cast<size_t>(x)];
-            cover(x, y, color, (parts + kSub / 2) / kSub, blend);
+            cover(x, y, colour, (parts + kSub / 2) / kSub, blend);
         }
     }
 }
 
-void Canvas::polygon(std::span<const Point> points, Color color, Blend blend) {
+void Canvas::polygon(std::span<const Point> points, Colour colour, Blend blend) {
     Path path;
     path.move(points.front().x, points.front().y);
     for (const Point p : points.subspan(1)) {
         path.line(p.x, p.y);
     }
-    fill(path, color, blend);
+    fill(path, colour, blend);
 }
 
-void Canvas::line(Point from, Point to, float width, Color color, Blend blend) {
+void Canvas::line(Point from, Point to, float width, Colour colour, Blend blend) {
     const float dx = to.x - from.x;
     const float dy = to.y - from.y;
     const float length = std::sqrt(dx * dx + dy * dy);
@@ -228,39 +208,39 @@ void Canvas::line(Point from, Point to, float width, Color color, Blend blend) {
                                      {to.x + nx, to.y + ny},
                                      {to.x - nx, to.y - ny},
                                      {from.x - nx, from.y - ny}}};
-    polygon(quad, color, blend);
+    polygon(quad, colour, blend);
 }
 
-void Canvas::disc(float x, float y, float radius, Color color) {
+void Canvas::disc(float x, float y, float radius, Colour colour) {
     Path path;
     path.circle(x, y, radius);
-    fill(path, color);
+    fill(path, colour);
 }
 
-void Canvas::ring(float x, float y, float outer, float inner, Color color) {
+void Canvas::ring(float x, float y, float outer, float inner, Colour colour) {
     Path path;
     path.circle(x, y, outer);
     path.circle(x, y, inner);
-    fill(path, color);
+    fill(path, colour);
 }
 
 void Canvas::mirrorLeftRight() {
-    for (int y = 0; y < kHeight; y++) {
-        for (int x = 0; x < kWidth / 2; x++) {
+    for (int y = 0; y < kHeight; ++y) {
+        for (int x = 0; x < kWidth / 2; ++x) {
             std::memcpy(at(kWidth - 1 - x, y), at(x, y), 4);
         }
     }
 }
 
 void Canvas::mirrorTopBottom() {
-    for (int y = 0; y < kHeight / 2; y++) {
+    for (int y = 0; y < kHeight / 2; ++y) {
         std::memcpy(at(0, kHeight - 1 - y), at(0, y), kWidth * 4);
     }
 }
 
 void Canvas::turnTopHalf() {
-    for (int y = 0; y < kHeight / 2; y++) {
-        for (int x = 0; x < kWidth; x++) {
+    for (int y = 0; y < kHeight / 2; ++y) {
+        for (int x = 0; x < kWidth; ++x) {
             std::memcpy(at(kWidth - 1 - x, kHeight - 1 - y), at(x, y), 4);
         }
     }

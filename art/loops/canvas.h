@@ -1,27 +1,25 @@
 #pragma once
-// The drawing toolkit of the demo loops: a canvas over a caller's picture, paths, colours.
+// The drawing toolkit of the demo loops: shapes on a canvas of 640 x 360 pixels, paths, colours.
 //
-// A canvas draws into 640 x 360 RGBA pixels (straight alpha) that the caller owns and never
-// allocates. Coordinates are pixels, y downwards; pixel (0, 0) covers 0..1. Angles are turns.
-// Everything is clipped to the picture, so any finite coordinate is allowed. Edges are smoothed in
-// five steps only: few colours in a tile make a small clip.
+// Coordinates are pixels, y downwards; pixel (0, 0) covers 0..1. Angles are turns. Everything is
+// clipped to the picture, so any finite coordinate is allowed. Edges are smoothed in five steps
+// only: few colours in a tile make a small clip.
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
+#include "tools/clip/media/picture.h"
+
 namespace demo {
+
+using maker::Colour;
 
 inline constexpr int kWidth = 640;
 inline constexpr int kHeight = 360;
 inline constexpr float kCentreX = 320.0F;
 inline constexpr float kCentreY = 180.0F;
-
-struct Color {
-    uint8_t r, g, b, a;
-    bool operator==(const Color&) const = default;
-};
 
 struct Point {
     float x, y;
@@ -35,44 +33,45 @@ constexpr uint8_t snapped(uint32_t value, uint32_t bits) {
 }
 
 // An opaque colour from 0x00RRGGBB, snapped to the 16-bit grid.
-constexpr Color rgb(uint32_t value) {
-    return Color{snapped((value >> 16) & 255U, 5), snapped((value >> 8) & 255U, 6),
-                 snapped(value & 255U, 5), 255};
+constexpr Colour rgb(uint32_t value) {
+    return Colour{snapped((value >> 16) & 255U, 5), snapped((value >> 8) & 255U, 6),
+                  snapped(value & 255U, 5), 255};
 }
 
-inline constexpr Color kClear{0, 0, 0, 0};
+inline constexpr Colour kClear{0, 0, 0, 0};
 // The five colours of the interface.
-inline constexpr Color kBlack = rgb(0x000000);
-inline constexpr Color kWhite = rgb(0xFFFFFF);
-inline constexpr Color kPink = rgb(0xFE00C3);
-inline constexpr Color kBlue = rgb(0x59B1FF);
-inline constexpr Color kOrange = rgb(0xFFB000);
+inline constexpr Colour kBlack = rgb(0x000000);
+inline constexpr Colour kWhite = rgb(0xFFFFFF);
+inline constexpr Colour kPink = rgb(0xFE00C3);
+inline constexpr Colour kBlue = rgb(0x59B1FF);
+inline constexpr Colour kOrange = rgb(0xFFB000);
 // Their shades and tints, from dark to light. Ink is dark, yet not the key colour.
-inline constexpr Color kInk = rgb(0x180828);
-inline constexpr Color kPlum = rgb(0x3A0A50);
-inline constexpr Color kNavy = rgb(0x10205A);
-inline constexpr Color kWine = rgb(0x8A0068);
-inline constexpr Color kViolet = rgb(0x7A18D0);
-inline constexpr Color kSea = rgb(0x1C50B0);
-inline constexpr Color kEmber = rgb(0xD04800);
-inline constexpr Color kBlush = rgb(0xFFA8E6);
-inline constexpr Color kSky = rgb(0xB4DCFF);
-inline constexpr Color kCream = rgb(0xFFF0C0);
+inline constexpr Colour kInk = rgb(0x180828);
+inline constexpr Colour kPlum = rgb(0x3A0A50);
+inline constexpr Colour kNavy = rgb(0x10205A);
+inline constexpr Colour kWine = rgb(0x8A0068);
+inline constexpr Colour kViolet = rgb(0x7A18D0);
+inline constexpr Colour kSea = rgb(0x1C50B0);
+inline constexpr Colour kEmber = rgb(0xD04800);
+inline constexpr Colour kBlush = rgb(0xFFA8E6);
+inline constexpr Colour kSky = rgb(0xB4DCFF);
+inline constexpr Colour kCream = rgb(0xFFF0C0);
 
 // The colour `step` of `steps` of the way from one to the other, snapped.
-constexpr Color mixed(Color from, Color to, int step, int steps) {
+constexpr Colour mixed(Colour from, Colour to, int step, int steps) {
     const auto part = [step, steps](uint8_t a, uint8_t b) {
         return static_cast<uint32_t>(a + (b - a) * step / steps);
     };
-    return rgb((part(from.r, to.r) << 16) | (part(from.g, to.g) << 8) | part(from.b, to.b));
+    return rgb((part(from.red, to.red) << 16) | (part(from.green, to.green) << 8) |
+               part(from.blue, to.blue));
 }
 
 // N colours through evenly spaced stops, the first and the last stop included.
 template <int N, int Stops>
-constexpr std::array<Color, N> ramp(const Color (&stops)[Stops]) {
+constexpr std::array<Colour, N> ramp(const Colour (&stops)[Stops]) {
     static_assert(N >= 2 && Stops >= 2);
-    std::array<Color, N> out{};
-    for (int i = 0; i < N; i++) {
+    std::array<Colour, N> out{};
+    for (int i = 0; i < N; ++i) {
         const int place = i * (Stops - 1);
         const int stop = place / (N - 1) < Stops - 1 ? place / (N - 1) : Stops - 2;
         out[static_cast<size_t>(i)] =
@@ -104,34 +103,27 @@ private:
     int contours_ = 0;
 };
 
-enum class Blend { kOver, kAdd };
+enum class Blend { OVER, ADD };
 
-class Canvas {
+class Canvas : public maker::Canvas {
 public:
-    explicit Canvas(uint8_t* rgba) : rgba_(rgba) {}
+    explicit Canvas(uint8_t* rgba) : maker::Canvas(rgba, kWidth, kHeight) {}
 
-    void clear(Color color);
-    void set(int x, int y, Color color);
-    void rect(int x, int y, int width, int height, Color color);
+    void clear(Colour colour) { rect(0, 0, kWidth, kHeight, colour); }
     // `quarters` of the pixel, 0 to 4, are covered by the colour.
-    void cover(int x, int y, Color color, int quarters, Blend blend = Blend::kOver);
+    void cover(int x, int y, Colour colour, int quarters, Blend blend = Blend::OVER);
     // The part of column x between two heights.
-    void column(int x, float top, float bottom, Color color);
+    void column(int x, float top, float bottom, Colour colour);
 
-    void fill(const Path& path, Color color, Blend blend = Blend::kOver);
-    void polygon(std::span<const Point> points, Color color, Blend blend = Blend::kOver);
-    void line(Point from, Point to, float width, Color color, Blend blend = Blend::kOver);
-    void disc(float x, float y, float radius, Color color);
-    void ring(float x, float y, float outer, float inner, Color color);
+    void fill(const Path& path, Colour colour, Blend blend = Blend::OVER);
+    void polygon(std::span<const Point> points, Colour colour, Blend blend = Blend::OVER);
+    void line(Point from, Point to, float width, Colour colour, Blend blend = Blend::OVER);
+    void disc(float x, float y, float radius, Colour colour);
+    void ring(float x, float y, float outer, float inner, Colour colour);
 
     void mirrorLeftRight();  // the left half onto the right
     void mirrorTopBottom();  // the top half onto the bottom
     void turnTopHalf();      // the top half, turned by half a turn, onto the bottom
-
-private:
-    uint8_t* at(int x, int y) { return rgba_ + (y * kWidth + x) * 4; }
-
-    uint8_t* rgba_;
 };
 
 }  // namespace demo

@@ -16,18 +16,18 @@ constexpr int kTile = 8;
 constexpr int kAcross = kWidth / kTile;
 constexpr int kDown = kHeight / kTile;
 
-Color pick(std::span<const Color> colors, int index) {
-    return colors[static_cast<size_t>(index)];
+Colour pick(std::span<const Colour> colours, int index) {
+    return colours[static_cast<size_t>(index)];
 }
 
 // A square cell by a rule for each point, which is told how far right of and below the cell's
 // middle it lies.
 template <class IndexAt>
-void drawCell(Canvas& canvas, int left, int top, int size, std::span<const Color> palette,
+void drawCell(Canvas& canvas, int left, int top, int size, std::span<const Colour> palette,
               IndexAt indexAt) {
     const float half = real(size) / 2.0F;
-    for (int y = 0; y < size; y++) {
-        for (int x = 0; x < size; x++) {
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
             const float px = real(x) - half;
             const float py = real(y) - half;
             const std::array<int, 4> samples{
@@ -42,7 +42,7 @@ constexpr int kCell = 80;  // of the woven arcs; whole tiles
 
 // A cell with a band about each of two opposite corners, turned about its middle.
 void drawArcCell(Canvas& canvas, int left, int top, float turn) {
-    static constexpr std::array<Color, 4> kPaints{kBlue, kWhite, kNavy, kPink};
+    static constexpr std::array<Colour, 4> kPaints{kBlue, kWhite, kNavy, kPink};
     constexpr float kHalf = kCell / 2.0F;
     const float c = cosTurn(turn);
     const float s = sinTurn(turn);
@@ -61,14 +61,13 @@ void drawArcCell(Canvas& canvas, int left, int top, float turn) {
 
 }  // namespace
 
-void drawPlasma(int frame, int frames, uint8_t* rgba) {
-    constexpr int kColors = 60;
-    static constexpr auto kRamp = ramp<kColors + 1>(
+void drawPlasma(int frame, int frames, Canvas& canvas) {
+    constexpr int kColours = 60;
+    static constexpr auto kRamp = ramp<kColours + 1>(
         {kInk, kPlum, kWine, kPink, kBlush, kPink, kViolet, kNavy, kSea, kBlue, kSea, kNavy, kInk});
-    Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
-    for (int row = 0; row < kDown; row++) {
-        for (int col = 0; col < kAcross; col++) {
+    for (int row = 0; row < kDown; ++row) {
+        for (int col = 0; col < kAcross; ++col) {
             const float x = (real(col) - 39.5F) / 80.0F;
             const float y = (real(row) - 22.0F) / 80.0F;
             const float dx = x - 0.32F * sinTurn(t);
@@ -76,20 +75,19 @@ void drawPlasma(int frame, int frames, uint8_t* rgba) {
             const float v = sinTurn(x * 1.3F + t) + sinTurn(y * 1.9F - t) +
                             sinTurn((x + y) * 1.1F + 0.3F) +
                             1.2F * sinTurn(std::sqrt(dx * dx + dy * dy + 0.01F) * 2.2F - t);
-            const int index = floored(fraction(v * 0.14F + t) * kColors);
+            const int index = floored(fraction(v * 0.14F + t) * kColours);
             canvas.rect(col * kTile, row * kTile, kTile, kTile, pick(kRamp, index));
         }
     }
 }
 
-void drawDots(int frame, int frames, uint8_t* rgba) {
+void drawDots(int frame, int frames, Canvas& canvas) {
     constexpr int kPitch = 16;  // a dot fills four tiles that mirror one another
-    static constexpr std::array<Color, 4> kInks{kSea, kBlue, kPink, kWhite};
-    Canvas canvas(rgba);
+    static constexpr std::array<Colour, 4> kInks{kSea, kBlue, kPink, kWhite};
     canvas.clear(kBlack);
     const float t = timeOf(frame, frames);
-    for (int row = 0; row * kPitch < kHeight + kPitch; row++) {
-        for (int col = 0; col * kPitch < kWidth; col++) {
+    for (int row = 0; row * kPitch < kHeight + kPitch; ++row) {
+        for (int col = 0; col * kPitch < kWidth; ++col) {
             const float cx = real(col * kPitch + kPitch / 2);
             // The rows sit so that one of them runs along the middle of the picture.
             const float cy = real(row * kPitch + 4);
@@ -110,15 +108,14 @@ void drawDots(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawHoles(int frame, int frames, uint8_t* rgba) {
+void drawHoles(int frame, int frames, Canvas& canvas) {
     constexpr int kPitch = 40;  // pixels: five tiles
     constexpr float kSmallest = 2.0F;
     constexpr float kWidest = 21.0F;  // a ring touches the next one
-    static constexpr std::array<Color, 3> kPaints{kClear, kPink, kWhite};
-    Canvas canvas(rgba);
+    static constexpr std::array<Colour, 3> kPaints{kClear, kPink, kWhite};
     const float t = timeOf(frame, frames);
-    for (int row = 0; row < kHeight / kPitch; row++) {
-        for (int col = 0; col < kWidth / kPitch; col++) {
+    for (int row = 0; row < kHeight / kPitch; ++row) {
+        for (int col = 0; col < kWidth / kPitch; ++col) {
             const float x = real(2 * col + 1 - kWidth / kPitch);
             const float y = real(2 * row + 1 - kHeight / kPitch);
             const float swell = 0.5F - 0.5F * cosTurn(std::sqrt(x * x + y * y) / 14.0F - t);
@@ -132,13 +129,12 @@ void drawHoles(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawArcs(int frame, int frames, uint8_t* rgba) {
+void drawArcs(int frame, int frames, Canvas& canvas) {
     constexpr int kColumns = kWidth / kCell;
     constexpr int kRows = kHeight / kCell + 1;
-    Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
-    for (int row = 0; row < kRows; row++) {
-        for (int col = 0; col < kColumns; col++) {
+    for (int row = 0; row < kRows; ++row) {
+        for (int col = 0; col < kColumns; ++col) {
             // Each cell makes a quarter turn twice in a loop, and half a turn leaves a cell as it
             // was. The turns run over the picture as a wave.
             const int far = std::abs(2 * col - kColumns + 1) + std::abs(2 * row - kRows + 1);

@@ -14,27 +14,27 @@
 namespace demo {
 
 // Colours count by their alpha, so a border with nothing stays in the colour of the other side.
-inline Color meanOf(const std::array<int, 4>& samples, std::span<const Color> palette) {
+inline Colour meanOf(const std::array<int, 4>& samples, std::span<const Colour> palette) {
     std::array<int, 4> sum{};
     for (const int index : samples) {
-        const Color c = palette[static_cast<size_t>(index)];
-        sum[0] += c.r * c.a;
-        sum[1] += c.g * c.a;
-        sum[2] += c.b * c.a;
-        sum[3] += c.a;
+        const Colour c = palette[static_cast<size_t>(index)];
+        sum[0] += c.red * c.alpha;
+        sum[1] += c.green * c.alpha;
+        sum[2] += c.blue * c.alpha;
+        sum[3] += c.alpha;
     }
     if (sum[3] == 0) {
         return kClear;
     }
     const auto mean = [&sum](size_t i) { return static_cast<uint8_t>(sum[i] / sum[3]); };
-    return Color{mean(0), mean(1), mean(2), static_cast<uint8_t>(sum[3] / 4)};
+    return Colour{mean(0), mean(1), mean(2), static_cast<uint8_t>(sum[3] / 4)};
 }
 
 template <class IndexAt>
-void sampleField(Canvas& canvas, int width, int height, std::span<const Color> palette,
+void sampleField(Canvas& canvas, int width, int height, std::span<const Colour> palette,
                  IndexAt indexAt) {
-    for (int y = 0; y < height; y++) {
-        for (int x = 0; x < width; x++) {
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
             const float px = real(x);
             const float py = real(y);
             const std::array<int, 4> samples{

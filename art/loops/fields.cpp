@@ -21,13 +21,12 @@ float lengthOf(float x, float y) {
 
 }  // namespace
 
-void drawTunnel(int frame, int frames, uint8_t* rgba) {
+void drawTunnel(int frame, int frames, Canvas& canvas) {
     // Three shades of each of four hues, from the far end to the near one.
-    static constexpr std::array<Color, 13> kPaints{kBlack,  kPlum,  kWine, kPink, kPlum,
-                                                   kViolet, kBlush, kNavy, kSea,  kBlue,
-                                                   kInk,    kPlum,  kWhite};
+    static constexpr std::array<Colour, 13> kPaints{kBlack,  kPlum,  kWine, kPink, kPlum,
+                                                    kViolet, kBlush, kNavy, kSea,  kBlue,
+                                                    kInk,    kPlum,  kWhite};
     constexpr float kRings = 4.0F;  // rings to a doubling of the size
-    Canvas canvas(rgba);
     const float t = timeOf(frame, frames) * 4.0F;
     sampleField(canvas, kHalfWidth, kHalfHeight, kPaints, [t](float px, float py) {
         const float x = (kCentreX - px) / 320.0F;
@@ -48,10 +47,9 @@ void drawTunnel(int frame, int frames, uint8_t* rgba) {
     canvas.mirrorTopBottom();
 }
 
-void drawMoire(int frame, int frames, uint8_t* rgba) {
-    static constexpr std::array<Color, 4> kPaints{kBlack, kPink, kBlue, kWhite};
+void drawMoire(int frame, int frames, Canvas& canvas) {
+    static constexpr std::array<Colour, 4> kPaints{kBlack, kPink, kBlue, kWhite};
     constexpr float kPitch = 48.0F;
-    Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
     const float apart = 150.0F + 110.0F * cosTurn(t);
     const float shift = t * 4.0F;
@@ -66,10 +64,9 @@ void drawMoire(int frame, int frames, uint8_t* rgba) {
     canvas.mirrorTopBottom();
 }
 
-void drawKaleido(int frame, int frames, uint8_t* rgba) {
-    static constexpr std::array<Color, 7> kPaints{kInk,   kPlum,   kPink, kOrange,
-                                                  kCream, kViolet, kBlue};
-    Canvas canvas(rgba);
+void drawKaleido(int frame, int frames, Canvas& canvas) {
+    static constexpr std::array<Colour, 7> kPaints{kInk,   kPlum,   kPink, kOrange,
+                                                   kCream, kViolet, kBlue};
     const float t = timeOf(frame, frames);
     const float c = cosTurn(t);
     const float s = sinTurn(t);
@@ -97,9 +94,8 @@ void drawKaleido(int frame, int frames, uint8_t* rgba) {
     canvas.mirrorTopBottom();
 }
 
-void drawChecker(int frame, int frames, uint8_t* rgba) {
-    static constexpr std::array<Color, 4> kPaints{kBlack, kWhite, kPink, kBlue};
-    Canvas canvas(rgba);
+void drawChecker(int frame, int frames, Canvas& canvas) {
+    static constexpr std::array<Colour, 4> kPaints{kBlack, kWhite, kPink, kBlue};
     const float t = timeOf(frame, frames);
     // A quarter turn brings the board back to itself, as it turns about the middle of a field.
     const float angle = t * 0.25F;
@@ -120,15 +116,14 @@ void drawChecker(int frame, int frames, uint8_t* rgba) {
     canvas.turnTopHalf();
 }
 
-void drawLava(int frame, int frames, uint8_t* rgba) {
+void drawLava(int frame, int frames, Canvas& canvas) {
     // The outermost shell is glass.
-    static constexpr Color kShell{kViolet.r, kViolet.g, kViolet.b, 136};
-    static constexpr std::array<Color, 5> kPaints{kClear, kShell, kPink, kOrange, kCream};
+    static constexpr Colour kShell{kViolet.red, kViolet.green, kViolet.blue, 136};
+    static constexpr std::array<Colour, 5> kPaints{kClear, kShell, kPink, kOrange, kCream};
     constexpr int kBlobs = 5;
-    Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
     std::array<Vec3, kBlobs> blobs{};  // place and squared radius
-    for (int i = 0; i < kBlobs; i++) {
+    for (int i = 0; i < kBlobs; ++i) {
         const float radius = 26.0F + 26.0F * noiseUnit(i, 2);
         blobs[static_cast<size_t>(i)] = {kCentreX - 20.0F - 220.0F * fraction(real(i) * 0.618F) -
                                              60.0F * sinTurn(t + noiseUnit(i, 4)),
@@ -148,10 +143,9 @@ void drawLava(int frame, int frames, uint8_t* rgba) {
     canvas.mirrorLeftRight();
 }
 
-void drawSwirl(int frame, int frames, uint8_t* rgba) {
-    static constexpr std::array<Color, 6> kPaints{kOrange, kCream, kPink, kCream, kWhite, kInk};
+void drawSwirl(int frame, int frames, Canvas& canvas) {
+    static constexpr std::array<Colour, 6> kPaints{kOrange, kCream, kPink, kCream, kWhite, kInk};
     constexpr float kRounds = 4.0F;  // of the pattern; the loop turns it on by one
-    Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
     const float pulse = 1.0F - fraction(t * 2.0F);
     const float core = 52.0F + 26.0F * pulse * pulse;

@@ -9,22 +9,21 @@
 
 namespace demo {
 
-void drawWaves(int frame, int frames, uint8_t* rgba) {
+void drawWaves(int frame, int frames, Canvas& canvas) {
     constexpr int kLayers = 7;
-    static constexpr std::array<Color, kLayers + 1> kSeas{kCream,  kOrange, kPink, kBlush,
-                                                          kViolet, kBlue,   kSea,  kNavy};
+    static constexpr std::array<Colour, kLayers + 1> kSeas{kCream,  kOrange, kPink, kBlush,
+                                                           kViolet, kBlue,   kSea,  kNavy};
     // Pixels a frame. A layer's shape only slides, so it meets the tile grid again and again.
     constexpr std::array<int, kLayers> kSpeeds{2, -2, 4, -4, 4, -8, 8};
     constexpr std::array<int, kLayers> kCrests{1, 1, 2, 2, 2, 4, 3};  // in one round
-    Canvas canvas(rgba);
     canvas.clear(kSeas[0]);
     canvas.disc(kCentreX, 120.0F, 92.0F, kWhite);
-    for (int layer = 0; layer < kLayers; layer++) {
+    for (int layer = 0; layer < kLayers; ++layer) {
         const auto l = static_cast<size_t>(layer);
         const int round = std::abs(kSpeeds[l]) * frames;  // pixels
         const int shift = kSpeeds[l] * (frame % frames);
         const float tall = 16.0F + 2.0F * real(layer);
-        for (int x = 0; x < kWidth; x++) {
+        for (int x = 0; x < kWidth; ++x) {
             const float way = real(wrapped(x + shift, round)) / real(round);
             const float place = way * real(kCrests[l]) + noiseUnit(layer, 5);
             const float crest = sinTurn(place) + 0.35F * sinTurn(place * 2.0F + 0.2F);
@@ -35,12 +34,12 @@ void drawWaves(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawRibbons(int frame, int frames, uint8_t* rgba) {
+void drawRibbons(int frame, int frames, Canvas& canvas) {
     struct Ribbon {
         float y, sway, width;
         int speed;   // pixels a frame; the ribbon only slides, one round of it in a loop
         int twists;  // half turns in a round, even
-        std::array<Color, 3> front, back;
+        std::array<Colour, 3> front, back;
     };
     static constexpr std::array<Ribbon, 4> kRibbons{{
         {84, 40, 46, 8, 2, {kWine, kPink, kPink}, {kPink, kBlush, kWhite}},
@@ -48,12 +47,11 @@ void drawRibbons(int frame, int frames, uint8_t* rgba) {
         {150, 34, 30, -4, 2, {kEmber, kOrange, kOrange}, {kOrange, kCream, kCream}},
         {214, 38, 34, 4, 2, {kPlum, kViolet, kViolet}, {kViolet, kPink, kBlush}},
     }};
-    Canvas canvas(rgba);
     canvas.clear(kBlack);
     for (const Ribbon& ribbon : kRibbons) {
         const int round = std::abs(ribbon.speed) * frames;  // pixels
         const int shift = ribbon.speed * (frame % frames);
-        for (int x = 0; x < kWidth; x++) {
+        for (int x = 0; x < kWidth; ++x) {
             const float way = (real(wrapped(x + shift, round)) + 0.5F) / real(round);
             const float bend = sinTurn(way + ribbon.y / 100.0F);
             const float y = ribbon.y + ribbon.sway * bend;
@@ -67,25 +65,24 @@ void drawRibbons(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawConfetti(int frame, int frames, uint8_t* rgba) {
+void drawConfetti(int frame, int frames, Canvas& canvas) {
     struct Storm {
         int fall;    // pixels a frame; whole tiles, so a sheet looks the same all the way down
         int lanes;   // columns that sheets fall in, wide enough to pass one another
         int inLane;  // sheets in a lane that are on their way at a time
         float size;
-        std::array<Color, 3> fronts, backs;
+        std::array<Colour, 3> fronts, backs;
     };
     static constexpr std::array<Storm, 2> kStorms{{
         {4, 16, 2, 17.0F, {kViolet, kWhite, kBlue}, {kPlum, kSky, kSea}},
         {8, 8, 3, 34.0F, {kPink, kOrange, kBlue}, {kBlush, kCream, kSky}},
     }};
     constexpr int kTumble = 32;  // frames of a full turn of a sheet
-    Canvas canvas(rgba);
     canvas.clear(kClear);
     for (const Storm& storm : kStorms) {
         const int round = storm.fall * frames;  // pixels, more than the picture's height in all
         const int lane = kWidth / storm.lanes;
-        for (int i = 0; i < storm.lanes * storm.inLane; i++) {
+        for (int i = 0; i < storm.lanes * storm.inLane; ++i) {
             const float x = real(i % storm.lanes * lane + lane / 2);
             const int start = (noisePick(i % storm.lanes, storm.lanes, round / 8) +
                                i / storm.lanes * round / 8 / storm.inLane) *

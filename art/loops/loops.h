@@ -2,19 +2,22 @@
 // The demo loops: short seamless animations drawn by our own code, for the demo playlists.
 //
 // Every loop is a pure function of the frame number: frame `frames` would equal frame 0, so the
-// clip repeats without a seam. Pictures are 640 x 360 pixels, row-major, 4 bytes a pixel in the
-// order red, green, blue, alpha (straight, not premultiplied), without gaps.
+// clip repeats without a seam.
 
-#include <cstdint>
 #include <span>
 
+#include "art/loops/canvas.h"
+
 namespace demo {
+
+// Draws one frame, every pixel of it, and keeps nothing.
+using Render = void(int frame, int frames, Canvas& canvas);
 
 struct Loop {
     const char* name;  // file name without its extension; at most 16 of a-z, 0-9, '-'
     int frames;        // 1 to 256
     bool alpha;        // the picture uses the alpha channel; else every alpha byte is 255
-    void (*render)(int frame, int frames, uint8_t* rgba);  // writes all 640 x 360 x 4 bytes
+    Render* render;
 };
 
 struct Playlist {

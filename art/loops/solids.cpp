@@ -19,8 +19,8 @@ using Face = std::array<int, 4>;  // corners, seen from outside; a triangle ends
 struct Solid {
     std::span<const Vec3> corners;
     std::span<const Face> faces;
-    std::array<Color, 5> shades;  // from dark to light
-    Color edge;
+    std::array<Colour, 5> shades;  // from dark to light
+    Colour edge;
     float size;
     float lean;  // turns that bring an axis of its symmetry upright
 };
@@ -84,7 +84,7 @@ int shadeOf(Vec3 a, Vec3 b, Vec3 c) {
 void drawSolid(Canvas& canvas, const Solid& solid, Point place, float spin, float tip) {
     std::array<Vec3, kMostCorners> body{};
     std::array<Point, kMostCorners> seen{};
-    for (size_t i = 0; i < solid.corners.size(); i++) {
+    for (size_t i = 0; i < solid.corners.size(); ++i) {
         const Vec3 v = solid.corners[i];
         const Vec3 upright =
             turnedZ({v.x * solid.size, v.y * solid.size, v.z * solid.size}, solid.lean);
@@ -95,7 +95,7 @@ void drawSolid(Canvas& canvas, const Solid& solid, Point place, float spin, floa
     for (const Face& face : solid.faces) {
         const size_t count = face[3] < 0 ? 3 : 4;
         std::array<Point, 4> outline{};
-        for (size_t i = 0; i < count; i++) {
+        for (size_t i = 0; i < count; ++i) {
             outline[i] = seen[static_cast<size_t>(face[i])];
         }
         if (turnArea(outline) <= 0.0F) {
@@ -105,7 +105,7 @@ void drawSolid(Canvas& canvas, const Solid& solid, Point place, float spin, floa
         const auto corner = [&](size_t i) { return body[static_cast<size_t>(face[i])]; };
         const int shade = shadeOf(corner(0), corner(1), corner(2));
         canvas.polygon(points, solid.shades[static_cast<size_t>(shade)]);
-        for (size_t i = 0; i < count; i++) {
+        for (size_t i = 0; i < count; ++i) {
             canvas.line(points[i], points[(i + 1) % count], 2.5F, solid.edge);
         }
     }
@@ -113,8 +113,7 @@ void drawSolid(Canvas& canvas, const Solid& solid, Point place, float spin, floa
 
 }  // namespace
 
-void drawSolids(int frame, int frames, uint8_t* rgba) {
-    Canvas canvas(rgba);
+void drawSolids(int frame, int frames, Canvas& canvas) {
     canvas.clear(kClear);
     const float t = timeOf(frame, frames);
     // Every body turns by one of its own corners, so the loop is short and still has no seam.
@@ -125,16 +124,15 @@ void drawSolids(int frame, int frames, uint8_t* rgba) {
     drawSolid(canvas, kIcosa, {kCentreX, kCentreY}, -t / 5.0F, 0.04F);
 }
 
-void drawTesseract(int frame, int frames, uint8_t* rgba) {
+void drawTesseract(int frame, int frames, Canvas& canvas) {
     constexpr int kCorners = 16;
     static constexpr auto kDepth = ramp<6>({kSea, kBlue, kBlue, kPink, kPink});
-    Canvas canvas(rgba);
     canvas.clear(kBlack);
     // A quarter turn in each of two planes brings the hypercube back to itself.
     const float turn = timeOf(frame, frames) / 4.0F;
     std::array<Point, kCorners> seen{};
     std::array<float, kCorners> near{};
-    for (int i = 0; i < kCorners; i++) {
+    for (int i = 0; i < kCorners; ++i) {
         const auto side = [i](int bit) { return (i >> bit & 1) != 0 ? 1.0F : -1.0F; };
         const float x = side(0) * cosTurn(turn) - side(3) * sinTurn(turn);
         const float w = side(0) * sinTurn(turn) + side(3) * cosTurn(turn);
@@ -146,8 +144,8 @@ void drawTesseract(int frame, int frames, uint8_t* rgba) {
         seen[static_cast<size_t>(i)] = spot.at;
         near[static_cast<size_t>(i)] = grow * spot.scale / 128.0F;
     }
-    for (int pass = 0; pass < 6; pass++) {  // the far edges first
-        for (int i = 0; i < kCorners; i++) {
+    for (int pass = 0; pass < 6; ++pass) {  // the far edges first
+        for (int i = 0; i < kCorners; ++i) {
             for (int bit = 1; bit < kCorners; bit *= 2) {
                 const auto a = static_cast<size_t>(i);
                 const auto b = static_cast<size_t>(i | bit);
@@ -160,23 +158,22 @@ void drawTesseract(int frame, int frames, uint8_t* rgba) {
             }
         }
     }
-    for (size_t i = 0; i < kCorners; i++) {
+    for (size_t i = 0; i < kCorners; ++i) {
         canvas.disc(seen[i].x, seen[i].y, 3.0F + near[i] * 7.0F, kWhite);
     }
 }
 
-void drawCubes(int frame, int frames, uint8_t* rgba) {
+void drawCubes(int frame, int frames, Canvas& canvas) {
     constexpr int kHalf = 32;  // half the width of a block
     constexpr int kQuarter = 16;
     constexpr int kLevels = 8;
     static constexpr auto kTops = ramp<kLevels>({kViolet, kPink, kOrange, kCream});
     static constexpr auto kLefts = ramp<kLevels>({kInk, kPlum, kWine, kPink});
     static constexpr auto kRights = ramp<kLevels>({kInk, kInk, kPlum, kWine});
-    Canvas canvas(rgba);
     canvas.clear(kInk);
     const float t = timeOf(frame, frames);
-    for (int sum = -16; sum <= 20; sum++) {  // back to front
-        for (int col = -10; col <= 10; col++) {
+    for (int sum = -16; sum <= 20; ++sum) {  // back to front
+        for (int col = -10; col <= 10; ++col) {
             if ((sum + col) % 2 != 0) {
                 continue;
             }

@@ -19,14 +19,14 @@ void drawSunset(Canvas& canvas, float time) {
     constexpr int kSunY = 176;
     static constexpr auto kSun = ramp<8>({kCream, kOrange, kOrange, kPink});
     canvas.clear(kBlack);
-    for (int i = 0; i < 70; i++) {
+    for (int i = 0; i < 70; ++i) {
         const int x = noisePick(i, 1, kWidth);
         const int y = noisePick(i, 2, kHorizon - 40);
         canvas.rect(x, y, 1 + i % 2, 1 + i % 2, i % 3 == 0 ? kSky : kBlue);
     }
-    for (int band = 0; band < 8; band++) {
+    for (int band = 0; band < 8; ++band) {
         const int y = kSunY - kRadius + band * 21;
-        for (int row = y; row < std::min(y + 21, kHorizon); row++) {
+        for (int row = y; row < std::min(y + 21, kHorizon); ++row) {
             const float dy = real(row - kSunY) + 0.5F;
             const float half = std::sqrt(std::max(0.0F, real(kRadius * kRadius) - dy * dy));
             canvas.rect(nearest(kCentreX - half), row, 2 * nearest(half), 1,
@@ -34,7 +34,7 @@ void drawSunset(Canvas& canvas, float time) {
         }
     }
     // Gaps that sink through the sun and widen on their way.
-    for (int gap = 0; gap < 6; gap++) {
+    for (int gap = 0; gap < 6; ++gap) {
         const float way = (real(gap) + fraction(time)) / 6.0F;
         const int y = kHorizon - 100 + nearest(way * 100.0F);
         canvas.rect(180, y, 280, 1 + nearest(way * 9.0F), kBlack);
@@ -52,7 +52,7 @@ void drawHills(Canvas& canvas) {
                                                  {226, 178},
                                                  {262, 212}}};
     canvas.polygon(kHill, kPlum);
-    for (size_t i = 1; i + 1 < kHill.size(); i++) {
+    for (size_t i = 1; i + 1 < kHill.size(); ++i) {
         canvas.line(kHill[i], kHill[i + 1], 2.0F, kViolet);
         canvas.line(kHill[i], {kHill[i].x + 14.0F, real(kHorizon)}, 1.0F, kViolet);
     }
@@ -60,15 +60,14 @@ void drawHills(Canvas& canvas) {
 
 }  // namespace
 
-void drawStars(int frame, int frames, uint8_t* rgba) {
+void drawStars(int frame, int frames, Canvas& canvas) {
     constexpr int kStars = 84;  // in a quarter of the sky; the others mirror it
-    static constexpr std::array<Color, 8> kTones{kWhite, kBlue,   kPink, kWhite,
-                                                 kBlue,  kOrange, kPink, kSky};
+    static constexpr std::array<Colour, 8> kTones{kWhite, kBlue,   kPink, kWhite,
+                                                  kBlue,  kOrange, kPink, kSky};
     constexpr float kFar = 3.0F;
-    Canvas canvas(rgba);
     canvas.clear(kBlack);
     const float t = timeOf(frame, frames);
-    for (int i = 0; i < kStars; i++) {
+    for (int i = 0; i < kStars; ++i) {
         // Stars come out of the distance once or twice in a loop, each on its own line.
         const float depth = 1.0F - fraction(real(i) * 0.618034F + t * real(1 + i % 2));
         const float z = 0.16F + depth * kFar;
@@ -80,7 +79,7 @@ void drawStars(int frame, int frames, uint8_t* rgba) {
         const Point tail{kCentreX + ray.x / trail, kCentreY + ray.y / trail};
         const float half = std::clamp(6.0F / z, 2.0F, 18.0F) * 0.5F;
         const Point side{-sinTurn(angle) * half, cosTurn(angle) * half};
-        const Color tone = kTones[static_cast<size_t>(noisePick(i, 4, 8))];
+        const Colour tone = kTones[static_cast<size_t>(noisePick(i, 4, 8))];
         const int dim = std::clamp(nearest(depth * 4.0F) - 2, 0, 2);
         const std::array<Point, 3> dart{
             {{head.x + side.x, head.y + side.y}, tail, {head.x - side.x, head.y - side.y}}};
@@ -90,25 +89,24 @@ void drawStars(int frame, int frames, uint8_t* rgba) {
     canvas.mirrorTopBottom();
 }
 
-void drawGrid(int frame, int frames, uint8_t* rgba) {
+void drawGrid(int frame, int frames, Canvas& canvas) {
     constexpr int kLanes = 18;
     constexpr int kRungs = 36;
     constexpr float kDrop = 190.0F;  // of the floor below the eye, at distance 1
-    Canvas canvas(rgba);
     const float t = timeOf(frame, frames);
     drawSunset(canvas, t);
     drawHills(canvas);
     canvas.rect(0, kHorizon, kWidth / 2, kHeight - kHorizon, kInk);
-    for (int lane = 0; lane <= kLanes; lane++) {
+    for (int lane = 0; lane <= kLanes; ++lane) {
         const float x = kCentreX - real(lane) * 22.0F;
         const Point foot{kCentreX + (x - kCentreX) * 8.0F, kHorizon + 168.0F};
         canvas.line({x, real(kHorizon)}, foot, lane < 3 ? 2.6F : 2.0F, kPink);
     }
-    for (int rung = 0; rung < kRungs; rung++) {
+    for (int rung = 0; rung < kRungs; ++rung) {
         const float z = 1.0F + (real(rung) - fraction(t * 2.0F)) * 0.42F;
         const float y = kHorizon + kDrop / std::max(z, 0.5F);
         const float width = std::clamp(3.6F / z, 1.0F, 4.0F);
-        for (int x = 0; x < kWidth / 2; x++) {
+        for (int x = 0; x < kWidth / 2; ++x) {
             canvas.column(x, y - width / 2.0F, y + width / 2.0F, rung < 8 ? kPink : kWine);
         }
     }

@@ -13,10 +13,10 @@ namespace demo {
 namespace {
 
 // A beam of light and its mirror images, as far as they cross the upper left quarter.
-void drawBeams(Canvas& canvas, Point from, float heading, Color tone) {
+void drawBeams(Canvas& canvas, Point from, float heading, Colour tone) {
     constexpr float kReach = 900.0F;  // pixels, beyond any corner
     constexpr float kBeam = 0.003F;   // half the opening, in turns
-    for (int image = 0; image < 4; image++) {
+    for (int image = 0; image < 4; ++image) {
         const auto seen = [image](float x, float y) {
             return Point{(image & 1) != 0 ? kWidth - x : x, (image & 2) != 0 ? kHeight - y : y};
         };
@@ -25,13 +25,13 @@ void drawBeams(Canvas& canvas, Point from, float heading, Color tone) {
         };
         const std::array<Point, 3> beam{
             {seen(from.x, from.y), aim(heading - kBeam), aim(heading + kBeam)}};
-        canvas.polygon(beam, tone, Blend::kAdd);
+        canvas.polygon(beam, tone, Blend::ADD);
     }
 }
 
 }  // namespace
 
-void drawRings(int frame, int frames, uint8_t* rgba) {
+void drawRings(int frame, int frames, Canvas& canvas) {
     struct Ring {
         float inner, outer;
         int parts, steps;  // arcs on the ring; arcs it moves on by in a loop
@@ -49,8 +49,7 @@ void drawRings(int frame, int frames, uint8_t* rgba) {
         {270, 274, 2, -1, 0.86F, 1},
         {298, 338, 12, -3, 0.5F, 5},
     }};
-    static constexpr std::array<Color, 6> kPaints{kBlack, kWhite, kPink, kBlue, kOrange, kSea};
-    Canvas canvas(rgba);
+    static constexpr std::array<Colour, 6> kPaints{kBlack, kWhite, kPink, kBlue, kOrange, kSea};
     const float t = timeOf(frame, frames);
     const float beat = 1.0F - fraction(t * 4.0F);
     const float core = 8.0F + 14.0F * beat * beat;
@@ -72,24 +71,23 @@ void drawRings(int frame, int frames, uint8_t* rgba) {
     canvas.turnTopHalf();
 }
 
-void drawLasers(int frame, int frames, uint8_t* rgba) {
+void drawLasers(int frame, int frames, Canvas& canvas) {
     struct Fan {
         Point from;
         int beams;
         float heading, spread, sway;  // turns
         int blinks;                   // in a loop
-        Color tone;
+        Colour tone;
     };
     static constexpr std::array<Fan, 3> kFans{{
         {{-24, -14}, 3, 0.085F, 0.11F, 0.03F, 2, kPink},
         {{-30, 180}, 3, -0.11F, 0.11F, 0.05F, 1, kBlue},
         {{320, -24}, 2, 0.30F, 0.08F, 0.04F, 2, kOrange},
     }};
-    Canvas canvas(rgba);
     canvas.clear(kBlack);
     const float t = timeOf(frame, frames);
     for (const Fan& fan : kFans) {
-        for (int i = 0; i < fan.beams; i++) {
+        for (int i = 0; i < fan.beams; ++i) {
             const float place = real(i) / real(fan.beams - 1) - 0.5F;
             const float open = 0.6F + 0.4F * cosTurn(t);
             const float turn =

@@ -104,7 +104,7 @@ void addCorner(Path& path, const Corner& before, const Corner& at, const Corner&
     }
     const Point back = headingOf(at, before);
     const Point ahead = headingOf(at, after);
-    for (int i = 0; i <= kCornerSteps; i++) {
+    for (int i = 0; i <= kCornerSteps; ++i) {
         const float angle = 0.25F * real(i) / kCornerSteps;
         const float b = at.radius * (1.0F - sinTurn(angle));
         const float a = at.radius * (1.0F - cosTurn(angle));
@@ -125,7 +125,7 @@ void addOutline(Path& path, std::span<const Corner> corners, const Placement& pl
     const Point start =
         onPicture(place, first.x + back.x * first.radius, first.y + back.y * first.radius);
     path.move(start.x, start.y);
-    for (size_t i = 0; i < corners.size(); i++) {
+    for (size_t i = 0; i < corners.size(); ++i) {
         addCorner(path, corners[(i + corners.size() - 1) % corners.size()], corners[i],
                   corners[(i + 1) % corners.size()], place);
     }
@@ -153,11 +153,11 @@ void addLetter(Path& path, char letter, const Placement& place) {
     }
 }
 
-void drawWord(Canvas& canvas, std::string_view word, Placement place, Color color) {
+void drawWord(Canvas& canvas, std::string_view word, Placement place, Colour colour) {
     for (const char letter : word) {
         Path path;
         addLetter(path, letter, place);
-        canvas.fill(path, color);
+        canvas.fill(path, colour);
         const float step = letterWidth(letter) + kLetterGap;
         place.origin.x += place.across.x * step;
         place.origin.y += place.across.y * step;

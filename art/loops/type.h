@@ -25,6 +25,6 @@ float wordWidth(std::string_view word);  // units, gaps only between letters
 
 // Adds the outlines of one letter to a path.
 void addLetter(Path& path, char letter, const Placement& place);
-void drawWord(Canvas& canvas, std::string_view word, Placement place, Color color);
+void drawWord(Canvas& canvas, std::string_view word, Placement place, Colour colour);
 
 }  // namespace demo

@@ -11,11 +11,11 @@
 
 namespace demo {
 
-void drawMarquee(int frame, int frames, uint8_t* rgba) {
+void drawMarquee(int frame, int frames, Canvas& canvas) {
     struct Row {
         std::string_view text;
         int speed;  // pixels a frame, to the left
-        Color paper, ink;
+        Colour paper, ink;
     };
     constexpr int kRow = 72;
     static constexpr std::array<Row, 5> kRows{{
@@ -25,8 +25,7 @@ void drawMarquee(int frame, int frames, uint8_t* rgba) {
         {"PLAY LOUD", -8, kOrange, kInk},
         {"VELMORA", 8, kWhite, kInk},
     }};
-    Canvas canvas(rgba);
-    for (int i = 0; i < 5; i++) {
+    for (int i = 0; i < 5; ++i) {
         const Row& row = kRows[static_cast<size_t>(i)];
         canvas.rect(0, i * kRow, kWidth, kRow, row.paper);
         // The text with a blank behind it fills one round of its motion.
@@ -40,14 +39,13 @@ void drawMarquee(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawWords(int frame, int frames, uint8_t* rgba) {
+void drawWords(int frame, int frames, Canvas& canvas) {
     static constexpr std::array<std::string_view, 6> kWords{"LOOP", "MIX",  "CUT",
                                                             "LIVE", "PLAY", "LOUD"};
     const int length = frames / static_cast<int>(kWords.size());  // frames of a word
     const int beat = frame % frames / length % static_cast<int>(kWords.size());
     const int step = frame % frames % length;
     const std::string_view word = kWords[static_cast<size_t>(beat)];
-    Canvas canvas(rgba);
     canvas.clear(kClear);
     // In: down to size in five frames, its colours coming together; out: flat within three.
     const float in = std::clamp(1.0F - real(step) / 5.0F, 0.0F, 1.0F);
@@ -56,8 +54,8 @@ void drawWords(int frame, int frames, uint8_t* rgba) {
     const float height = 232.0F * (1.0F + 0.5F * in * in) * (1.0F - out * out);
     const Point unit{width / wordWidth(word), height / kLetterHeight};
     const float slip = 10.0F + 60.0F * in;
-    const std::array<Color, 3> tones{kPink, kBlue, kWhite};
-    for (int i = 0; i < 3; i++) {
+    const std::array<Colour, 3> tones{kPink, kBlue, kWhite};
+    for (int i = 0; i < 3; ++i) {
         const float off = i == 0 ? -slip : i == 1 ? slip : 0.0F;
         const Placement place{
             {kCentreX - width / 2.0F + off, kCentreY - height / 2.0F + off * 0.6F},
@@ -67,20 +65,19 @@ void drawWords(int frame, int frames, uint8_t* rgba) {
     }
 }
 
-void drawVelmora(int frame, int frames, uint8_t* rgba) {
+void drawVelmora(int frame, int frames, Canvas& canvas) {
     constexpr std::string_view kName = "VELMORA";
     constexpr int kEchoes = 6;
     constexpr float kUnit = 8.0F;  // pixels: the stems stand on the tile grid
     constexpr float kTall = 20.0F;
     static constexpr auto kTones = ramp<kEchoes>({kNavy, kSea, kViolet, kPink});
-    Canvas canvas(rgba);
     canvas.clear(kClear);
     const float t = timeOf(frame, frames);
-    for (int echo = 0; echo <= kEchoes; echo++) {
-        Color tone = echo == kEchoes ? kWhite : kTones[static_cast<size_t>(echo)];
-        tone.a = static_cast<uint8_t>(echo == kEchoes ? 255 : 68 + 34 * echo);
+    for (int echo = 0; echo <= kEchoes; ++echo) {
+        Colour tone = echo == kEchoes ? kWhite : kTones[static_cast<size_t>(echo)];
+        tone.alpha = static_cast<uint8_t>(echo == kEchoes ? 255 : 68 + 34 * echo);
         int x = 48;
-        for (size_t i = 0; i < kName.size(); i++) {
+        for (size_t i = 0; i < kName.size(); ++i) {
             const float late = real(kEchoes - echo) * 0.022F;
             const float wave = t - real(static_cast<int>(i)) / 7.0F - late;
             // Letters keep their shape and stand on whole pixels: they meet the tile grid again.

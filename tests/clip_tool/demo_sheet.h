@@ -34,7 +34,8 @@ public:
 
     void draw(const demo::Loop& loop, int frame, uint8_t before = 0) {
         std::memset(pixels(), before, kBytes);
-        loop.render(frame, loop.frames, pixels());
+        demo::Canvas canvas(pixels());
+        loop.render(frame, loop.frames, canvas);
     }
 
     bool fenceWhole() const {
@@ -47,7 +48,7 @@ public:
 
     size_t changedPixels(Sheet& other) {
         size_t count = 0;
-        for (size_t i = 0; i < kPixels; i++) {
+        for (size_t i = 0; i < kPixels; ++i) {
             count += std::memcmp(pixels() + i * 4, other.pixels() + i * 4, 4) != 0 ? 1 : 0;
         }
         return count;
@@ -57,10 +58,10 @@ private:
     std::vector<uint8_t> bytes_;
 };
 
-inline demo::Color pixelOf(Sheet& sheet, int x, int y) {
-    demo::Color color{};
-    std::memcpy(&color, sheet.pixels() + (y * 640 + x) * 4, 4);
-    return color;
+inline demo::Colour pixelOf(Sheet& sheet, int x, int y) {
+    demo::Colour colour{};
+    std::memcpy(&colour, sheet.pixels() + (y * 640 + x) * 4, 4);
+    return colour;
 }
 
 }  // namespace demo_sheet

@@ -99,15 +99,15 @@ std::string loopName(const testing::TestParamInfo<demo::Loop>& info) {
 INSTANTIATE_TEST_SUITE_P(Each, DemoLoop,
                          testing::ValuesIn(demo::loops().begin(), demo::loops().end()), loopName);
 
-TEST(DemoColor, Rgb_LandsOnTheSixteenBitGrid) {
+TEST(DemoColour, Rgb_LandsOnTheSixteenBitGrid) {
     // 0x59 = 89 is nearest to 11 of 31, and 11 widens to 01011010; 0xB1 = 177 is nearest to 44 of
     // 63, and 44 widens to 10110010.
-    EXPECT_EQ(demo::rgb(0x59B1FF), (demo::Color{0x5A, 0xB2, 0xFF, 255}));
-    EXPECT_EQ(demo::rgb(0x000000), (demo::Color{0, 0, 0, 255}));
-    EXPECT_EQ(demo::rgb(0xFFFFFF), (demo::Color{255, 255, 255, 255}));
+    EXPECT_EQ(demo::rgb(0x59B1FF), (demo::Colour{0x5A, 0xB2, 0xFF, 255}));
+    EXPECT_EQ(demo::rgb(0x000000), (demo::Colour{0, 0, 0, 255}));
+    EXPECT_EQ(demo::rgb(0xFFFFFF), (demo::Colour{255, 255, 255, 255}));
 }
 
-TEST(DemoColor, Ramp_MeetsItsStops) {
+TEST(DemoColour, Ramp_MeetsItsStops) {
     constexpr auto kThree = demo::ramp<5>({demo::kBlack, demo::kPink, demo::kWhite});
     EXPECT_EQ(kThree[0], demo::kBlack);
     EXPECT_EQ(kThree[2], demo::kPink);
@@ -144,12 +144,12 @@ TEST(DemoCanvas, HalfCoveredPixel_IsMixedOrHalfTransparent) {
     canvas.clear(demo::kBlack);
     canvas.polygon(square, demo::kWhite);
     // Two of four columns of samples are covered: 255 * 2 / 4 = 127 over black.
-    EXPECT_EQ(pixelOf(sheet, 8, 10), (demo::Color{127, 127, 127, 255}));
+    EXPECT_EQ(pixelOf(sheet, 8, 10), (demo::Colour{127, 127, 127, 255}));
     EXPECT_EQ(pixelOf(sheet, 9, 10), demo::kWhite);
     EXPECT_EQ(pixelOf(sheet, 16, 10), demo::kBlack);
     canvas.clear(demo::kClear);
     canvas.polygon(square, demo::kWhite);
-    EXPECT_EQ(pixelOf(sheet, 8, 10), (demo::Color{255, 255, 255, 127}));
+    EXPECT_EQ(pixelOf(sheet, 8, 10), (demo::Colour{255, 255, 255, 127}));
     EXPECT_EQ(pixelOf(sheet, 7, 10), demo::kClear);
 }
 

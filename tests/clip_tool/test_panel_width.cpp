@@ -2,7 +2,9 @@
 #include <SDL_ttf.h>
 #include <gtest/gtest.h>
 
+#include "tools/clip/base/names.h"
 #include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/media/pixel_font.h"
 
 namespace {
 
@@ -33,11 +35,13 @@ protected:
 
 // A text is no wider than its letters together: the last one's gap may be left out.
 TEST_F(PanelFont, Widths_AreThoseOfTheFont) {
+    const maker::PixelFont font(maker::kSmallText);
     for (const char c : std::string("abcdefghijklmnopqrstuvwxyz0123456789-_+")) {
         const std::string text(20, c);
-        EXPECT_NEAR(widthOf(small_, text), maker::panelWidth(text), 3) << c;
-        EXPECT_LE(widthOf(small_, text), maker::panelWidth(text)) << c;
-        EXPECT_LE(widthOf(large_, text), 2 * maker::panelWidth(text)) << c;
+        const int width = font.widthOf(maker::fromLatin1(text));
+        EXPECT_NEAR(widthOf(small_, text), width, 3) << c;
+        EXPECT_LE(widthOf(small_, text), width) << c;
+        EXPECT_LE(widthOf(large_, text), 2 * width) << c;
     }
 }
 

@@ -4,6 +4,7 @@
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
 #include "tools/clip/base/atomic_file.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/reports/clip_files.h"
 #include "tools/clip/reports/sheet.h"
 

@@ -9,6 +9,7 @@
 #include "common/limits.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 #include "tools/clip/jobs/feed.h"
@@ -56,31 +57,22 @@ Comparison compare(const DiffOptions& options) {
     return comparison;
 }
 
-std::string decibels(double psnr) {
-    if (std::isinf(psnr)) {
-        return "exact";
-    }
-    char text[32];
-    std::snprintf(text, sizeof(text), "%.2f dB", psnr);
-    return text;
-}
-
 void printText(const Comparison& comparison, bool brief) {
     if (!brief) {
         std::puts("frame       PSNR    SSIM");
         for (size_t i = 0; i < comparison.frames.size(); ++i) {
             const FrameScore& frame = comparison.frames[i];
-            std::printf("%5zu %10s  %.4f\n", i, decibels(psnrOf(frame.colourError)).c_str(),
+            std::printf("%5zu %10s  %.4f\n", i, decibels(psnrOf(frame.colourError), 2).c_str(),
                         frame.ssim);
         }
     }
     const int worst = comparison.worstFrame();
     std::printf(
         "%zu frames: PSNR %s, SSIM %.4f, worst frame %d with %s\n", comparison.frames.size(),
-        decibels(comparison.psnr()).c_str(), comparison.meanSsim(), worst,
-        decibels(psnrOf(comparison.frames[static_cast<size_t>(worst)].colourError)).c_str());
+        decibels(comparison.psnr(), 2).c_str(), comparison.meanSsim(), worst,
+        decibels(psnrOf(comparison.frames[static_cast<size_t>(worst)].colourError), 2).c_str());
     if (comparison.alpha) {
-        std::printf("alpha: PSNR %s\n", decibels(comparison.alphaPsnr()).c_str());
+        std::printf("alpha: PSNR %s\n", decibels(comparison.alphaPsnr(), 2).c_str());
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/media/movie.h"
 #include "tools/clip/reports/clip_files.h"
@@ -77,7 +78,7 @@ std::string pageOf(const std::string& title, const Clips& clips) {
 }
 
 void report(const std::string& path, size_t clips, size_t bytes) {
-    std::printf("%s: %zu clip%s, %zu bytes\n", path.c_str(), clips, clips == 1 ? "" : "s", bytes);
+    std::printf("%s: %s, %zu bytes\n", path.c_str(), counted(clips, "clip").c_str(), bytes);
 }
 
 void makeSheets(const SheetOptions& options) {

@@ -12,14 +12,13 @@ inline constexpr int kExitFailed = 1;
 inline constexpr int kExitUsage = 2;
 inline constexpr int kExitInterrupted = 130;
 
-void addEncode(CLI::App& app, int& status);
-void addImport(CLI::App& app, int& status);
-void addInfo(CLI::App& app, int& status);
-void addVerify(CLI::App& app, int& status);
-void addCheck(CLI::App& app, int& status);
-void addSheet(CLI::App& app, int& status);
-void addExport(CLI::App& app, int& status);
-void addDiff(CLI::App& app, int& status);
-void addDemo(CLI::App& app, int& status);
+using AddCommand = void(CLI::App& app, int& status);
+
+AddCommand addEncode, addImport, addInfo, addVerify, addCheck, addSheet, addExport, addDiff,
+    addDemo;
+
+// In the order of the help.
+inline constexpr AddCommand* kCommands[] = {addEncode, addImport, addInfo, addVerify, addCheck,
+                                            addSheet,  addExport, addDiff, addDemo};
 
 }  // namespace maker

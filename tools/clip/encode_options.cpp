@@ -1,11 +1,10 @@
 #include "tools/clip/encode_options.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 
 #include "clip/format.h"
-#include "tools/clip/base/decimals.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/jobs/batch.h"
 
 namespace maker {
@@ -63,7 +62,7 @@ Colour colourOf(const std::string& text) {
     const auto channel = [&text](size_t at) {
         return static_cast<uint8_t>(std::stoi(text.substr(at, 2), nullptr, 16));
     };
-    return {channel(0), channel(2), channel(4)};
+    return {channel(0), channel(2), channel(4), 255};
 }
 
 void addPictureOptions(CLI::App& command, EncodeArguments& arguments) {
@@ -132,14 +131,6 @@ void addCodingOptions(CLI::App& command, EncodeArguments& arguments) {
     command.add_option("-j,--jobs", arguments.workers, "work on this many cores at once")
         ->check(CLI::Range(1, 1024))
         ->option_text("N (all)");
-}
-
-// "1.5 MB": of a thousand each, one digit behind the point.
-std::string sizeText(size_t bytes) {
-    constexpr double kThousand = 1000;
-    const double thousands = static_cast<double>(bytes) / kThousand;
-    return thousands < kThousand ? decimals(thousands, 1) + " kB"
-                                 : decimals(thousands / kThousand, 1) + " MB";
 }
 
 }  // namespace
@@ -230,13 +221,11 @@ std::string fingerprint(const EncodeSettings& settings) {
 }
 
 std::string reportLine(const ClipReport& clip) {
-    const std::string quality =
-        std::isfinite(clip.psnr) ? decimals(clip.psnr, 1) + " dB" : std::string("exact");
     const std::string cost = std::to_string(clip.records) + " records, " + sizeText(clip.memory) +
                              " loaded, ready in " + decimals(clip.seconds, 1) + " s";
-    return clip.path.string() + ": " + std::to_string(clip.frames) +
-           (clip.frames == 1 ? " frame, " : " frames, ") + sizeText(clip.bytes) + ", " + quality +
-           ", " + cost + (clip.note.empty() ? "" : "; " + clip.note);
+    return clip.path.string() + ": " + counted(static_cast<size_t>(clip.frames), "frame") + ", " +
+           sizeText(clip.bytes) + ", " + decibels(clip.psnr, 1) + ", " + cost +
+           (clip.note.empty() ? "" : "; " + clip.note);
 }
 
 }  // namespace maker

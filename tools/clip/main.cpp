@@ -18,15 +18,9 @@ int run(int argc, char** argv) {
     int status = maker::kExitOk;
     CLI::App app("Makes and examines clips for Velmora.", "velmora-clip");
     app.require_subcommand(1);
-    maker::addEncode(app, status);
-    maker::addImport(app, status);
-    maker::addInfo(app, status);
-    maker::addVerify(app, status);
-    maker::addCheck(app, status);
-    maker::addSheet(app, status);
-    maker::addExport(app, status);
-    maker::addDiff(app, status);
-    maker::addDemo(app, status);
+    for (maker::AddCommand* const add : maker::kCommands) {
+        add(app, status);
+    }
     try {
         std::vector<std::string> arguments = maker::argumentsOf(argc, argv);
         std::reverse(arguments.begin(), arguments.end());

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "tools/clip/base/decimals.h"
+#include "tools/clip/base/texts.h"
 
 namespace maker {
 

@@ -10,7 +10,7 @@
 #include "tools/clip/encoder/dictionary.h"
 #include "tools/clip/encoder/palette.h"
 #include "tools/clip/encoder/rate.h"
-#include "tools/clip/encoder/records.h"
+#include "tools/clip/encoder/record_choice.h"
 #include "tools/clip/encoder/source_block.h"
 
 namespace maker {

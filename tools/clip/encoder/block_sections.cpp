@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/clip/encoder/maps.h"
-#include "tools/clip/encoder/tiles.h"
+#include "tools/clip/encoder/record_forms.h"
 
 namespace maker {
 

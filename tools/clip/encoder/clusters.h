@@ -3,7 +3,7 @@
 // stand nearest to all of them.
 //
 // The colours are counted by RGB565 value, split into groups where they spread the most, and the
-// groups' means settled by a few rounds of reassigning.
+// groups' means settled by a few rounds of reassigning: median cut, then k-means.
 
 #include <array>
 #include <cstdint>

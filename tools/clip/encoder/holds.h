@@ -3,8 +3,9 @@
 //
 // A hold is a stretch of frames at one position that share a picture: the mean of the stretch,
 // which averages the noise of a camera away. The stretches of a position are those of the least
-// squared error plus cost of new pictures, found over all ways of cutting the block. A stretch
-// never joins frames of unlike alpha, nor any whose pixels move further than the visible limit.
+// squared error plus cost of new pictures, found over all ways of cutting the block by dynamic
+// programming. A stretch never joins frames of unlike alpha, nor any whose pixels move further than
+// the visible limit.
 
 #include <cstdint>
 #include <vector>

@@ -1,6 +1,7 @@
 #pragma once
 // A tile approximated by runs: the cut of its 64 pixels into stretches of one colour each that
-// costs the least squared error plus price of runs, found over all cuts into runs of at most 16.
+// costs the least squared error plus price of runs, found over all cuts into runs of at most 16 by
+// dynamic programming.
 
 #include <array>
 #include <cstdint>

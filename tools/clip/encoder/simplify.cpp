@@ -10,7 +10,7 @@
 #include "tools/clip/encoder/lookalikes.h"
 #include "tools/clip/encoder/quantise.h"
 #include "tools/clip/encoder/run_fit.h"
-#include "tools/clip/encoder/tiles.h"
+#include "tools/clip/encoder/record_forms.h"
 
 namespace maker {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {
@@ -63,21 +63,6 @@ std::string plainName(const std::string& text) {
     return withoutEdges(withoutEdges(name).substr(0, kLongest));
 }
 
-std::string lowerCase(std::string name) {
-    std::transform(name.begin(), name.end(), name.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return name;
-}
-
-std::string cutTo(std::string name, int room) {
-    while (name.size() > 1 && panelWidth(name) > room) {
-        name.pop_back();
-    }
-    const std::string cut = withoutEdges(name);
-    return cut.empty() ? kFallback : cut;
-}
-
 std::string withoutNumber(std::string name) {
     const size_t dash = name.find_last_not_of("0123456789");
     if (dash != std::string::npos && dash + 1 < name.size() && name[dash] == '-') {
@@ -111,18 +96,12 @@ std::string latin1Of(const std::string& text) {
     return latin1;
 }
 
-int panelWidth(const std::string& name) {
-    int width = 0;
-    for (const char c : name) {
-        // clang-format off
-        width += c == 'i' ? 2
-               : c == 'j' || c == 'l' ? 3
-               : c == 'f' || c == 'r' || c == 't' || c == '-' ? 4
-               : c == 'm' || c == 'v' || c == 'w' || c == 'x' || c < 'a' || c == '_' ? 6
-               : 5;
-        // clang-format on
+std::string ClipNames::cutTo(std::string name, int room) const {
+    while (name.size() > 1 && widthOf(name) > room) {
+        name.pop_back();
     }
-    return width;
+    const std::string cut = withoutEdges(name);
+    return cut.empty() ? kFallback : cut;
 }
 
 void ClipNames::take(const std::string& name) {
@@ -135,10 +114,10 @@ bool ClipNames::taken(const std::string& name) const {
 
 std::string ClipNames::give(const std::string& name, int room, const std::string& suffix) {
     const std::string wished = withoutNumber(name);
-    std::string given = cutTo(wished, room - panelWidth(suffix));
+    std::string given = cutTo(wished, room - widthOf(suffix));
     for (int number = 2; taken(given); ++number) {
         const std::string behind = std::string("_").append(std::to_string(number));
-        given = cutTo(wished, room - panelWidth(behind + suffix)) + behind;
+        given = cutTo(wished, room - widthOf(behind + suffix)) + behind;
     }
     take(given);
     return given;

@@ -8,6 +8,10 @@
 #include <set>
 #include <string>
 
+#include "layout/name_rooms.h"
+#include "tools/clip/base/names.h"
+#include "tools/clip/media/pixel_font.h"
+
 namespace maker {
 
 // Without folder and ending; accents are dropped. Of a pattern of numbered pictures what stands
@@ -18,11 +22,9 @@ std::string safeName(const std::string& input);
 // are characters that Latin-1 does not have.
 std::string latin1Of(const std::string& text);
 
-// Pixels in the panel's smaller font; the larger one takes twice as many.
-int panelWidth(const std::string& name);
-
-// What a layer's box on the mix screen has room for, in the smaller font.
-inline constexpr int kPanelRoom = 99;
+// What a layer's box on the mix screen has room for, with the same edge on both sides. In the
+// panel's smaller font; the larger one takes twice as many pixels.
+inline constexpr int kPanelRoom = (layout::kPanelBoxHdmi - 2 * layout::kPanelNameX) / 2;
 inline constexpr int kNoRoomLimit = 1 << 20;
 
 // The names in use. None is given twice, whatever the case of its letters.
@@ -37,6 +39,10 @@ public:
     std::string give(const std::string& name, int room, const std::string& suffix = "");
 
 private:
+    std::string cutTo(std::string name, int room) const;
+    int widthOf(const std::string& name) const { return font_.widthOf(fromLatin1(name)); }
+
+    PixelFont font_{kSmallText};
     std::set<std::string> names_;
 };
 

@@ -27,9 +27,10 @@ void makeFolder(const fs::path& folder) {
 std::vector<uint8_t> encodeLoop(const demo::Loop& loop) {
     ClipEncoder encoder({.alpha = loop.alpha});
     std::vector<uint8_t> rgba(kFrameRgbaBytes);
+    demo::Canvas canvas(rgba.data());
     for (int i = 0; i < loop.frames; ++i) {
         stopIfInterrupted();
-        loop.render(i, loop.frames, rgba.data());
+        loop.render(i, loop.frames, canvas);
         encoder.add(rgba.data());
     }
     return encoder.finish();

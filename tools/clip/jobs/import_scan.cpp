@@ -11,6 +11,7 @@
 #include <tuple>
 
 #include "tools/clip/base/errors.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {
@@ -31,10 +32,7 @@ constexpr size_t kFewestPictures = 3;  // of a sequence
 
 template <size_t N>
 bool endsIn(const fs::path& path, const char* const (&endings)[N]) {
-    std::string ending = path.extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    const std::string ending = lowerCase(path.extension().string());
     return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
 }
 

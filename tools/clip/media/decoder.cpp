@@ -6,9 +6,9 @@
 #include <new>
 #include <utility>
 
-#include "tools/clip/base/decimals.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/texts.h"
 
 namespace maker {
 

@@ -8,13 +8,9 @@
 #include <cstdint>
 #include <vector>
 
-namespace maker {
+#include "tools/clip/media/picture.h"
 
-struct Colour {
-    uint8_t red = 0;
-    uint8_t green = 0;
-    uint8_t blue = 0;
-};
+namespace maker {
 
 // A pixel is as opaque as it is bright. Colours stay.
 void keyByBrightness(std::vector<uint8_t>& rgba);

@@ -1,6 +1,7 @@
 #include "tools/clip/media/picture.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace maker {
 
@@ -10,10 +11,6 @@ constexpr int kOpaque = 255;
 constexpr int kCheckSize = 16;  // pixels a side
 constexpr int kDarkGrey = 0x40;
 constexpr int kLightGrey = 0x60;
-
-uint8_t byteOf(uint32_t value) {
-    return static_cast<uint8_t>(value & 0xFF);
-}
 
 // Lays every pixel over the grey that `under` tells for its place.
 template <class Under>
@@ -44,24 +41,22 @@ Picture::Picture(int pictureWidth, int pictureHeight)
     }
 }
 
-void Picture::fill(int x, int y, int w, int h, uint32_t rgb) {
-    for (int row = std::max(y, 0); row < std::min(y + h, height); ++row) {
-        for (int column = std::max(x, 0); column < std::min(x + w, width); ++column) {
-            uint8_t* pixel = at(column, row);
-            pixel[0] = byteOf(rgb >> 16);
-            pixel[1] = byteOf(rgb >> 8);
-            pixel[2] = byteOf(rgb);
-            pixel[3] = kOpaque;
-        }
-    }
-}
-
 void Picture::copy(const Picture& from, int x, int y) {
     const int left = std::max(x, 0);
     const int right = std::min(x + from.width, width);
     for (int row = std::max(y, 0); row < std::min(y + from.height, height) && left < right; ++row) {
         std::copy_n(from.at(left - x, row - y), static_cast<size_t>(right - left) * 4,
                     at(left, row));
+    }
+}
+
+void Canvas::rect(int x, int y, int width, int height, Colour colour) {
+    const int left = std::max(x, 0);
+    const int right = std::min(x + width, width_);
+    for (int row = std::max(y, 0); row < std::min(y + height, height_); ++row) {
+        for (int column = left; column < right; ++column) {
+            std::memcpy(at(column, row), &colour, sizeof colour);
+        }
     }
 }
 

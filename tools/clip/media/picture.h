@@ -1,11 +1,20 @@
 #pragma once
-// An 8-bit RGBA picture of any size, row-major without gaps, straight alpha.
+// 8-bit RGBA pictures of any size, row-major without gaps, straight alpha, and drawing in them.
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace maker {
+
+struct Colour {
+    uint8_t red = 0;
+    uint8_t green = 0;
+    uint8_t blue = 0;
+    uint8_t alpha = 255;
+
+    bool operator==(const Colour&) const = default;
+};
 
 struct Picture {
     int width = 0;
@@ -19,9 +28,6 @@ struct Picture {
     uint8_t* at(int x, int y) { return rgba.data() + offset(x, y); }
     const uint8_t* at(int x, int y) const { return rgba.data() + offset(x, y); }
 
-    // `rgb` is 0xRRGGBB. What lies outside of the picture is left out.
-    void fill(int x, int y, int w, int h, uint32_t rgb);
-    void set(int x, int y, uint32_t rgb) { fill(x, y, 1, 1, rgb); }
     // The whole of `from` replaces what is there.
     void copy(const Picture& from, int x, int y);
 
@@ -29,6 +35,25 @@ private:
     size_t offset(int x, int y) const {
         return (static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)) * 4;
     }
+};
+
+// Draws into pixels that the caller owns. What lies outside of them is left out.
+class Canvas {
+public:
+    Canvas(uint8_t* rgba, int width, int height) : rgba_(rgba), width_(width), height_(height) {}
+    explicit Canvas(Picture& picture)
+        : Canvas(picture.rgba.data(), picture.width, picture.height) {}
+
+    void rect(int x, int y, int width, int height, Colour colour);
+    void set(int x, int y, Colour colour) { rect(x, y, 1, 1, colour); }
+
+protected:
+    uint8_t* at(int x, int y) { return rgba_ + (static_cast<ptrdiff_t>(y) * width_ + x) * 4; }
+
+private:
+    uint8_t* rgba_;
+    int width_;
+    int height_;
 };
 
 // Each pixel the mean of factor x factor of `from`, whose sides are multiples of it.

@@ -24,13 +24,13 @@ int floored(FT_Pos value) {
     return static_cast<int>(value >> 6);
 }
 
-void blitGlyph(const FT_GlyphSlot glyph, Picture& picture, int x, int y, uint32_t rgb) {
+void blitGlyph(const FT_GlyphSlot glyph, Canvas& canvas, int x, int y, Colour colour) {
     const FT_Bitmap& bitmap = glyph->bitmap;
     for (int row = 0; row < static_cast<int>(bitmap.rows); ++row) {
         const unsigned char* bits = bitmap.buffer + row * bitmap.pitch;
         for (int column = 0; column < static_cast<int>(bitmap.width); ++column) {
             if ((bits[column / 8] & (0x80 >> (column % 8))) != 0) {
-                picture.set(x + glyph->bitmap_left + column, y - glyph->bitmap_top + row, rgb);
+                canvas.set(x + glyph->bitmap_left + column, y - glyph->bitmap_top + row, colour);
             }
         }
     }
@@ -73,13 +73,13 @@ int PixelFont::widthOf(std::u32string_view text) const {
     return right - left;
 }
 
-void PixelFont::draw(Picture& picture, int x, int y, std::u32string_view text, uint32_t rgb) const {
+void PixelFont::draw(Canvas& canvas, int x, int y, std::u32string_view text, Colour colour) const {
     const int baseline = y + ceiled(face_->size->metrics.ascender);
     for (const char32_t point : text) {
         if (FT_Load_Char(face_, point, kLoad) != 0) {
             continue;
         }
-        blitGlyph(face_->glyph, picture, x, baseline, rgb);
+        blitGlyph(face_->glyph, canvas, x, baseline, colour);
         x += ceiled(face_->glyph->metrics.horiAdvance);
     }
 }

@@ -26,7 +26,7 @@ public:
     // Pixels that the program's own text takes.
     int widthOf(std::u32string_view text) const;
     // (x, y) is the top left of the line.
-    void draw(Picture& picture, int x, int y, std::u32string_view text, uint32_t rgb) const;
+    void draw(Canvas& canvas, int x, int y, std::u32string_view text, Colour colour) const;
 
 private:
     FT_Library library_ = nullptr;

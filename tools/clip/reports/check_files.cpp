@@ -9,6 +9,7 @@
 #include "common/limits.h"
 #include "mixer/filters.h"
 #include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 
 namespace maker {
 
@@ -25,10 +26,6 @@ struct Size {
 };
 constexpr Size kOfferedSizes[] = {{1280, 720}, {1024, 768}};
 constexpr Size kSmallest = {800, 600};
-
-std::string counted(size_t count, const std::string& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
 
 // Why one text is read as another, where the cause is plain.
 std::string causeOf(const std::string& read, const std::string& written) {

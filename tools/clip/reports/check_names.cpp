@@ -1,9 +1,10 @@
 #include "tools/clip/reports/check_names.h"
 
 #include <algorithm>
-#include <memory>
 #include <set>
+#include <span>
 
+#include "layout/name_rooms.h"
 #include "tools/clip/base/names.h"
 #include "tools/clip/media/pixel_font.h"
 
@@ -11,21 +12,31 @@ namespace maker {
 
 namespace {
 
-// Pixels between the place where a name begins and what stands behind it; the numbers are those of
-// the screens that draw them.
-constexpr int kOverMenuRoom = 206 - 34;  // name to the number of tracks
-constexpr int kPanelHdmiRoom = 210 - 6;  // in the layer's box
-constexpr int kPanelCompositeRoom = 120 - 6;
-constexpr int kEditorNameRoom = 308 - 5 - 4 - 24;   // left list, up to the number of tracks
-constexpr int kEditorTrackRoom = 306 - 20 - 8 - 4;  // right list, behind the track's number
-
-// The over-menu is one box as high as its rows, in the middle of a window of 720 lines.
-constexpr size_t kOverMenuRows = (720 - 2 * 2) / 20;
+// The list over the mix at its highest: the larger of the window's sizes.
+constexpr int kWindowHeight = 720;
+constexpr size_t kOverMenuRows =
+    (kWindowHeight - 2 * layout::kOverMenuEdge) / layout::kOverMenuRowHeight;
 constexpr size_t kExtension = 4;  // characters of ".m19"
 
+// A place where the program shows names, and what happens to one that is too long.
+struct NamePlace {
+    const char* what;
+    int room;  // pixels
+    int size;  // of the font
+    const char* outcome;
+};
 constexpr const char* kRunsOn = "runs on beyond its box";
-constexpr const char* kRunsOver = "runs over the number of tracks";
-constexpr const char* kIsCut = "is cut";
+constexpr NamePlace kPlaylistPlaces[] = {
+    {"in the list over the mix", layout::kOverMenuNameRoom, kLargeText,
+     "runs over the number of tracks"},
+    {"in the editor", layout::kPlaylistNameRoom, kSmallText, "is cut"}};
+// The file's name without folder and ending.
+constexpr NamePlace kTitlePlaces[] = {
+    {"on the panel", layout::kPanelBoxHdmi - layout::kPanelNameX, kLargeText, kRunsOn},
+    {"on the panel of a composite output", layout::kPanelBoxComposite - layout::kPanelNameX,
+     kSmallText, kRunsOn}};
+constexpr NamePlace kPathPlaces[] = {
+    {"in the editor", layout::kTrackPathRoom, kSmallText, "is cut"}};
 
 class Measure {
 public:
@@ -39,7 +50,7 @@ private:
 };
 
 void checkPlaces(const Measure& measure, const std::string& where, const std::string& text,
-                 const std::vector<NamePlace>& places, Findings& findings) {
+                 std::span<const NamePlace> places, Findings& findings) {
     for (const NamePlace& place : places) {
         const int width = measure.widthOf(text, place.size);
         if (width > place.room) {
@@ -59,20 +70,6 @@ void checkLetters(const std::string& where, const std::string& text, Findings& f
 
 }  // namespace
 
-std::vector<NamePlace> playlistNamePlaces() {
-    return {{"in the list over the mix", kOverMenuRoom, kLargeText, kRunsOver},
-            {"in the editor", kEditorNameRoom, kSmallText, kIsCut}};
-}
-
-std::vector<NamePlace> panelPlaces() {
-    return {{"on the panel", kPanelHdmiRoom, kLargeText, kRunsOn},
-            {"on the panel of a composite output", kPanelCompositeRoom, kSmallText, kRunsOn}};
-}
-
-std::vector<NamePlace> trackPathPlaces() {
-    return {{"in the editor", kEditorTrackRoom, kSmallText, kIsCut}};
-}
-
 std::string panelTitle(const std::string& path) {
     const size_t slash = path.find_last_of("/\\");
     const std::string file = slash == std::string::npos ? path : path.substr(slash + 1);
@@ -83,15 +80,15 @@ void checkNames(const std::vector<PlaylistText>& playlists, Findings& findings) 
     const Measure measure;
     std::set<std::string> seen;
     for (const PlaylistText& playlist : playlists) {
-        checkPlaces(measure, playlist.name, playlist.name, playlistNamePlaces(), findings);
+        checkPlaces(measure, playlist.name, playlist.name, kPlaylistPlaces, findings);
         checkLetters(playlist.name, playlist.name, findings);
         for (const std::string& path : playlist.tracks) {
             if (!seen.insert(path).second) {
                 continue;
             }
             const std::string where = "videos/" + path;
-            checkPlaces(measure, where, panelTitle(path), panelPlaces(), findings);
-            checkPlaces(measure, where, path, trackPathPlaces(), findings);
+            checkPlaces(measure, where, panelTitle(path), kTitlePlaces, findings);
+            checkPlaces(measure, where, path, kPathPlaces, findings);
             checkLetters(where, path, findings);
         }
     }

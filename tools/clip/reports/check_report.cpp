@@ -1,21 +1,15 @@
 #include "tools/clip/reports/check_report.h"
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 
 namespace maker {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr double kMegabyte = 1e6;
-
-std::string counted(size_t count, const char* what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
 
 std::string playlistLine(const PlaylistReport& playlist) {
     const size_t tracks = playlist.tracks.size();
@@ -25,12 +19,9 @@ std::string playlistLine(const PlaylistReport& playlist) {
         text += ", " + std::to_string(ready) + " of them can be played";
     }
     if (ready > 0) {
-        char costs[96];
-        std::snprintf(costs, sizeof(costs),
-                      "; the first after %.1f s, all after %.1f s; %.0f MB of memory",
-                      playlist.firstSeconds, playlist.seconds,
-                      static_cast<double>(playlist.memory) / kMegabyte);
-        text += costs;
+        text += "; the first after " + decimals(playlist.firstSeconds, 1) + " s, all after " +
+                decimals(playlist.seconds, 1) + " s; " + megabytes(playlist.memory, 0) +
+                " of memory";
     }
     return text + "\n";
 }

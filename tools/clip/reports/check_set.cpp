@@ -10,6 +10,7 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/interrupt.h"
 #include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/reports/check_files.h"
 #include "tools/clip/reports/check_names.h"
 #include "tools/clip/reports/clip_files.h"
@@ -22,20 +23,6 @@ namespace {
 
 // What a computer of 512 MB has left for clips.
 constexpr size_t kMuchMemory = 350'000'000;
-constexpr double kMegabyte = 1e6;
-
-std::string lowered(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char byte) {
-        return static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + 'a' - 'A' : byte);
-    });
-    return text;
-}
-
-std::string oneDecimal(double value) {
-    char text[32];
-    std::snprintf(text, sizeof(text), "%.1f", value);
-    return text;
-}
 
 class SetChecker {
 public:
@@ -82,7 +69,7 @@ const TrackReport& SetChecker::track(const std::string& path) {
 
 std::string SetChecker::missingText(const std::string& path) const {
     for (const std::string& clip : clips_) {
-        if (lowered(clip) == lowered(path)) {
+        if (lowerCase(clip) == lowerCase(path)) {
             return inQuotes(path) + " is missing; there is " + inQuotes(clip);
         }
     }
@@ -132,9 +119,8 @@ void SetChecker::checkTracks(const PlaylistReport& playlist) {
                                                     " slots: the last ones are never loaded");
     }
     if (playlist.memory > kMuchMemory) {
-        report_.findings.note(
-            playlist.name, "takes " + oneDecimal(static_cast<double>(playlist.memory) / kMegabyte) +
-                               " MB of memory: too much for a computer of 512 MB");
+        report_.findings.note(playlist.name, "takes " + megabytes(playlist.memory, 1) +
+                                                 " of memory: too much for a computer of 512 MB");
     }
 }
 

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "tools/clip/base/texts.h"
+
 namespace maker {
 
 namespace {
@@ -59,8 +61,6 @@ Totals totalsOf(const Description& description) {
     return totals;
 }
 
-constexpr double kMegabyte = 1e6;
-
 std::string faultText(const clip::Verdict& verdict) {
     const std::string place =
         verdict.block < 0 ? "the file header" : "block " + std::to_string(verdict.block);
@@ -69,13 +69,9 @@ std::string faultText(const clip::Verdict& verdict) {
 }
 
 std::string costText(const LoadCost& cost) {
-    char text[160];
-    std::snprintf(text, sizeof(text),
-                  "on stage\n"
-                  "  ready after %.1f s, after %.1f s as the first clip of a playlist\n"
-                  "  %.1f MB of memory\n",
-                  cost.seconds, cost.secondsAsFirst, static_cast<double>(cost.memory) / kMegabyte);
-    return text;
+    return "on stage\n  ready after " + decimals(cost.seconds, 1) + " s, after " +
+           decimals(cost.secondsAsFirst, 1) + " s as the first clip of a playlist\n  " +
+           megabytes(cost.memory, 1) + " of memory\n";
 }
 
 double rawShare(const Description& description) {
@@ -131,10 +127,8 @@ std::string verdictText(const Description& description) {
     }
     std::string text = "plays";
     if (description.slow()) {
-        char slow[96];
-        std::snprintf(slow, sizeof(slow), ", but loads slowly: %.1f s (slow from %.0f s on)",
-                      description.cost.seconds, kSlowSeconds);
-        text += slow;
+        text += ", but loads slowly: " + decimals(description.cost.seconds, 1) + " s (slow from " +
+                decimals(kSlowSeconds, 0) + " s on)";
     }
     if (!description.verdict.ok) {
         text += "; ignored: " + description.verdict.message + " (offset " +

@@ -1,12 +1,12 @@
 #include "tools/clip/reports/sheet.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <numeric>
 
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/interrupt.h"
 #include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/media/pixel_font.h"
 #include "tools/clip/media/source.h"
 #include "tools/clip/reports/clip_frames.h"
@@ -16,13 +16,13 @@ namespace maker {
 namespace {
 
 // The interface's colours, and two greys.
-constexpr uint32_t kWhite = 0xFFFFFF;
-constexpr uint32_t kPink = 0xFE00C3;
-constexpr uint32_t kBlue = 0x59B1FF;
-constexpr uint32_t kOrange = 0xFFB000;
-constexpr uint32_t kBlack = 0x000000;
-constexpr uint32_t kGround = 0x141414;
-constexpr uint32_t kGrey = 0x808080;
+constexpr Colour kWhite{0xFF, 0xFF, 0xFF};
+constexpr Colour kPink{0xFE, 0x00, 0xC3};
+constexpr Colour kBlue{0x59, 0xB1, 0xFF};
+constexpr Colour kOrange{0xFF, 0xB0, 0x00};
+constexpr Colour kBlack{0x00, 0x00, 0x00};
+constexpr Colour kGround{0x14, 0x14, 0x14};
+constexpr Colour kGrey{0x80, 0x80, 0x80};
 
 constexpr int kMargin = 24;
 constexpr int kGap = 4;
@@ -36,19 +36,21 @@ constexpr int kClipHeight = 2 * kLineHeight + kThumbHeight + 40;
 constexpr int kWordGap = 24;  // between two facts
 
 void drawMoments(Picture& sheet, const PixelFont& small, const SheetClip& clip, int y) {
+    Canvas canvas(sheet);
     int x = kMargin;
     for (const Moment& moment : clip.moments) {
-        sheet.fill(x, y, kThumbWidth, kThumbHeight, kBlack);
+        canvas.rect(x, y, kThumbWidth, kThumbHeight, kBlack);
         sheet.copy(moment.picture, x, y + (kThumbHeight - moment.picture.height) / 2);
-        small.draw(sheet, x, y + kThumbHeight + 4, codePoints(std::to_string(moment.frame)), kGrey);
+        small.draw(canvas, x, y + kThumbHeight + 4, codePoints(std::to_string(moment.frame)),
+                   kGrey);
         x += kThumbWidth + kGap;
     }
 }
 
-void drawFacts(Picture& sheet, const PixelFont& font, const SheetClip& clip, int y) {
+void drawFacts(Canvas& canvas, const PixelFont& font, const SheetClip& clip, int y) {
     int x = kMargin;
-    const auto word = [&](const std::string& text, uint32_t rgb) {
-        font.draw(sheet, x, y, codePoints(text), rgb);
+    const auto word = [&](const std::string& text, Colour colour) {
+        font.draw(canvas, x, y, codePoints(text), colour);
         x += font.widthOf(codePoints(text)) + kWordGap;
     };
     word(wholeKilobytes(clip.facts.fileBytes), kBlue);
@@ -88,21 +90,12 @@ SheetClip readSheetClip(const std::string& name, const std::string& path, int mo
 
 std::string lengthText(const Description& facts) {
     const int frames = facts.header.frameCount;
-    char text[64];
-    std::snprintf(text, sizeof(text), "%d frame%s, %.1f s", frames, frames == 1 ? "" : "s",
-                  frames / kStageFps);
-    return text;
-}
-
-std::string wholeKilobytes(size_t bytes) {
-    constexpr size_t kKilobyte = 1000;
-    return std::to_string((bytes + kKilobyte - 1) / kKilobyte) + " kB";
+    return counted(static_cast<size_t>(frames), "frame") + ", " + decimals(frames / kStageFps, 1) +
+           " s";
 }
 
 std::string loadText(const Description& facts) {
-    char text[64];
-    std::snprintf(text, sizeof(text), "ready after %.1f s", facts.cost.seconds);
-    return text;
+    return "ready after " + decimals(facts.cost.seconds, 1) + " s";
 }
 
 Picture drawSheet(const std::string& title, const std::vector<SheetClip>& clips) {
@@ -110,13 +103,14 @@ Picture drawSheet(const std::string& title, const std::vector<SheetClip>& clips)
     const PixelFont large(kLargeText);
     const PixelFont heading(kTitleText);
     Picture sheet(kSheetWidth, kTitleHeight + kClipHeight * static_cast<int>(clips.size()));
-    sheet.fill(0, 0, sheet.width, sheet.height, kGround);
-    heading.draw(sheet, kMargin, kMargin, codePoints(title), kWhite);
-    sheet.fill(kMargin, kTitleHeight - 14, sheet.width - 2 * kMargin, 2, kPink);
+    Canvas canvas(sheet);
+    canvas.rect(0, 0, sheet.width, sheet.height, kGround);
+    heading.draw(canvas, kMargin, kMargin, codePoints(title), kWhite);
+    canvas.rect(kMargin, kTitleHeight - 14, sheet.width - 2 * kMargin, 2, kPink);
     int y = kTitleHeight;
     for (const SheetClip& clip : clips) {
-        large.draw(sheet, kMargin, y, codePoints(clip.name), kWhite);
-        drawFacts(sheet, large, clip, y + kLineHeight);
+        large.draw(canvas, kMargin, y, codePoints(clip.name), kWhite);
+        drawFacts(canvas, large, clip, y + kLineHeight);
         drawMoments(sheet, small, clip, y + 2 * kLineHeight);
         y += kClipHeight;
     }

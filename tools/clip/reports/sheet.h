@@ -29,7 +29,6 @@ SheetClip readSheetClip(const std::string& name, const std::string& path, int mo
 
 // "128 frames, 5.0 s" and the like.
 std::string lengthText(const Description& facts);
-std::string wholeKilobytes(size_t bytes);  // "556 kB"
 std::string loadText(const Description& facts);
 
 inline constexpr int kSheetMoments = 8;

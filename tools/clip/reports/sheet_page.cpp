@@ -7,6 +7,7 @@ extern "C" {
 }
 
 #include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/media/embedded.h"
 #include "tools/clip/media/movie.h"
 #include "tools/clip/media/source.h"
@@ -120,10 +121,8 @@ std::string articleOf(const SheetClip& clip) {
 }
 
 std::string summaryOf(size_t clips, int frames, size_t bytes) {
-    char text[96];
-    std::snprintf(text, sizeof(text), "%zu clip%s, %.0f s, ", clips, clips == 1 ? "" : "s",
-                  frames / kStageFps);
-    return text + wholeKilobytes(bytes);
+    return counted(clips, "clip") + ", " + decimals(frames / kStageFps, 0) + " s, " +
+           wholeKilobytes(bytes);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The interface's letters on a demo picture.
-#include "art/loops/pixels.h"
+#include "art/loops/lettering.h"
 
 #include <gtest/gtest.h>
 
@@ -10,24 +10,20 @@ namespace {
 using demo_sheet::pixelOf;
 using demo_sheet::Sheet;
 
-TEST(DemoPixels, TextWidth_CountsGapsBetweenLettersOnly) {
+TEST(DemoLettering, TextWidth_CountsGapsBetweenLettersOnly) {
     // art/font: i is one pixel wide, l and the blank two, M five.
-    EXPECT_EQ(demo::pixelTextWidth("i", 1), 1);
-    EXPECT_EQ(demo::pixelTextWidth("il", 1), 4);
-    EXPECT_EQ(demo::pixelTextWidth("i M", 1), 10);
-    EXPECT_EQ(demo::pixelTextWidth("i M", 3), 30);
-    EXPECT_EQ(demo::pixelTextWidth("", 2), 0);
+    EXPECT_EQ(demo::textWidth("i", 1), 1);
+    EXPECT_EQ(demo::textWidth("il", 1), 4);
+    EXPECT_EQ(demo::textWidth("i M", 1), 10);
+    EXPECT_EQ(demo::textWidth("i M", 3), 30);
+    EXPECT_EQ(demo::textWidth("", 2), 0);
 }
 
-TEST(DemoPixels, CharacterThatIsNotDrawn_TakesNoRoom) {
-    EXPECT_EQ(demo::pixelTextWidth("i\xE9l", 1), 4);
-}
-
-TEST(DemoPixels, LetterWithADot_StandsBelowItsTop) {
+TEST(DemoLettering, LetterWithADot_StandsBelowItsTop) {
     Sheet sheet;
     demo::Canvas canvas(sheet.pixels());
     canvas.clear(demo::kBlack);
-    demo::drawPixelText(canvas, "i", 10, 20, 1, demo::kPink);
+    demo::drawText(canvas, "i", 10, 20, 1, demo::kPink);
     // The dot is as high as a capital; under it a blank row and a stem of five.
     EXPECT_EQ(pixelOf(sheet, 10, 19), demo::kBlack);
     EXPECT_EQ(pixelOf(sheet, 10, 20), demo::kPink);
@@ -39,12 +35,12 @@ TEST(DemoPixels, LetterWithADot_StandsBelowItsTop) {
     EXPECT_EQ(pixelOf(sheet, 11, 24), demo::kBlack);
 }
 
-TEST(DemoPixels, Scale_MakesSquares) {
+TEST(DemoLettering, Scale_MakesSquares) {
     Sheet sheet;
     demo::Canvas canvas(sheet.pixels());
     canvas.clear(demo::kBlack);
     // The second letter begins after one pixel of letter and one of gap, three wide each.
-    demo::drawPixelText(canvas, "ii", 0, 0, 3, demo::kBlue);
+    demo::drawText(canvas, "ii", 0, 0, 3, demo::kBlue);
     EXPECT_EQ(pixelOf(sheet, 2, 2), demo::kBlue);
     EXPECT_EQ(pixelOf(sheet, 3, 0), demo::kBlack);
     EXPECT_EQ(pixelOf(sheet, 2, 3), demo::kBlack);
@@ -53,12 +49,12 @@ TEST(DemoPixels, Scale_MakesSquares) {
     EXPECT_EQ(pixelOf(sheet, 8, 21), demo::kBlack);
 }
 
-TEST(DemoPixels, CentredText_HasItsMiddleThere) {
+TEST(DemoLettering, CentredText_HasItsMiddleThere) {
     Sheet sheet;
     demo::Canvas canvas(sheet.pixels());
     canvas.clear(demo::kBlack);
     // Five pixels wide, so from 98 to 102; the stems of M are its outer columns.
-    demo::drawPixelTextCentred(canvas, "M", 100, 0, 1, demo::kWhite);
+    demo::drawTextCentred(canvas, "M", 100, 0, 1, demo::kWhite);
     EXPECT_EQ(pixelOf(sheet, 97, 6), demo::kBlack);
     EXPECT_EQ(pixelOf(sheet, 98, 6), demo::kWhite);
     EXPECT_EQ(pixelOf(sheet, 102, 6), demo::kWhite);

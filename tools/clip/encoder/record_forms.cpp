@@ -1,4 +1,4 @@
-#include "tools/clip/encoder/tiles.h"
+#include "tools/clip/encoder/record_forms.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,10 +1,10 @@
-#include "tools/clip/encoder/records.h"
+#include "tools/clip/encoder/record_choice.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 
-#include "tools/clip/encoder/tiles.h"
+#include "tools/clip/encoder/record_forms.h"
 
 namespace maker {
 

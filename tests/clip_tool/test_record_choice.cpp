@@ -8,8 +8,8 @@
 #include "clip_tool/reference.h"
 #include "tools/clip/encoder/maps.h"
 #include "tools/clip/encoder/numbering.h"
-#include "tools/clip/encoder/records.h"
-#include "tools/clip/encoder/tiles.h"
+#include "tools/clip/encoder/record_choice.h"
+#include "tools/clip/encoder/record_forms.h"
 #include "tools/clip/encoder/walks.h"
 #include "tools/clip/encoder/writer.h"
 

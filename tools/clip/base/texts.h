@@ -1,0 +1,52 @@
+#pragma once
+// Small texts that several of the tool's lines are made of.
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <string>
+
+namespace maker {
+
+// With a fixed count of digits behind the point.
+inline std::string decimals(double value, int digits) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f", digits, value);
+    return text;
+}
+
+// "1 frame", "2 frames"
+inline std::string counted(size_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+// "1.5 MB": of a thousand each, one digit behind the point.
+inline std::string sizeText(size_t bytes) {
+    constexpr double kThousand = 1000;
+    const double thousands = static_cast<double>(bytes) / kThousand;
+    return thousands < kThousand ? decimals(thousands, 1) + " kB"
+                                 : decimals(thousands / kThousand, 1) + " MB";
+}
+
+// "556 kB", of a thousand each, rounded up
+inline std::string wholeKilobytes(size_t bytes) {
+    return std::to_string((bytes + 999) / 1000) + " kB";
+}
+
+inline std::string megabytes(size_t bytes, int digits) {
+    return decimals(static_cast<double>(bytes) / 1e6, digits) + " MB";
+}
+
+inline std::string decibels(double psnr, int digits) {
+    return std::isfinite(psnr) ? decimals(psnr, digits) + " dB" : "exact";
+}
+
+// ASCII letters; all other bytes stay.
+inline std::string lowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+}  // namespace maker
