@@ -7,6 +7,7 @@
 #include "core/globals.h"
 #include "draw/lib.h"
 #include "draw/ttf.h"
+#include "layout/name_rooms.h"
 #include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
@@ -26,8 +27,8 @@ struct PanelSizes {
     int font;
 };
 
-constexpr PanelSizes kComposite = {155, 120, 50, 5, 50, 50, 55, 65, 0};
-constexpr PanelSizes kHdmi = {160, 210, 60, 10, 100, 60, 110, 70, 1};
+constexpr PanelSizes kComposite = {155, layout::kPanelBoxComposite, 50, 5, 50, 50, 55, 65, 0};
+constexpr PanelSizes kHdmi = {160, layout::kPanelBoxHdmi, 60, 10, 100, 60, 110, 70, 1};
 
 constexpr int kPanelX = 30;
 constexpr int kLayerStep = 60;  // plus the gap, in both sizes
@@ -35,7 +36,6 @@ constexpr int kOpacity = 60;
 constexpr int kOpaque = 100;
 constexpr int kBarHeight = 4;
 constexpr int kFrameBarFromBottom = 12;
-constexpr int kNameX = 6;
 constexpr int kNameY = 4;
 constexpr int kLabelInset = 5;
 constexpr int kSecondLine = 20;  // below the first
@@ -106,7 +106,7 @@ void drawBars(const PanelSizes& sizes, const MixLayer& layer, int decks, int y) 
 void drawLayerBox(const PanelSizes& sizes, const MixLayer& layer, bool active, int decks, int y) {
     _lib->CSS_rectNoBorder(kPanelX, y, sizes.boxWidth, sizes.boxHeight, boxColour(active),
                            kOpacity);
-    drawClipTitle(moxel[layer.deck].path, kPanelX + kNameX, y + kNameY, sizes.font);
+    drawClipTitle(moxel[layer.deck].path, kPanelX + layout::kPanelNameX, y + kNameY, sizes.font);
     if (decks > 0) {
         drawBars(sizes, layer, decks, y);
     }

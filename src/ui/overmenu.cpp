@@ -6,6 +6,7 @@
 #include "core/globals.h"
 #include "draw/lib.h"
 #include "draw/ttf.h"
+#include "layout/name_rooms.h"
 #include "playlists/playlist.h"
 
 namespace {
@@ -14,10 +15,10 @@ constexpr int kBoxX = 30;
 constexpr int kBoxWidth = 200;
 constexpr int kRowX = 32;
 constexpr int kRowWidth = 196;
-constexpr int kRowHeight = 20;
-constexpr int kEdge = 2;  // above the first row and below the last
-constexpr short kNameX = 34;
-constexpr short kCountX = 206;
+constexpr int kRowHeight = layout::kOverMenuRowHeight;
+constexpr int kEdge = layout::kOverMenuEdge;
+constexpr short kNameX = layout::kOverMenuNameX;
+constexpr short kCountX = layout::kOverMenuCountX;
 constexpr int kBoxOpacity = 60;
 constexpr int kRowOpacity = 30;
 constexpr int kBoxColour = 0x000000;
