@@ -5,16 +5,12 @@
 #include "core/globals.h"
 #include "editor/page_painter.h"
 #include "input/keys.h"
+#include "layout/name_rooms.h"
 #include "playlists/playlist.h"
 
 namespace {
 
 constexpr int kTextDown = 2;  // from a row's top
-constexpr int kIndent = 5;    // from a list's left edge
-constexpr int kRowEnd = 4;    // from a list's right edge
-constexpr int kNumberColumn = 20;
-constexpr int kCountColumn = 24;
-constexpr int kGap = 8;  // between two texts in a line
 
 constexpr int kFolderWidth = 11;
 // The explorer's columns behind the names, from their right ends.
@@ -30,11 +26,11 @@ int rowY(int visibleRow) {
 }
 
 int leftOf(int list) {
-    return page::kListX[list] + kIndent;
+    return page::kListX[list] + layout::kRowIndent;
 }
 
 int rightOf(int list) {
-    return page::kListX[list] + page::kListWidth[list] - kRowEnd;
+    return page::kListX[list] + page::kListWidth[list] - layout::kRowEnd;
 }
 
 std::string missingNote(int missing) {
@@ -47,7 +43,8 @@ void drawTitle(PagePainter& painter, int list, const std::string& heading,
     const int x = leftOf(list);
     const int room = rightOf(list) - x;
     const int used = painter.text(heading, x, page::kTitleY, room, static_cast<int>(_colorO));
-    painter.text(subject, x + used + kGap, page::kTitleY, room - used - kGap, page::kGreyRgb);
+    painter.text(subject, x + used + layout::kTextGap, page::kTitleY,
+                 room - used - layout::kTextGap, page::kGreyRgb);
 }
 
 void drawHint(PagePainter& painter, int list, const char* words) {
@@ -88,12 +85,13 @@ void c_playlist::drawFamilleRows(PagePainter& painter) {
         const int ink = painter.row(page::LEFT, i, look);
         const int x = leftOf(page::LEFT);
         int end = rightOf(page::LEFT);
-        painter.textRight(std::to_string(famille.nbTracks), end, rowY(i), kCountColumn, ink);
-        end -= kCountColumn;
+        painter.textRight(std::to_string(famille.nbTracks), end, rowY(i), layout::kCountColumn,
+                          ink);
+        end -= layout::kCountColumn;
         if (famille.nbMissing > 0) {
             end = painter.textRight(missingNote(famille.nbMissing), end, rowY(i), end - x,
                                     page::alarmRgb(look)) -
-                  kGap;
+                  layout::kTextGap;
         }
         painter.text(famille.name, x, rowY(i), end - x, ink);
     }
@@ -111,13 +109,14 @@ void c_playlist::drawTrackRows(PagePainter& painter, int list) {
         const Track& track = famille.tracks[bar.pos + i];
         const int look = rowLook(list, bar.pos + i);
         const int ink = painter.row(list, i, look);
-        const int numberEnd = page::kListX[list] + kNumberColumn;
-        const int x = numberEnd + kGap;
+        const int numberEnd = page::kListX[list] + layout::kNumberColumn;
+        const int x = numberEnd + layout::kTextGap;
         int end = rightOf(list);
-        painter.textRight(std::to_string(bar.pos + i + 1), numberEnd, rowY(i), kNumberColumn,
-                          ink == 0 ? ink : page::kGreyRgb);
+        painter.textRight(std::to_string(bar.pos + i + 1), numberEnd, rowY(i),
+                          layout::kNumberColumn, ink == 0 ? ink : page::kGreyRgb);
         if (track.missing != 0) {
-            end = painter.textRight("missing", end, rowY(i), end - x, page::alarmRgb(look)) - kGap;
+            end = painter.textRight("missing", end, rowY(i), end - x, page::alarmRgb(look)) -
+                  layout::kTextGap;
         }
         painter.text(track.path, x, rowY(i), end - x, ink);
     }
@@ -172,14 +171,14 @@ void c_playlist::drawExplorerTitle(PagePainter& painter) {
     painter.textRight("load", end, page::kTitleY, kLoadColumn, page::kGreyRgb);
     end = painter.textRight("frames", end - kLoadColumn, page::kTitleY, kFramesColumn,
                             page::kGreyRgb) -
-          kGap;
+          layout::kTextGap;
     int at = x +
              painter.text("files explorer", x, page::kTitleY, end - x, static_cast<int>(_colorO)) +
-             kGap;
+             layout::kTextGap;
     if (nbFound > nbListed) {
         const std::string part =
             "first " + std::to_string(nbListed) + " of " + std::to_string(nbFound);
-        at += painter.text(part, at, page::kTitleY, end - at, page::kWhiteRgb) + kGap;
+        at += painter.text(part, at, page::kTitleY, end - at, page::kWhiteRgb) + layout::kTextGap;
     }
     painter.text("videos/" + browsedFolder(), at, page::kTitleY, end - at, page::kGreyRgb);
 }
