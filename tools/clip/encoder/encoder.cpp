@@ -127,8 +127,8 @@ bool ClipEncoder::overBudget() const {
            (settings_.byteBudget > 0 && static_cast<int64_t>(bytes_.size()) > settings_.byteBudget);
 }
 
-// All blocks share one price, the Lagrangian multiplier, so that the budget goes where it takes away
-// the most error. The price is the lowest of a few tried that keeps within the budget.
+// All blocks share one price, the Lagrangian multiplier, so that the budget goes where it takes
+// away the most error. The price is the lowest of a few tried that keeps within the budget.
 void ClipEncoder::fitBudget() {
     constexpr double kStep = 8;
     constexpr double kDearest = 1e9;

@@ -2,8 +2,8 @@
 // What a quality means: the exchange rates between error, bytes and records.
 //
 // The encoder minimises squared error + perByte x bytes, where a tile record counts for more than
-// its bytes because it costs time when the clip is loaded. This is rate-distortion optimisation, and
-// perByte its Lagrangian multiplier. Quality 100 is exact and has no rate.
+// its bytes because it costs time when the clip is loaded. This is rate-distortion optimisation,
+// and perByte its Lagrangian multiplier. Quality 100 is exact and has no rate.
 
 namespace maker {
 

@@ -2,9 +2,9 @@
 // Tile records: how many bytes a tile takes in each of the ten colour types, and the bytes.
 //
 // Types 0 and 1 hold a picture row by row; types 2-9 hold a sequence, 64 colours in the order of
-// some walk, as runs (run-length coding). The pairs of run types share their layout: a RunForm stands for the even type
-// of its pair, and the caller adds 1 for the odd one. Alpha records follow a colour record and
-// always stand row by row.
+// some walk, as runs (run-length coding). The pairs of run types share their layout: a RunForm
+// stands for the even type of its pair, and the caller adds 1 for the odd one. Alpha records follow
+// a colour record and always stand row by row.
 
 #include <cstdint>
 #include <vector>

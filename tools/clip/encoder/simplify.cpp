@@ -9,8 +9,8 @@
 #include "tools/clip/encoder/holds.h"
 #include "tools/clip/encoder/lookalikes.h"
 #include "tools/clip/encoder/quantise.h"
-#include "tools/clip/encoder/run_fit.h"
 #include "tools/clip/encoder/record_forms.h"
+#include "tools/clip/encoder/run_fit.h"
 
 namespace maker {
 
