@@ -119,7 +119,7 @@ constexpr const char* kKept =
 
 }  // namespace
 
-TEST_F(Editor, APlaylistFromNothingToTheStageAndAway) {
+TEST_F(Editor, NewPlaylist_FromNothingToTheStageAndAway) {
     const Shot top = app::richPicture(77);
     const Shot green = app::flatPicture(0x07E0);
     fs::create_directory(stage.folder.path() + "/videos/live");

@@ -71,7 +71,7 @@ TEST(ClipFrames, EveryOtherDamagedClip_IsRefused) {
     EXPECT_EQ(refused, 38);
 }
 
-TEST(ClipFrames, ErrorNamesTheFile) {
+TEST(ClipFrames, NoClip_ErrorNamesTheFile) {
     const TemporaryFolder folder;
     std::ofstream("x.m19") << "hello";
     try {

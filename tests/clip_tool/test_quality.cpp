@@ -241,7 +241,7 @@ TEST(Budget, TilesOfTheirOwnAlpha_StayBeyondTheLimit) {
     }
 }
 
-TEST(Dither, GradientsBreakUp) {
+TEST(Dither, Gradients_BreakUp) {
     const Made plain = make(camera, 4, {});
     const Made dithered = make(camera, 4, {.dither = true});
     EXPECT_NE(plain.bytes, dithered.bytes);

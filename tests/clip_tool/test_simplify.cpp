@@ -315,7 +315,7 @@ TEST(Simplify, LeastSaving_DoesWithoutTheCheapest) {
     EXPECT_TRUE(simplifier.show(savings[1]).savings.empty());
 }
 
-TEST(Simplify, AlphaIsKeptExactlyAtAnyRate) {
+TEST(Simplify, AlphaAtAnyRate_IsKeptExactly) {
     SourceTile tile = grey(100);
     pictures::Random random(2);
     for (uint8_t& level : tile.alpha) {

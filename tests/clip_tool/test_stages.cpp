@@ -155,7 +155,7 @@ TEST(Palette, FewColours_LeaveTheRestZero) {
     EXPECT_FALSE(index.has(71));
 }
 
-TEST(Walks, EachVisitsEveryPixelOnce) {
+TEST(Walks, EachWalk_VisitsEveryPixelOnce) {
     for (int walk = 0; walk < maker::kWalks; ++walk) {
         std::set<int> pixels;
         for (int step = 0; step < 64; ++step) {

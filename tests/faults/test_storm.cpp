@@ -133,7 +133,7 @@ protected:
     const unsigned seed = chosenSeed();
 };
 
-TEST_P(StateStorm, StaysInsideAndFindsHome) {
+TEST_P(StateStorm, RandomHands_StaysInsideAndFindsHome) {
     SCOPED_TRACE("VELMORA_SEED=" + std::to_string(seed));
     Hands hands(seed);
     const int frames = chosenCount("VELMORA_STORM_FRAMES", kFrames);

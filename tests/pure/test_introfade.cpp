@@ -30,7 +30,7 @@ TEST(IntroFade, StepOne_TwoFourTwo) {
     EXPECT_EQ(brightened(0x8410, -1), (14 << 11) | (28 << 5) | 14);
 }
 
-TEST(IntroFade, ChannelsStopAtTheirEnds) {
+TEST(IntroFade, Channels_StopAtTheirEnds) {
     EXPECT_EQ(brightened(0x0001, 29), 0xFFFF);              // 58 and 116 are past 31 and 63
     EXPECT_EQ(brightened(0xFFFF, -20), 0x0000);             // 31 - 40, 63 - 80
     EXPECT_EQ(brightened(0xF800, 1), 0xF800 | 4 << 5 | 2);  // red is full

@@ -41,7 +41,7 @@ TEST(Scroll, ResetWithMoreRows_ThumbShrinksTo20) {
     }
 }
 
-TEST(Scroll, ResizeKeepsPositionAndGrip) {
+TEST(Scroll, Resize_KeepsPositionAndGrip) {
     ScrollBar bar = {5, 9, 24, 1, 20};
     resizeScroll(bar, 30);
     EXPECT_EQ(bar.pos, 5);

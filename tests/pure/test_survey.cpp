@@ -172,7 +172,7 @@ TEST(Survey, AnyBytes_ComeToAnEnd) {
 
 // 3600 tiles and 16 frames: 16 x (3600 + 128) entries, 16 x 3600 run bytes, 3 records of at most
 // 225 bytes.
-TEST(BlockRoom, IsWhatIsAnnouncedOrWhatCanBeNeeded) {
+TEST(BlockRoom, Room_IsWhatIsAnnouncedOrWhatCanBeNeeded) {
     const clip::BlockRoom most = clip::blockRoom(3, 0xFFFFFFFF, 0xFFFFFFFF, 16, 3600);
     EXPECT_EQ(most.mapEntries, 59648u);
     EXPECT_EQ(most.runBytes, 57600u);

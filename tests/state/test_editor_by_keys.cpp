@@ -74,7 +74,7 @@ protected:
     const Device hand;
 };
 
-TEST_P(ByKeys, FromNothingToAPlaylistAndAway) {
+TEST_P(ByKeys, NewPlaylist_FromNothingAndAway) {
     // Created.
     tap(hand.down);
     ASSERT_EQ(playlist->focus, page::CREATE) << "an empty list leads to the buttons";

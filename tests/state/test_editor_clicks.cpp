@@ -173,7 +173,7 @@ TEST_F(TwoClicks, OnEditOfTheMenu_PressNothingHere) {
     EXPECT_EQ(playlist->dragSource, 1);
 }
 
-TEST_F(TwoClicks, KeysAreNotHeldOff) {
+TEST_F(TwoClicks, Keys_AreNotHeldOff) {
     editFirst();
     click(kTracksBack);
     tap(KEY_X);

@@ -44,7 +44,7 @@ TEST_F(LostNames, PathOf92_IsRefusedWithALine) {
 }
 
 // "live/" takes five of the 91.
-TEST_F(LostNames, FoldersCount) {
+TEST_F(LostNames, Folders_Count) {
     writeFile("videos/live/" + clip(86), "");
     writeFile("videos/live/" + clip(87), "");
     editFirst();

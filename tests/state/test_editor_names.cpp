@@ -90,7 +90,7 @@ TEST_F(Typing, KeyHeldSinceThePageBefore_DoesNotWrite) {
     EXPECT_EQ(playlist->newName, "x") << "typed anew";
 }
 
-TEST_F(Typing, WritingIsOnForThisPageAlone) {
+TEST_F(Typing, Writing_IsOnForThisPageAlone) {
     EXPECT_EQ(keys->writing, 1);
     type("a");
     click(kCancel);

@@ -107,7 +107,7 @@ protected:
     int carried = 0, focused = 0, renamed = 0, copied = 0, discarding = 0;
 };
 
-TEST_F(RandomHands, StayInsideTheLists) {
+TEST_F(RandomHands, AnyFrames_StayInsideTheLists) {
     SCOPED_TRACE("VELMORA_SEED=" + std::to_string(seed));
     for (int i = 0; i < kFrames; ++i) {
         if (i % kFramesFromAPage == 0) {

@@ -222,7 +222,7 @@ TEST_F(KeysMix, ControllerEntry13_TogglesThePanel) {
     EXPECT_EQ(mix->showUI, 0);
 }
 
-TEST_F(KeysMix, ModeKeys) {
+TEST_F(KeysMix, ModeKeys_ChooseTheirModes) {
     const struct {
         int key, mode;
     } cases[] = {{KEY_1, 0}, {KEY_2, 2}, {KEY_3, 1}, {KEY_4, 4}, {KEY_5, 3}, {KEY_6, 6}};

@@ -135,7 +135,7 @@ TEST_F(PlaylistXml, SaveThenRead_SameNamesAndTracksInOrder) {
     EXPECT_EQ(playlist->familles[2].tracks[0].path, "c.m19");
 }
 
-TEST_F(PlaylistXml, TextsAreWrittenByteForByte) {
+TEST_F(PlaylistXml, Texts_AreWrittenByteForByte) {
     const std::string odd = "100% %s %n & <b> \xE9\xFF";
     addFamille(odd, {"%d/" + odd});
     EXPECT_EQ(printedBy([] { playlist->saveXML(); }), "");

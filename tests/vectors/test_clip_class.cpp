@@ -325,7 +325,7 @@ TEST(LastBlock, OfOneFrame_HoldsOneMap) {
     EXPECT_EQ(clip::framesInBlock(0, 1, 16), 16);
 }
 
-TEST(KillRAM, FreesTheBlocksAndClosesTheFile) {
+TEST(KillRAM, Loaded_FreesTheBlocksAndClosesTheFile) {
     ClipStage stage(TEST_DATA "/clips");
     stage.clip->init("", "seventeen-200.m19");
     stage.clip->loopLoad(10);
@@ -381,7 +381,7 @@ TEST(Destroy, quirk_destroy_logs_block_count_as_character) {
     EXPECT_EQ(stage.clip->path, "");
 }
 
-TEST(Init, NamesTheFileAndStartsOver) {
+TEST(Init, UsedSlot_NamesTheFileAndStartsOver) {
     ClipStage stage(TEST_DATA "/clips");
     load(stage, "one-frame-8.m19");
     stage.clip->killRAM();
