@@ -110,7 +110,10 @@ need_tests() {
     need "tests with real windows and keys" xvfb libx11-dev libxext-dev libxtst-dev
     need "the stage script on a real server" xinit
     need "saves disturbed at each of their system calls" strace
-    need "format check" clang-format git
+}
+
+need_check() {
+    need "format and rules of the sources" clang-format clang-tidy git python3 universal-ctags
 }
 
 need_fuzz() {
