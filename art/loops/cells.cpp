@@ -26,16 +26,8 @@ template <class IndexAt>
 void drawCell(Canvas& canvas, int left, int top, int size, std::span<const Colour> palette,
               IndexAt indexAt) {
     const float half = real(size) / 2.0F;
-    for (int y = 0; y < size; ++y) {
-        for (int x = 0; x < size; ++x) {
-            const float px = real(x) - half;
-            const float py = real(y) - half;
-            const std::array<int, 4> samples{
-                indexAt(px + 0.25F, py + 0.25F), indexAt(px + 0.75F, py + 0.25F),
-                indexAt(px + 0.25F, py + 0.75F), indexAt(px + 0.75F, py + 0.75F)};
-            canvas.set(left + x, top + y, meanOf(samples, palette));
-        }
-    }
+    sampleRect(canvas, left, top, size, size, palette,
+               [half, indexAt](float x, float y) { return indexAt(x - half, y - half); });
 }
 
 constexpr int kCell = 80;  // of the woven arcs; whole tiles

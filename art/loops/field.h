@@ -30,9 +30,10 @@ inline Colour meanOf(const std::array<int, 4>& samples, std::span<const Colour> 
     return Colour{mean(0), mean(1), mean(2), static_cast<uint8_t>(sum[3] / 4)};
 }
 
+// The same for a rectangle anywhere: places count from its top left corner.
 template <class IndexAt>
-void sampleField(Canvas& canvas, int width, int height, std::span<const Colour> palette,
-                 IndexAt indexAt) {
+void sampleRect(Canvas& canvas, int left, int top, int width, int height,
+                std::span<const Colour> palette, IndexAt indexAt) {
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             const float px = real(x);
@@ -40,14 +41,15 @@ void sampleField(Canvas& canvas, int width, int height, std::span<const Colour> 
             const std::array<int, 4> samples{
                 indexAt(px + 0.25F, py + 0.25F), indexAt(px + 0.75F, py + 0.25F),
                 indexAt(px + 0.25F, py + 0.75F), indexAt(px + 0.75F, py + 0.75F)};
-            const int first = samples[0];
-            if (samples[1] == first && samples[2] == first && samples[3] == first) {
-                canvas.set(x, y, palette[static_cast<size_t>(first)]);
-            } else {
-                canvas.set(x, y, meanOf(samples, palette));
-            }
+            canvas.set(left + x, top + y, meanOf(samples, palette));
         }
     }
+}
+
+template <class IndexAt>
+void sampleField(Canvas& canvas, int width, int height, std::span<const Colour> palette,
+                 IndexAt indexAt) {
+    sampleRect(canvas, 0, 0, width, height, palette, indexAt);
 }
 
 }  // namespace demo

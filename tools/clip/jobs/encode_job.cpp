@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Picture = std::vector<uint8_t>;
+using Pixels = std::vector<uint8_t>;
 
 fs::path numbered(const fs::path& path, size_t number) {
     fs::path name = path.stem();
@@ -52,15 +52,15 @@ public:
 
 private:
     void encodePart();
-    void feedPart(ClipEncoder& encoder, int part);
+    void feedPart(ClipEncoder& encoder, int from, int to);
     void feedPingpong(ClipEncoder& encoder, int part);
     void feedCrossfade(ClipEncoder& encoder, int part);
-    void feedSeam(ClipEncoder& encoder);
-    void feed(ClipEncoder& encoder, const Picture& rgba);
-    Picture pictureOf(VideoSource& source) const;
+    void feed(ClipEncoder& encoder, const Pixels& rgba);
+    Pixels pictureOf(VideoSource& source) const;
     int partFrames() const;
     int expectedFrames(int part) const;
     std::string noteOf(int given) const;
+    void advance();
     void checkEnd();
     void commit();
 
@@ -99,34 +99,40 @@ int Job::expectedFrames(int part) const {
     return announced > 0 ? framesGiven(settings_.loop, std::min(part, announced)) : 0;
 }
 
-Picture Job::pictureOf(VideoSource& source) const {
-    Picture rgba = source.picture();
+Pixels Job::pictureOf(VideoSource& source) const {
+    Pixels rgba = source.picture();
     applyKey(settings_, rgba);
     return rgba;
 }
 
-void Job::feed(ClipEncoder& encoder, const Picture& rgba) {
+void Job::feed(ClipEncoder& encoder, const Pixels& rgba) {
     encoder.add(rgba.data());
     if (events_.progress) {
         events_.progress(encoder.added(), expected_);
     }
 }
 
-void Job::feedPart(ClipEncoder& encoder, int part) {
-    for (int i = 0; i < part && waiting_; ++i) {
-        feed(encoder, pictureOf(source_));
-        ++taken_;
-        waiting_ = source_.step();
+void Job::advance() {
+    ++taken_;
+    waiting_ = source_.step();
+}
+
+// The frames `from` to `to` of the part; those before are passed over.
+void Job::feedPart(ClipEncoder& encoder, int from, int to) {
+    for (int i = 0; i < to && waiting_; ++i) {
+        if (i >= from) {
+            feed(encoder, pictureOf(source_));
+        }
+        advance();
     }
 }
 
 void Job::feedPingpong(ClipEncoder& encoder, int part) {
-    std::vector<Picture> shown;
+    std::vector<Pixels> shown;
     for (int i = 0; i < part && waiting_; ++i) {
         shown.push_back(pictureOf(source_));
         feed(encoder, shown.back());
-        ++taken_;
-        waiting_ = source_.step();
+        advance();
     }
     for (size_t i = shown.size(); i-- > 2;) {
         feed(encoder, shown[i - 1]);
@@ -135,7 +141,7 @@ void Job::feedPingpong(ClipEncoder& encoder, int part) {
 
 void Job::feedCrossfade(ClipEncoder& encoder, int part) {
     const int blend = blendOf(settings_.loop, part);
-    std::deque<Picture> last;
+    std::deque<Pixels> last;
     for (int i = 0; i < part && ahead_->step(); ++i) {
         if (i >= part - blend) {
             last.push_back(pictureOf(*ahead_));
@@ -143,25 +149,14 @@ void Job::feedCrossfade(ClipEncoder& encoder, int part) {
     }
     for (int i = 0; i < part && waiting_; ++i) {
         if (i < part - blend) {
-            Picture rgba = pictureOf(source_);
+            Pixels rgba = pictureOf(source_);
             if (i < blend && !last.empty()) {
                 crossfade(i, blend, last.front(), rgba);
                 last.pop_front();
             }
             feed(encoder, rgba);
         }
-        ++taken_;
-        waiting_ = source_.step();
-    }
-}
-
-void Job::feedSeam(ClipEncoder& encoder) {
-    for (int i = 0; i < plan_.seam->end && waiting_; ++i) {
-        if (i >= plan_.seam->begin) {
-            feed(encoder, pictureOf(source_));
-        }
-        ++taken_;
-        waiting_ = source_.step();
+        advance();
     }
 }
 
@@ -202,14 +197,14 @@ void Job::encodePart() {
         .workers = settings_.workers,
     });
     if (plan_.seam) {
-        feedSeam(encoder);
+        feedPart(encoder, plan_.seam->begin, plan_.seam->end);
         waiting_ = false;
     } else if (settings_.loop.kind == LoopKind::PINGPONG) {
         feedPingpong(encoder, part);
     } else if (settings_.loop.kind == LoopKind::CROSSFADE) {
         feedCrossfade(encoder, part);
     } else {
-        feedPart(encoder, part);
+        feedPart(encoder, 0, part);
     }
     const std::vector<uint8_t> bytes = encoder.finish();
     const ClipStats& stats = encoder.stats();

@@ -12,19 +12,6 @@
 
 namespace maker {
 
-// For each FFmpeg object the call that frees it.
-struct FreeCodec {
-    void operator()(AVCodecContext* codec) const { avcodec_free_context(&codec); }
-};
-struct FreePacket {
-    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
-};
-struct FreeFrame {
-    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
-};
-
-using FramePtr = std::unique_ptr<AVFrame, FreeFrame>;
-
 FramePtr newFrame();
 
 struct TimedFrame {
@@ -67,8 +54,8 @@ private:
 
     DecoderOptions options_;
     FormatPtr format_;
-    std::unique_ptr<AVCodecContext, FreeCodec> codec_;
-    std::unique_ptr<AVPacket, FreePacket> packet_;
+    CodecPtr codec_;
+    PacketPtr packet_;
     AVStream* stream_ = nullptr;
     int turns_ = 0;
     int damaged_ = 0;

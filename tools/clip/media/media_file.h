@@ -19,10 +19,18 @@ namespace maker {
 inline constexpr int kMaxPictureSide = 16384;
 inline constexpr int64_t kMaxPicturePixels = int64_t{1} << 26;
 
-struct FreeFormat {
-    void operator()(AVFormatContext* format) const { avformat_close_input(&format); }
+// An FFmpeg object with the call that frees it, which takes its address.
+template <class Object, void (*kFree)(Object**)>
+struct FreeByAddress {
+    void operator()(Object* object) const { kFree(&object); }
 };
-using FormatPtr = std::unique_ptr<AVFormatContext, FreeFormat>;
+template <class Object, void (*kFree)(Object**)>
+using AvPtr = std::unique_ptr<Object, FreeByAddress<Object, kFree>>;
+
+using FormatPtr = AvPtr<AVFormatContext, avformat_close_input>;
+using CodecPtr = AvPtr<AVCodecContext, avcodec_free_context>;
+using PacketPtr = AvPtr<AVPacket, av_packet_free>;
+using FramePtr = AvPtr<AVFrame, av_frame_free>;
 
 // `pictureFps` is the pace of an image sequence, which has no times of its own.
 FormatPtr openMedia(const std::string& path, double pictureFps);

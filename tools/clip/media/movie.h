@@ -35,10 +35,6 @@ std::string movieEndings();  // ".apng, .gif, ..."
 extern const MovieKind kPng;   // a single picture
 extern const MovieKind kJpeg;  // likewise
 
-struct FreeGraph {
-    void operator()(AVFilterGraph* graph) const { avfilter_graph_free(&graph); }
-};
-
 class MovieWriter {
 public:
     MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps);
@@ -63,13 +59,13 @@ private:
 
     const MovieKind& kind_;
     AVRational frameTime_;
-    std::unique_ptr<AVFilterGraph, FreeGraph> graph_;
+    AvPtr<AVFilterGraph, avfilter_graph_free> graph_;
     AVFilterContext* source_ = nullptr;
     AVFilterContext* sink_ = nullptr;
-    std::unique_ptr<AVCodecContext, FreeCodec> codec_;
+    CodecPtr codec_;
     std::unique_ptr<AVFormatContext, FreeMuxer> muxer_;
     AVStream* stream_ = nullptr;
-    std::unique_ptr<AVPacket, FreePacket> packet_;
+    PacketPtr packet_;
     int64_t added_ = 0;
 };
 
