@@ -172,19 +172,13 @@ TEST(Describe, FileNameOutsideUtf8_StillMakesJson) {
 }
 
 // A loop whose frame f is one colour: red 8 x f, and with alpha a transparent left half.
-void renderPlain(int frame, int, uint8_t* rgba) {
-    for (int i = 0; i < 640 * 360; ++i, rgba += 4) {
-        rgba[0] = static_cast<uint8_t>(frame * 8);
-        rgba[1] = rgba[2] = 0;
-        rgba[3] = 255;
-    }
+void renderPlain(int frame, int, demo::Canvas& canvas) {
+    canvas.clear({static_cast<uint8_t>(frame * 8), 0, 0});
 }
 
-void renderClear(int frame, int frames, uint8_t* rgba) {
-    renderPlain(frame, frames, rgba);
-    for (int i = 0; i < 640 * 360; ++i) {
-        rgba[4 * i + 3] = i % 640 < 320 ? 0 : 255;
-    }
+void renderClear(int frame, int frames, demo::Canvas& canvas) {
+    renderPlain(frame, frames, canvas);
+    canvas.rect(0, 0, 320, 360, {static_cast<uint8_t>(frame * 8), 0, 0, 0});
 }
 
 const demo::Loop kLoops[] = {{"plain", 3, false, renderPlain}, {"clear", 18, true, renderClear}};
