@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "clip/paint.h"
+#include "clip/plain_tile.h"
 #include "clip/validate.h"
 #include "common/limits.h"
 #include "core/globals.h"
@@ -61,7 +62,7 @@ private:
     c_filters filters_{};
 };
 
-// A tile as clip/tile.h and clip/paint.h draw it.
+// A tile as clip/plain_tile.h draws it.
 void drawPlainTile(const c_moxel& clip, int block, uint16_t entry, int code, uint16_t* out,
                    uint8_t* levels) {
     clip::fillTile(out, code == clip::CODE_FLAT ? entry : 0);
@@ -73,24 +74,7 @@ void drawPlainTile(const c_moxel& clip, int block, uint16_t entry, int code, uin
     }
     const uint8_t* bytes = clip.blockRecords[block].get() + clip.blockRecordOffsets[block][entry];
     const int type = clip.blockRecordTypes[block][entry];
-    const int colourType = type % clip::kColourTypes;
-    const uint16_t* palette = clip.blockPalettes[block].get();
-    if (colourType == clip::TYPE_RAW) {
-        bytes += clip::drawRawTile(bytes, out);
-    } else if (colourType == clip::TYPE_PALETTE) {
-        bytes += clip::drawPaletteTile(bytes, palette, out);
-    } else {
-        clip::TileRuns runs;
-        bytes += clip::decodeRuns(bytes, colourType, palette, runs);
-        if (code != clip::CODE_EMPTY) {
-            clip::paintRuns(out, runs, code, colourType % 2);
-        }
-    }
-    if (type >= clip::kColourTypes && code != clip::CODE_EMPTY) {
-        uint8_t tileLevels[clip::kTilePixels];
-        clip::decodeAlpha(bytes, tileLevels);
-        clip::copyTileAlpha(levels, tileLevels);
-    }
+    clip::drawPlainTile(bytes, type, code, clip.blockPalettes[block].get(), out, levels);
 }
 
 // The frame drawn whole by both.

@@ -1,33 +1,28 @@
-// Any bytes through the reader of clip sections: what it stores fits the room it was given, and its
+// Any bytes through the loading of blocks: what it stores fits the room it was given, and its
 // records are as long as the tile decoder takes them to be.
 //
 // Input: a mode. Even: the sections of a clip follow, with a room of the input's own for each. Odd:
 // records follow, each a type, its room and its bytes.
 #include <vector>
 
-#include "clip/reader.h"
-#include "clip/tile.h"
+#include "clip/block.h"
+#include "clip/plain_tile.h"
 #include "fuzz/input.h"
 
 namespace {
 
 using fuzz::require;
 
-constexpr int kTypes = 2 * clip::kColourTypes;
 constexpr int kMostBlocks = 3;
 constexpr int kMostRecords = 64;
 
 // Bytes of a record as the decoder sees it.
 size_t decodedLength(const std::vector<uint8_t>& record, int type) {
     static const std::vector<uint16_t> palette(clip::kPaletteEntries);
-    const int colourType = type % clip::kColourTypes;
-    size_t length = 2 * clip::kTilePixels;
-    if (colourType == clip::TYPE_PALETTE) {
-        length = clip::kTilePixels;
-    } else if (colourType >= clip::TYPE_FOUR_RUNS) {
-        clip::TileRuns runs;
-        length = clip::decodeRuns(record.data(), colourType, palette.data(), runs);
-    }
+    static std::vector<uint16_t> tile(size_t{clip::kTileSize} * kFrameWidth);
+    clip::TileRuns runs;
+    size_t length = clip::decodeColours(record.data(), type % clip::kColourTypes, palette.data(),
+                                        tile.data(), runs);
     if (type < clip::kColourTypes) {
         return length;
     }
@@ -38,59 +33,80 @@ size_t decodedLength(const std::vector<uint8_t>& record, int type) {
     return length;
 }
 
-void checkRecord(fuzz::Input& input, std::vector<uint8_t>& record) {
-    const int type = input.below(kTypes);
-    const size_t room = input.byte();
-    const fuzz::Stream stream = fuzz::openStream(input.rest());
-    std::fill(record.begin(), record.end(), uint8_t{0});
-    const auto length =
-        static_cast<size_t>(clip::readRecord(stream.get(), type, record.data(), record.size()));
-    require(length > 0, "every record fits the room of the longest");
-    require(length == decodedLength(record, type), "reader and decoder take the same bytes");
+// One record of `type` into a room of `room` bytes; the end of what was stored.
+size_t loadOne(std::span<const uint8_t> bytes, int type, size_t room, std::vector<uint8_t>& out) {
+    const std::vector<uint32_t> starts(static_cast<size_t>(type) + 1);
+    uint32_t offset = 0;
+    uint8_t storedType = 0;
+    out.assign(room + clip::kMaxRecordBytes, 0);
+    clip::Block block{.frames = 1,
+                      .tiles = 0,
+                      .slots = type + 1,
+                      .room = {0, 0, 0, 1, room},
+                      .typeStarts = starts.data(),
+                      .map = nullptr,
+                      .runs = nullptr,
+                      .codes = nullptr,
+                      .records = out.data(),
+                      .recordOffsets = &offset,
+                      .recordTypes = &storedType};
+    clip::Source source(bytes);
+    const bool fits = clip::loadRecords(source, 1, block) == clip::Records::kAll;
+    require(fits == (block.recordsEnd > 0) && (!fits || storedType == type),
+            "a record is stored or refused");
+    return block.recordsEnd;
+}
 
-    std::vector<uint8_t> exact(room);
-    rewind(stream.get());
-    const int again = clip::readRecord(stream.get(), type, exact.data(), room);
-    require(again == (length <= room ? static_cast<int>(length) : 0),
+void checkRecord(fuzz::Input& input) {
+    static std::vector<uint8_t> record;
+    static std::vector<uint8_t> exact;
+    const int type = input.below(clip::kMaxTypeSlots);
+    const size_t room = input.byte();
+    const size_t length = loadOne(input.rest(), type, clip::kMaxRecordBytes, record);
+    require(length > 0, "every record fits the room of the longest");
+    require(length == decodedLength(record, type), "loader and decoder take the same bytes");
+
+    const size_t again = loadOne(input.rest(), type, room, exact);
+    require(again == (length <= room ? length : 0),
             "a record that does not fit is refused, any other is not");
-    require(again == 0 || std::equal(exact.begin(), exact.begin() + again, record.begin()),
-            "the room does not change the record");
+    require(
+        std::equal(exact.begin(), exact.begin() + static_cast<ptrdiff_t>(again), record.begin()),
+        "the room does not change the record");
     input.skip(length);
 }
 
 void checkRecords(fuzz::Input& input) {
-    static std::vector<uint8_t> record(clip::kMaxRecordBytes);
     for (int i = 0; i < kMostRecords && !input.empty(); ++i) {
-        checkRecord(input, record);
+        checkRecord(input);
     }
 }
 
 // False when the block's runs do not fit.
-bool readBlock(FILE* stream, const clip::FileHeader& file, int frames, size_t room) {
+bool readBlock(clip::Source& source, const clip::FileHeader& file, int frames, size_t room) {
     const int tiles = clip::tilesFor(file.height);
     clip::BlockHeader header;
-    clip::readBlockHeader(stream, file.alpha, header);
+    clip::readBlockHeader(source, file.alpha, header);
     for (int type = clip::typeSlots(file.alpha); type < clip::kMaxTypeSlots; ++type) {
         require(header.typeCounts[type] == 0, "a clip without alpha has ten types");
     }
     std::vector<uint8_t> runs(room);
     clip::ChangeRuns changes = {0, 0};
-    if (!clip::readChangeRuns(stream, frames - 1, tiles, runs.data(), room, changes)) {
+    if (!clip::readChangeRuns(source, frames - 1, tiles, runs.data(), room, changes)) {
         require(changes.runBytes == room, "runs are refused at the end of their room");
         return false;
     }
     require(changes.runBytes <= room, "runs stay in their room");
     std::vector<uint16_t> map(static_cast<size_t>(tiles) + static_cast<size_t>(changes.changed));
-    clip::readWords(stream, map.data(), map.size());
+    source.takeWords(map.data(), map.size());
     std::vector<uint16_t> codes(static_cast<size_t>(clip::codeWordsFor(tiles) * frames));
-    clip::readWords(stream, codes.data(), codes.size());
+    source.takeWords(codes.data(), codes.size());
     return true;
 }
 
 void checkSections(fuzz::Input& input) {
     const size_t room = input.word();
-    const fuzz::Stream stream = fuzz::openStream(input.rest());
-    const clip::FileHeader file = clip::readFileHeader(stream.get());
+    clip::Source source(input.rest());
+    const clip::FileHeader file = clip::readFileHeader(source);
     if (!clip::headerFits(file)) {
         return;
     }
@@ -100,7 +116,7 @@ void checkSections(fuzz::Input& input) {
     for (int block = 0; block < blocks; ++block) {
         const int frames = clip::framesInBlock(block, file.blockCount, file.frameCount);
         require(frames >= 1 && frames <= clip::kFramesPerBlock, "a block has 1 to 16 frames");
-        if (!readBlock(stream.get(), file, frames, room)) {
+        if (!readBlock(source, file, frames, room)) {
             return;
         }
     }

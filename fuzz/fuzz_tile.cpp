@@ -1,11 +1,11 @@
 // Any bytes as tile records: the fast painter draws the same pixels and levels as the plain
-// functions, and neither looks past the room that a record is promised.
+// one, and neither looks past the room that a record is promised.
 //
 // Input: for each record its type, its tile code, and its bytes; the next one follows where the
 // plain decoder stopped.
 #include <vector>
 
-#include "clip/paint.h"
+#include "clip/plain_tile.h"
 #include "clip/tile_fast.h"
 #include "fuzz/input.h"
 
@@ -13,7 +13,6 @@ namespace {
 
 using fuzz::require;
 
-constexpr int kTypes = 2 * clip::kColourTypes;
 constexpr size_t kStripPixels = size_t{kFrameWidth} * clip::kTileSize;
 
 // On the heap, so that the address sanitizer sees a step past the end of each. Records are read
@@ -37,34 +36,6 @@ struct Stage {
     }
 };
 
-size_t drawColours(Stage& stage, const uint8_t* record, int colourType, int code, int offset) {
-    uint16_t* out = stage.plain.data() + offset;
-    if (colourType == clip::TYPE_RAW) {
-        return clip::drawRawTile(record, out);
-    }
-    if (colourType == clip::TYPE_PALETTE) {
-        return clip::drawPaletteTile(record, stage.palette.data(), out);
-    }
-    clip::TileRuns runs;
-    const size_t length = clip::decodeRuns(record, colourType, stage.palette.data(), runs);
-    clip::paintRuns(out, runs, code, colourType % 2);
-    return length;
-}
-
-// Bytes of the alpha record.
-size_t drawLevels(Stage& stage, const uint8_t* record, int offset) {
-    uint8_t levels[clip::kTilePixels];
-    clip::decodeAlpha(record, levels);
-    clip::copyTileAlpha(stage.plainLevels.data() + offset, levels);
-    size_t length = 1;
-    if ((record[0] & clip::kAlphaFlatBit) == 0) {
-        for (int covered = 0; covered < clip::kTilePixels; ++length) {
-            covered += (record[length] >> 4) + 1;
-        }
-    }
-    return length;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -73,16 +44,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     clip::fast::TilePainter painter(
         {stage.fast.data(), stage.fastLevels.data(), stage.palette.data()});
     for (int tile = 0; tile < clip::kTilesAcross && !input.empty(); ++tile) {
-        const int type = input.below(kTypes);
+        const int type = input.below(clip::kMaxTypeSlots);
         const int code = clip::CODE_FIRST_RECORD + input.below(clip::CODE_LAST_RECORD);
         std::vector<uint8_t>& record = stage.records[static_cast<size_t>(tile)];
         input.peek(record.data(), record.size());
         // From the right, so that the first tile painted is the one at the end of the strip.
         const int offset = (clip::kTilesAcross - 1 - tile) * clip::kTileSize;
-        size_t length = drawColours(stage, record.data(), type % clip::kColourTypes, code, offset);
-        if (type >= clip::kColourTypes) {
-            length += drawLevels(stage, record.data() + length, offset);
-        }
+        const size_t length =
+            clip::drawPlainTile(record.data(), type, code, stage.palette.data(),
+                                stage.plain.data() + offset, stage.plainLevels.data() + offset);
         painter.add(record.data(), type, code, offset);
         require(length <= record.size(), "a record is no longer than the longest one");
         input.skip(length);

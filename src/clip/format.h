@@ -95,9 +95,6 @@ enum ColourType : int {
 
 inline constexpr uint16_t kFourRunsPaletteBit = 0x8000;
 inline constexpr uint8_t kAlphaFlatBit = 0x20;
-// Deliberate: skipping a record takes its alpha part for one byte when any of these bits is set,
-// drawing it looks at kAlphaFlatBit alone. Files that keep the three bits at 001 or 000 never show
-// the difference. [quirk_alpha_first_byte_read_two_ways]
 inline constexpr uint8_t kAlphaOneByteMask = 0xE0;
 inline constexpr int kAlphaOpaque = 15;
 
@@ -127,6 +124,10 @@ struct BlockHeader {
 
 constexpr int typeSlots(int alpha) {
     return kColourTypes * (alpha + 1);
+}
+constexpr size_t blockHeaderBytes(int alpha) {
+    return size_t{kBlockHeaderBytes} + 2 * static_cast<size_t>(typeSlots(alpha)) +
+           size_t{kPaletteBytes};
 }
 constexpr int blocksFor(int frames) {
     return (frames + kFramesPerBlock - 1) / kFramesPerBlock;

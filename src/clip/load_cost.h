@@ -4,10 +4,6 @@
 // block. The next clip begins in the frame after; a file that cannot be loaded takes one frame.
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-
-#include "clip/format.h"
 
 namespace clip {
 
@@ -22,26 +18,6 @@ inline constexpr int kStepsBesideRecords = 3;  // headers, first block's maps, f
 // For one block's records; `budget` is at least 1.
 constexpr int recordSteps(int records, int budget) {
     return std::max(1, (records + budget - 1) / budget);
-}
-
-// Room for a block's buffers. The file announces room, in words of four bytes; a block never gets
-// more than its records, tiles and frames can need, however much that is.
-struct BlockRoom {
-    size_t mapEntries;
-    size_t runBytes;
-    size_t recordBytes;
-};
-
-// A frame's runs may pass its last tile; the entries of that excess are read all the same.
-constexpr BlockRoom blockRoom(uint16_t recordCount, uint32_t recordWords, uint32_t mapWords,
-                              int frames, int tiles) {
-    const uint64_t frameCount = static_cast<uint64_t>(frames);
-    const uint64_t tileCount = static_cast<uint64_t>(tiles);
-    return {static_cast<size_t>(
-                std::min(uint64_t{2} * mapWords, frameCount * (tileCount + kMaxRunLength))),
-            static_cast<size_t>(std::min(uint64_t{kMaxRunBytes}, frameCount * tileCount)),
-            static_cast<size_t>(
-                std::min(uint64_t{4} * recordWords, uint64_t{recordCount} * kMaxRecordBytes))};
 }
 
 }  // namespace clip

@@ -2,7 +2,7 @@
 // Rebuilds the tile maps of a block's frames from its first map and its change runs.
 //
 // `blockMap` holds the first frame's `tileCount` entries, then the entries of all changed runs in
-// file order; `runs` the run bytes of all later frames. Both come from clip/reader.h, which has
+// file order; `runs` the run bytes of all later frames. Both come from clip/block.h, which has
 // counted them, so reading stays inside them. A run that passes the last tile is cut there; its
 // entries count as used all the same.
 

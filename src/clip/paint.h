@@ -1,10 +1,11 @@
 #pragma once
-// Paints one 8 x 8 tile into a frame: `out` is the tile's top-left pixel, rows are 640 apart
-// (pixels of RGB565 in the layer buffers, bytes 0 to 15 in the alpha buffer).
+// Fills one 8 x 8 tile of a frame, and says along which walks records are painted into one: `out`
+// is the tile's top-left pixel, rows are 640 apart (pixels of RGB565 in the layer buffers, bytes 0
+// to 15 in the alpha buffer).
 
 #include <cstdint>
 
-#include "clip/tile.h"
+#include "clip/format.h"
 
 namespace clip {
 
@@ -27,9 +28,5 @@ inline constexpr Walk kWalks[kWalkCodes][2] = {
     {{false, false, true}, {true, true, false}},   {{false, true, true}, {true, true, true}},
     {{true, true, false}, {false, false, true}},   {{true, true, true}, {false, true, true}},
 };
-
-// Paints 64 pixels of the run list along the path of `code` (1 to 6). `columnOrder` is 1 for the
-// odd record types, whose runs follow columns where the even ones follow rows.
-void paintRuns(uint16_t* out, const TileRuns& runs, int code, int columnOrder);
 
 }  // namespace clip

@@ -1,9 +1,8 @@
 #include "clip/survey.h"
 
-#include <algorithm>
-
+#include "clip/block.h"
 #include "clip/load_cost.h"
-#include "clip/reader.h"
+#include "clip/record.h"
 
 namespace clip {
 
@@ -24,29 +23,35 @@ void Survey::passed(size_t bytes) {
     }
 }
 
-SurveyState Survey::look(FILE* file, size_t bytes) {
-    size_ = sizeOf(file);
-    if (state_ == SURVEY_GOES_ON && fseek(file, static_cast<long>(offset_), SEEK_SET) != 0) {
+// Whether `file` stands at what comes next.
+bool Survey::seek(FILE* file) {
+    if (fseek(file, static_cast<long>(offset_), SEEK_SET) != 0) {
         state_ = SURVEY_BROKEN;
     }
+    return state_ == SURVEY_GOES_ON;
+}
+
+SurveyState Survey::look(FILE* file, size_t bytes) {
+    size_ = sizeOf(file);
     const int64_t end = offset_ + static_cast<int64_t>(bytes);
-    while (state_ == SURVEY_GOES_ON && offset_ < end) {
+    while (state_ == SURVEY_GOES_ON && seek(file) && offset_ < end) {
+        Source source(file);
         if (file_.frameCount == 0) {
-            readHeader(file);
+            readHeader(source);
         } else if (block_ >= 0 && recordsDone_ < header_.recordCount) {
-            readOneRecord(file);
+            readRecords(source, end);
         } else {
             endBlock();
             if (state_ == SURVEY_GOES_ON) {
-                readBlockHead(file);
+                readBlockHead(source);
             }
         }
     }
     return state_;
 }
 
-void Survey::readHeader(FILE* file) {
-    file_ = readFileHeader(file);
+void Survey::readHeader(Source& source) {
+    file_ = readFileHeader(source);
     passed(kHeaderBytes);
     if (file_.version != kVersion || !headerFits(file_)) {
         state_ = SURVEY_BROKEN;
@@ -66,15 +71,10 @@ void Survey::endBlock() {
 }
 
 // All of the next block that stands before its records.
-void Survey::readBlockHead(FILE* file) {
-    const int slots = typeSlots(file_.alpha);
-    readBlockHeader(file, file_.alpha, header_);
-    passed(size_t{kBlockHeaderBytes} + 2 * static_cast<size_t>(slots) + size_t{kPaletteBytes});
-    uint32_t start = 0;
-    for (int type = 0; type < slots; ++type) {
-        typeStarts_[type] = start;
-        start += header_.typeCounts[type];
-    }
+void Survey::readBlockHead(Source& source) {
+    readBlockHeader(source, file_.alpha, header_);
+    passed(blockHeaderBytes(file_.alpha));
+    startTypes(header_.typeCounts, typeSlots(file_.alpha), typeStarts_);
     const int tiles = tilesFor(file_.height);
     const int frames = framesInBlock(block_, file_.blockCount, file_.frameCount);
     const BlockRoom room =
@@ -83,35 +83,31 @@ void Survey::readBlockHead(FILE* file) {
     recordsDone_ = 0;
 
     ChangeRuns runs = {0, 0};
-    uint8_t runBytes[kFramesPerBlock * kMaxTiles];
-    static_assert(sizeof runBytes <= kMaxRunBytes);
-    if (state_ == SURVEY_GOES_ON && frames > 1 &&
-        !readChangeRuns(file, frames - 1, tiles, runBytes, room.runBytes, runs)) {
+    if (state_ == SURVEY_GOES_ON &&
+        !readChangeRuns(source, frames - 1, tiles, nullptr, room.runBytes, runs)) {
         state_ = SURVEY_BROKEN;
     }
     const size_t entries = static_cast<size_t>(tiles) + static_cast<size_t>(runs.changed);
     if (entries > room.mapEntries) {
         state_ = SURVEY_BROKEN;
     }
-    const auto codeWords = static_cast<size_t>(frames) * static_cast<size_t>(codeWordsFor(tiles));
-    passed(runs.runBytes + 2 * (entries + codeWords));
-    if (state_ == SURVEY_GOES_ON && fseek(file, static_cast<long>(offset_), SEEK_SET) != 0) {
-        state_ = SURVEY_BROKEN;
-    }
+    passed(runs.runBytes + 2 * (entries + room.codeWords));
 }
 
-void Survey::readOneRecord(FILE* file) {
-    uint8_t record[kMaxRecordBytes];
-    const int type =
-        recordType(typeStarts_, typeSlots(file_.alpha), static_cast<uint32_t>(recordsDone_));
-    const int length = readRecord(file, type, record, std::min(recordRoom_, sizeof record));
-    if (length == 0) {
-        state_ = SURVEY_BROKEN;
-        return;
+void Survey::readRecords(Source& source, int64_t end) {
+    while (state_ == SURVEY_GOES_ON && recordsDone_ < header_.recordCount && offset_ < end) {
+        const int type =
+            recordType(typeStarts_, typeSlots(file_.alpha), static_cast<uint32_t>(recordsDone_));
+        const size_t length = recordLength(source.record(), type);
+        if (length > recordRoom_) {
+            state_ = SURVEY_BROKEN;
+            return;
+        }
+        source.skip(length);
+        recordRoom_ -= length;
+        ++recordsDone_;
+        passed(length);
     }
-    recordRoom_ -= static_cast<size_t>(length);
-    ++recordsDone_;
-    passed(static_cast<size_t>(length));
 }
 
 }  // namespace clip

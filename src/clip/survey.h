@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "clip/format.h"
+#include "clip/source.h"
 
 namespace clip {
 
@@ -26,9 +26,10 @@ public:
     int steps() const { return steps_; }             // likewise, as any but a playlist's first clip
 
 private:
-    void readHeader(FILE* file);
-    void readBlockHead(FILE* file);
-    void readOneRecord(FILE* file);
+    bool seek(FILE* file);
+    void readHeader(Source& source);
+    void readBlockHead(Source& source);
+    void readRecords(Source& source, int64_t end);
     void endBlock();
     void passed(size_t bytes);
 

@@ -1,6 +1,6 @@
 #pragma once
-// Draws the tile records of a frame in the time that a frame has: the same pixels and levels as the
-// functions of clip/tile.h and clip/paint.h give, whose contracts hold here too.
+// Draws the tile records on stage, in the time that a frame has: the same pixels and levels as
+// drawPlainTile() of clip/plain_tile.h gives, whose contract holds here too.
 //
 // Tiles that are drawn alike wait for each other, so that nothing is asked tile by tile and their
 // records are on their way from memory before they are read. The widest vectors of the processor
@@ -11,7 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "clip/tile.h"
+#include "clip/format.h"
 
 namespace clip::fast {
 

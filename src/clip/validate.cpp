@@ -1,8 +1,13 @@
 #include "clip/validate.h"
 
-#include <array>
+#include <algorithm>
+#include <iterator>
+#include <numeric>
 #include <utility>
 
+#include "clip/mapbuild.h"
+#include "clip/record.h"
+#include "clip/source.h"
 #include "common/bytes.h"
 
 namespace clip {
@@ -13,151 +18,74 @@ namespace {
 // limit on a block's run bytes then holds by itself.
 static_assert(kMaxTiles * (kFramesPerBlock - 1) <= kMaxRunBytes);
 
-constexpr int kMaxSplit = 62;  // of the two-colour types
 constexpr uint8_t kAlphaFlatMask = 0xF0;
 
-// One record or a part of it, read from the front of `bytes`.
-struct Parse {
-    size_t length;      // bytes of the part; with a fault, the offset of the byte at fault
-    const char* fault;  // null when the part is in order
+// By pairs of colour types.
+constexpr const char* kRunFaults[kColourTypes / 2] = {
+    nullptr,
+    "the runs of a four-run record cover more than 64 pixels",
+    "the runs of a short-run record pass the 64th pixel",
+    "the runs of a palette-run record pass the 64th pixel",
+    "the split of a two-colour record leaves nothing to the second colour",
 };
 
-constexpr const char* kCut = "the file ends inside a tile record";
+// One record, read from the front of some bytes.
+struct Parse {
+    size_t length;      // with a fault, the offset of the byte at fault
+    const char* fault;  // null when the record is in order
+};
 
-Parse good(size_t length) {
-    return {length, nullptr};
-}
-Parse bad(size_t at, const char* fault) {
-    return {at, fault};
-}
+// The first fault is the one that counts, of those at bytes that are there.
+class RecordFaults {
+public:
+    RecordFaults(const uint8_t* begin, size_t size) : begin_(begin), end_(begin + size) {}
 
-Parse fixedLength(std::span<const uint8_t> bytes, size_t length) {
-    return bytes.size() < length ? bad(bytes.size(), kCut) : good(length);
-}
-
-Parse fourRuns(std::span<const uint8_t> bytes) {
-    if (bytes.size() < 2) {
-        return bad(bytes.size(), kCut);
-    }
-    const int header = le16(bytes.data());
-    const int lenAB = (header & 31) + 1 + ((header >> 5) & 31) + 1;
-    const int lenABC = lenAB + ((header >> 10) & 31) + 1;
-    size_t colours = 2;
-    if (lenAB < kTilePixels) {
-        if (lenABC > kTilePixels) {
-            return bad(0, "the runs of a four-run record cover more than 64 pixels");
+    void check(bool inOrder, const uint8_t* at, const char* fault) {
+        if (!inOrder && fault_ == nullptr && at < end_) {
+            at_ = at;
+            fault_ = fault;
         }
-        colours = lenABC < kTilePixels ? 4 : 3;
     }
-    return fixedLength(bytes, 2 + colours * ((header & kFourRunsPaletteBit) != 0 ? 1 : 2));
-}
+    // The verdict on a record that ends at `end`.
+    Parse parse(const uint8_t* end) const {
+        if (fault_ != nullptr) {
+            return {static_cast<size_t>(at_ - begin_), fault_};
+        }
+        return end > end_
+                   ? Parse{static_cast<size_t>(end_ - begin_), "the file ends inside a tile record"}
+                   : Parse{static_cast<size_t>(end - begin_), nullptr};
+    }
 
-Parse shortRuns(std::span<const uint8_t> bytes) {
-    size_t at = 0;
+private:
+    const uint8_t* begin_;
+    const uint8_t* end_;
+    const uint8_t* at_ = nullptr;
+    const char* fault_ = nullptr;
+};
+
+Parse parseRecord(std::span<const uint8_t> bytes, int type) {
+    Source source(bytes);
+    const uint8_t* const record = source.record();
+    RecordFaults faults(record, std::min(bytes.size(), size_t{kMaxRecordBytes}));
+    const int colourType = type % kColourTypes;
     int covered = 0;
-    while (covered < kTilePixels) {
-        if (at >= bytes.size()) {
-            return bad(bytes.size(), kCut);
+    const uint8_t* end = walkColours<RecordForm::kFile>(record, colourType, [&](const Run& run) {
+        if (run.colour != nullptr) {
+            covered += run.length;
+            faults.check(covered <= kTilePixels && run.length > 0, run.control,
+                         kRunFaults[colourType / 2]);
         }
-        const int control = bytes[at];
-        const size_t first = (control & 2) != 0 ? 1 : 2;
-        const size_t second = (control & 1) != 0 ? 1 : 2;
-        covered += (control >> 5) + 1;
-        size_t length = 1 + first;
-        if (covered < kTilePixels) {
-            covered += ((control >> 2) & 7) + 1;
-            length += second;
-        }
-        if (covered > kTilePixels) {
-            return bad(at, "the runs of a short-run record pass the 64th pixel");
-        }
-        at += length;
+    });
+    if (type >= kColourTypes) {
+        const uint8_t first = *end;
+        faults.check(!isOneAlphaByte(first) || (first & kAlphaFlatMask) == kAlphaFlatBit, end,
+                     "the first byte of an alpha record is neither of its two forms");
+        end = walkAlpha(end, [&](const uint8_t* run, int before) {
+            faults.check(before + (*run >> 4) + 1 <= kTilePixels, run,
+                         "the runs of an alpha record pass the 64th pixel");
+        });
     }
-    return fixedLength(bytes, at);
-}
-
-Parse paletteRuns(std::span<const uint8_t> bytes) {
-    size_t at = 0;
-    int covered = 0;
-    for (int group = 0; group < 2 || covered < kTilePixels; ++group) {
-        if (at >= bytes.size()) {
-            return bad(bytes.size(), kCut);
-        }
-        const int control = bytes[at];
-        covered += (control >> 4) + 1;
-        size_t length = 2;
-        if (group < 2 || covered < kTilePixels) {
-            covered += (control & 15) + 1;
-            length = 3;
-        }
-        if (covered > kTilePixels) {
-            return bad(at, "the runs of a palette-run record pass the 64th pixel");
-        }
-        at += length;
-    }
-    return fixedLength(bytes, at);
-}
-
-Parse twoColours(std::span<const uint8_t> bytes) {
-    if (bytes.empty()) {
-        return bad(0, kCut);
-    }
-    if ((bytes[0] & 63) > kMaxSplit) {
-        return bad(0, "the split of a two-colour record leaves nothing to the second colour");
-    }
-    return fixedLength(
-        bytes, size_t{1} + ((bytes[0] & 64) != 0 ? 1 : 2) + ((bytes[0] & 128) != 0 ? 1 : 2));
-}
-
-Parse colourRecord(std::span<const uint8_t> bytes, int type) {
-    switch (type) {
-        case TYPE_RAW:
-            return fixedLength(bytes, 2 * kTilePixels);
-        case TYPE_PALETTE:
-            return fixedLength(bytes, kTilePixels);
-        case TYPE_FOUR_RUNS:
-        case TYPE_FOUR_RUNS + 1:
-            return fourRuns(bytes);
-        case TYPE_SHORT_RUNS:
-        case TYPE_SHORT_RUNS + 1:
-            return shortRuns(bytes);
-        case TYPE_PALETTE_RUNS:
-        case TYPE_PALETTE_RUNS + 1:
-            return paletteRuns(bytes);
-        default:
-            return twoColours(bytes);
-    }
-}
-
-Parse alphaRecord(std::span<const uint8_t> bytes) {
-    if (bytes.empty()) {
-        return bad(0, kCut);
-    }
-    if ((bytes[0] & kAlphaOneByteMask) != 0) {
-        return (bytes[0] & kAlphaFlatMask) == kAlphaFlatBit
-                   ? good(1)
-                   : bad(0, "the first byte of an alpha record is neither of its two forms");
-    }
-    size_t at = 1;
-    for (int covered = 0; covered < kTilePixels; ++at) {
-        if (at >= bytes.size()) {
-            return bad(bytes.size(), kCut);
-        }
-        covered += (bytes[at] >> 4) + 1;
-        if (covered > kTilePixels) {
-            return bad(at, "the runs of an alpha record pass the 64th pixel");
-        }
-    }
-    return good(at);
-}
-
-Parse wholeRecord(std::span<const uint8_t> bytes, int type) {
-    const Parse colour = colourRecord(bytes, type % kColourTypes);
-    if (colour.fault != nullptr || type < kColourTypes) {
-        return colour;
-    }
-    const Parse alpha = alphaRecord(bytes.subspan(colour.length));
-    return {colour.length + alpha.length, alpha.fault};
+    return faults.parse(end);
 }
 
 class Checker {
@@ -177,8 +105,7 @@ private:
     bool checkRuns();
     bool checkMap();
     bool checkCodes();
-    bool checkRecordNumbers(int frame);
-    void applyRuns();
+    bool checkRecordNumbers(int frame, const uint16_t* entries);
     bool checkRecords();
 
     std::span<const uint8_t> bytes_;
@@ -195,9 +122,6 @@ private:
     size_t mapAt_ = 0;
     size_t codesAt_ = 0;
     size_t changedTotal_ = 0;
-    size_t nextRun_ = 0;
-    size_t nextEntry_ = 0;
-    std::array<size_t, kMaxTiles> entryAt_{};  // where each tile's map entry of the frame stands
 };
 
 bool Checker::fail(size_t offset, std::string message) {
@@ -243,26 +167,14 @@ bool Checker::checkHeader() {
 }
 
 bool Checker::checkBlockHeader() {
-    const int slots = typeSlots(file_.alpha);
-    layout_.headerBytes =
-        size_t{kBlockHeaderBytes} + 2 * static_cast<size_t>(slots) + size_t{kPaletteBytes};
+    layout_.headerBytes = blockHeaderBytes(file_.alpha);
     if (!need(layout_.headerBytes, "a block header")) {
         return false;
     }
-    const uint8_t* from = bytes_.data() + at_;
     BlockHeader& header = layout_.header;
-    header = {};
-    header.recordCount = le16(from);
-    header.recordWords = le32(from + 2);
-    header.mapWords = le32(from + 6);
-    uint32_t sum = 0;
-    for (int type = 0; type < slots; ++type) {
-        header.typeCounts[type] = le16(from + kBlockHeaderBytes + 2 * type);
-        sum += header.typeCounts[type];
-    }
-    for (int i = 0; i < kPaletteEntries; ++i) {
-        header.palette[i] = le16(from + kBlockHeaderBytes + 2 * (slots + i));
-    }
+    Source source(bytes_.subspan(at_));
+    readBlockHeader(source, file_.alpha, header);
+    const int sum = std::accumulate(std::begin(header.typeCounts), std::end(header.typeCounts), 0);
     if (uint64_t{header.recordWords} * 4 > kMaxAnnouncedBytes) {
         return fail(at_ + 2, "more room announced for the tile records than any block can hold");
     }
@@ -316,30 +228,16 @@ bool Checker::checkMap() {
     return true;
 }
 
-// Moves entryAt_ one frame on.
-void Checker::applyRuns() {
-    for (int tile = 0; tile < tiles_; ++nextRun_) {
-        const uint8_t run = bytes_[nextRun_];
-        const int end = tile + (run & kRunLengthMask) + 1;
-        for (; tile < end; ++tile) {
-            if ((run & kRunChanged) != 0) {
-                entryAt_[static_cast<size_t>(tile)] = nextEntry_;
-                nextEntry_ += 2;
-            }
-        }
-    }
-}
-
-bool Checker::checkRecordNumbers(int frame) {
-    const size_t frameWords = static_cast<size_t>(codeWordsFor(tiles_));
-    const size_t from = codesAt_ + static_cast<size_t>(frame) * frameWords * 2;
+// `entries` says where in the block's map entries each tile's own stands.
+bool Checker::checkRecordNumbers(int frame, const uint16_t* entries) {
+    const uint8_t* const words = bytes_.data() + codesAt_ + 2 * frame * codeWordsFor(tiles_);
     for (int tile = 0; tile < tiles_; ++tile) {
-        const uint16_t word = le16(bytes_.data() + from + 2 * (tile / kCodesPerWord));
+        const uint16_t word = le16(words + 2 * (tile / kCodesPerWord));
         const int code = (word >> (kCodeBits * (tile % kCodesPerWord))) & kCodeMask;
         if (code == CODE_FLAT || code == CODE_EMPTY) {
             continue;
         }
-        const size_t at = entryAt_[static_cast<size_t>(tile)];
+        const size_t at = mapAt_ + size_t{2} * entries[tile];
         const uint16_t number = le16(bytes_.data() + at);
         if (number >= layout_.header.recordCount) {
             return fail(at, "frame " + std::to_string(frame) + " of the block, tile " +
@@ -358,16 +256,15 @@ bool Checker::checkCodes() {
         return false;
     }
     at_ += layout_.codeBytes;
-    for (size_t tile = 0; tile < static_cast<size_t>(tiles_); ++tile) {
-        entryAt_[tile] = mapAt_ + 2 * tile;
-    }
-    nextRun_ = runsAt_;
-    nextEntry_ = mapAt_ + 2 * static_cast<size_t>(tiles_);
+    // The maps of the frames, were each entry its own number.
+    std::vector<uint16_t> numbers(layout_.mapBytes / 2);
+    std::iota(numbers.begin(), numbers.end(), uint16_t{0});
+    static_assert(kMaxTiles * kFramesPerBlock <= UINT16_MAX);
+    std::vector<uint16_t> maps(static_cast<size_t>(layout_.frames * tiles_));
+    rebuildAllMaps(numbers.data(), bytes_.data() + runsAt_, tiles_, layout_.frames, maps.data(),
+                   tiles_);
     for (int frame = 0; frame < layout_.frames; ++frame) {
-        if (frame > 0) {
-            applyRuns();
-        }
-        if (!checkRecordNumbers(frame)) {
+        if (!checkRecordNumbers(frame, maps.data() + frame * tiles_)) {
             return false;
         }
     }
@@ -379,7 +276,7 @@ bool Checker::checkRecords() {
     const uint64_t room = uint64_t{layout_.header.recordWords} * 4;
     for (int type = 0; type < typeSlots(file_.alpha); ++type) {
         for (int i = 0; i < layout_.header.typeCounts[type]; ++i) {
-            const Parse record = wholeRecord(bytes_.subspan(at_), type);
+            const Parse record = parseRecord(bytes_.subspan(at_), type);
             if (record.fault != nullptr) {
                 return fail(at_ + record.length,
                             record.fault + (" (type " + std::to_string(type) + ")"));
@@ -428,8 +325,8 @@ bool readHeader(std::span<const uint8_t> bytes, FileHeader& header) {
     if (bytes.size() < kHeaderBytes) {
         return false;
     }
-    header = {bytes[0], bytes[1], le16(bytes.data() + 2), le16(bytes.data() + 4),
-              bytes[6], bytes[7], le16(bytes.data() + 8)};
+    Source source(bytes);
+    header = readFileHeader(source);
     return true;
 }
 

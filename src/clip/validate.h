@@ -17,7 +17,7 @@
 namespace clip {
 
 // Room announced for one section beyond which a block is refused: no block can hold as much (its
-// records need at most 65,535 x 225 bytes, its map entries 115,200), and readers reserve it whole.
+// records need at most 65,535 x 225 bytes, its map entries 115,200).
 inline constexpr uint64_t kMaxAnnouncedBytes = uint64_t{64} << 20;
 
 enum FaultKind : int {

@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "clip/format.h"
-#include "clip/tile.h"
+#include "clip/frame.h"
+#include "clip/plain_tile.h"
 
 enum ClipState : int32_t { CLIP_LOADING = 0, CLIP_READY = 3 };
 
@@ -112,14 +112,8 @@ private:
     int32_t refuse();
     int32_t takeHeader(const clip::FileHeader& header);
     int32_t finishBlock();
+    clip::Block loadedBlock() const;
     void startBlock();
     void expandMaps();
-    struct FrameJob;
-    void drawTileRow(FrameJob& job, int row);
-    template <typename Differs>
-    void drawRowTiles(FrameJob& job, int row, Differs differs);
-    void drawTile(FrameJob& job, size_t entry, size_t code, size_t offset);
-    void drawFlat(const FrameJob& job, uint16_t colour, size_t offset);
-    void drawEmpty(FrameJob& job, size_t entry, size_t offset);
-    void keepLevels(const FrameJob& job);
+    void keepLevels(const clip::FrameDrawing& drawing, int lastRecord);
 };

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "clip/block.h"
 #include "clip/mapbuild.h"
-#include "clip/reader.h"
 #include "common/memory.h"
 #include "common/messages.h"
 #include "files/regular_file.h"
@@ -19,6 +19,12 @@ int32_t refuseForMemory() {
 // A file that cannot be opened for the check is passed over silently, unless memory is short.
 int32_t refuseUnopened() {
     return errno == ENOMEM ? refuseForMemory() : 0;
+}
+
+// It stands behind it then.
+clip::FileHeader headerOf(FILE* file) {
+    clip::Source source(file);
+    return clip::readFileHeader(source);
 }
 
 }  // namespace
@@ -77,7 +83,7 @@ int32_t c_moxel::miniLoad(const std::string& clipPath) {
     if (opened == nullptr) {
         return refuseUnopened();
     }
-    takeHeader(clip::readFileHeader(opened));
+    takeHeader(headerOf(opened));
     fclose(opened);
     return version == clip::kVersion ? 1 : 0;
 }
@@ -163,7 +169,7 @@ int32_t c_moxel::load19A() {
         puts(errno == ENOMEM ? msg::kNoMemoryForClip : msg::kClipVanished);
         return 0;
     }
-    ownHeader = clip::readFileHeader(file);
+    ownHeader = headerOf(file);
     if (takeHeader(ownHeader) == 0) {
         return 0;
     }
@@ -184,12 +190,13 @@ int32_t c_moxel::load19A() {
 
 int32_t c_moxel::load19AA() {
     clip::BlockHeader header;
-    clip::readBlockHeader(file, alpha, header);
+    {
+        clip::Source source(file);
+        clip::readBlockHeader(source, alpha, header);
+    }
     recordCount = header.recordCount;
     recordWords = header.recordWords;
     mapWords = header.mapWords;
-    codeWordsInBlock =
-        clip::framesInBlock(currentBlock, blockCount, frameCount) * clip::codeWordsFor(tileCount);
     if (!initKeyFrameRAM(currentBlock)) {
         return refuseForMemory();
     }
@@ -198,61 +205,59 @@ int32_t c_moxel::load19AA() {
     recordOffset = 0;
     mapOffset = 0;
 
-    const int slots = clip::typeSlots(alpha);
-    uint32_t* starts = blockTypeStarts[currentBlock].get();
-    uint32_t start = 0;
-    for (int type = 0; type < slots; ++type) {
-        blockTypeCounts[currentBlock][static_cast<size_t>(type)] = header.typeCounts[type];
-        starts[type] = start;
-        start += header.typeCounts[type];
-    }
+    const auto slots = static_cast<size_t>(clip::typeSlots(alpha));
+    std::copy_n(header.typeCounts, slots, blockTypeCounts[currentBlock].get());
+    clip::startTypes(header.typeCounts, clip::typeSlots(alpha),
+                     blockTypeStarts[currentBlock].get());
     std::copy_n(header.palette, clip::kPaletteEntries, blockPalettes[currentBlock].get());
     return 1;
 }
 
+// currentBlock, as far as it is loaded.
+clip::Block c_moxel::loadedBlock() const {
+    return {
+        .frames = clip::framesInBlock(currentBlock, blockCount, frameCount),
+        .tiles = tileCount,
+        .slots = clip::typeSlots(alpha),
+        .room = {mapRoom, runRoom, static_cast<size_t>(codeWordsInBlock),
+                 blockRecordCounts[currentBlock], recordRoom},
+        .typeStarts = blockTypeStarts[currentBlock].get(),
+        .map = blockMaps[currentBlock].get() + mapOffset,
+        .runs = blockRuns[currentBlock].get(),
+        .codes = blockCodes[currentBlock].get(),
+        .records = blockRecords[currentBlock].get(),
+        .recordOffsets = blockRecordOffsets[currentBlock].get(),
+        .recordTypes = blockRecordTypes[currentBlock].get(),
+        .recordsDone = recordsDone,
+        .recordsEnd = static_cast<size_t>(recordOffset + lastRecordLength),
+    };
+}
+
 int32_t c_moxel::load19B() {
-    const int frames = clip::framesInBlock(currentBlock, blockCount, frameCount);
-    clip::ChangeRuns runs = {0, 0};
-    if (frames > 1 && !clip::readChangeRuns(file, frames - 1, tileCount,
-                                            blockRuns[currentBlock].get(), runRoom, runs)) {
-        return 0;
-    }
-    const size_t entries = static_cast<size_t>(tileCount) + static_cast<size_t>(runs.changed);
-    if (entries > mapRoom) {
-        return 0;
-    }
-    clip::readWords(file, blockMaps[currentBlock].get() + mapOffset, entries);
-    clip::readWords(file, blockCodes[currentBlock].get(), static_cast<size_t>(codeWordsInBlock));
-    return 1;
+    clip::Block block = loadedBlock();
+    clip::Source source(file);
+    return clip::loadMaps(source, block) ? 1 : 0;
 }
 
 int32_t c_moxel::load19C(int budget) {
-    const int end = recordsDone + std::clamp(budget, 0, recordCount - recordsDone);
-    const uint32_t* starts = blockTypeStarts[currentBlock].get();
-    const int slots = clip::typeSlots(alpha);
-    const uint8_t* room = blockRecords[currentBlock].get() + recordRoom;
-    int type = 0;
-    for (int record = recordsDone; record < end; ++record) {
-        recordOffset += lastRecordLength;
-        blockRecordOffsets[currentBlock][static_cast<size_t>(record)] =
-            static_cast<uint32_t>(recordOffset);
-        while (type + 1 < slots && starts[type + 1] <= static_cast<uint32_t>(record)) {
-            ++type;
-        }
-        blockRecordTypes[currentBlock][static_cast<size_t>(record)] = static_cast<uint8_t>(type);
-        const int length =
-            clip::readRecord(file, type, recordWrite, static_cast<size_t>(room - recordWrite));
-        if (length == 0) {
-            return -1;
-        }
-        recordWrite += length;
-        lastRecordLength = static_cast<uint8_t>(length);
+    clip::Block block = loadedBlock();
+    clip::Records result;
+    {
+        clip::Source source(file);
+        result = clip::loadRecords(source, budget, block);
     }
-    recordsDone = end;
-    if (recordsDone < recordCount) {
+    recordsDone = block.recordsDone;
+    recordWrite = block.records + block.recordsEnd;
+    if (recordsDone > 0) {
+        recordOffset = static_cast<int32_t>(block.recordOffsets[recordsDone - 1]);
+        lastRecordLength = static_cast<uint8_t>(recordWrite - block.records - recordOffset);
+    }
+    if (result == clip::Records::kRefused) {
+        return -1;
+    }
+    if (result == clip::Records::kMore) {
         return 0;
     }
-    std::fill_n(recordWrite, clip::kMaxRecordBytes, uint8_t{0});
     if (currentBlock + 1 != blockCount) {
         return 1;
     }

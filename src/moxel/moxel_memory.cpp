@@ -2,7 +2,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "clip/load_cost.h"
+#include "clip/block.h"
 #include "common/messages.h"
 #include "moxel/moxel.h"
 
@@ -24,20 +24,19 @@ bool c_moxel::initKeyFrameRAM(int block) {
         clip::blockRoom(recordCount, recordWords, mapWords, frames, tileCount);
     mapRoom = room.mapEntries;
     runRoom = room.runBytes;
+    codeWordsInBlock = static_cast<int32_t>(room.codeWords);
     recordRoom = room.recordBytes;
     blockRecordCounts[block] = recordCount;
     // Counted before they are there: killRAM() gives back those of a block that got some only.
     hasRAM = 1;
     ++blocksAllocated;
-    // Guard: drawing a record may look past its end when its bytes break the format; the room of
-    // one longest record after the last keeps that inside the buffer.
-    const size_t recordBytes = recordRoom + clip::kMaxRecordBytes;
     return allocate(blockPalettes[block], clip::kPaletteEntries) &&
-           allocate(blockMaps[block], mapRoom) && allocate(blockRuns[block], runRoom) &&
-           allocate(blockCodes[block], static_cast<size_t>(codeWordsInBlock)) &&
-           allocate(blockRecords[block], recordBytes) &&
-           allocate(blockRecordOffsets[block], recordCount) &&
-           allocate(blockRecordTypes[block], recordCount) &&
+           allocate(blockMaps[block], room.mapEntries) &&
+           allocate(blockRuns[block], room.runBytes) &&
+           allocate(blockCodes[block], room.codeWords) &&
+           allocate(blockRecords[block], room.guardedRecordBytes()) &&
+           allocate(blockRecordOffsets[block], room.records) &&
+           allocate(blockRecordTypes[block], room.records) &&
            allocate(blockTypeCounts[block], clip::kMaxTypeSlots) &&
            allocate(blockTypeStarts[block], clip::kMaxTypeSlots);
 }

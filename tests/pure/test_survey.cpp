@@ -6,7 +6,6 @@
 #include <random>
 #include <vector>
 
-#include "clip/load_cost.h"
 #include "support/seed.h"
 
 namespace {
@@ -168,18 +167,6 @@ TEST(Survey, AnyBytes_ComeToAnEnd) {
         ASSERT_NE(surveyed(bytes, survey, 500), clip::SURVEY_GOES_ON) << round;
         ASSERT_LE(survey.steps(), 3 + 16 * 33) << round;
     }
-}
-
-// 3600 tiles and 16 frames: 16 x (3600 + 128) entries, 16 x 3600 run bytes, 3 records of at most
-// 225 bytes.
-TEST(BlockRoom, Room_IsWhatIsAnnouncedOrWhatCanBeNeeded) {
-    const clip::BlockRoom most = clip::blockRoom(3, 0xFFFFFFFF, 0xFFFFFFFF, 16, 3600);
-    EXPECT_EQ(most.mapEntries, 59648u);
-    EXPECT_EQ(most.runBytes, 57600u);
-    EXPECT_EQ(most.recordBytes, 675u);
-    const clip::BlockRoom less = clip::blockRoom(3, 100, 1800, 16, 3600);
-    EXPECT_EQ(less.mapEntries, 3600u);
-    EXPECT_EQ(less.recordBytes, 400u);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "bench/vector_targets.h"
-#include "clip/paint.h"
+#include "clip/plain_tile.h"
 #include "clip/tile_fast.h"
 
 namespace {
@@ -56,34 +56,14 @@ int offsetOf(size_t tile) {
     return kRowPixels + static_cast<int>(tile % clip::kTilesAcross) * clip::kTileSize;
 }
 
-// An empty tile of types 10 to 19 shows the pixels of its colour types alone.
-void drawPlain(const Tile& tile, uint16_t* out, uint8_t* levelsOut) {
-    const uint16_t* palette = noisePalette().data();
-    const int colourType = tile.type % clip::kColourTypes;
-    const uint8_t* record = tile.record.get();
-    if (colourType == clip::TYPE_RAW) {
-        record += clip::drawRawTile(record, out);
-    } else if (colourType == clip::TYPE_PALETTE) {
-        record += clip::drawPaletteTile(record, palette, out);
-    } else {
-        clip::TileRuns runs;
-        record += clip::decodeRuns(record, colourType, palette, runs);
-        clip::paintRuns(out, runs, tile.code, colourType % 2);
-    }
-    if (tile.type >= clip::kColourTypes && levelsOut != nullptr && tile.code != clip::CODE_EMPTY) {
-        uint8_t levels[clip::kTilePixels];
-        clip::decodeAlpha(record, levels);
-        clip::copyTileAlpha(levelsOut, levels);
-    }
-}
-
 // Draws the tiles side by side, as often around as there are, with and without levels.
 void expectPlain(const std::vector<Tile>& tiles) {
     for (const bool alpha : {false, true}) {
         Picture expected;
         for (size_t i = 0; i < tiles.size(); ++i) {
-            drawPlain(tiles[i], expected.pixels.data() + offsetOf(i),
-                      alpha ? expected.levels.data() + offsetOf(i) : nullptr);
+            clip::drawPlainTile(tiles[i].record.get(), tiles[i].type, tiles[i].code,
+                                noisePalette().data(), expected.pixels.data() + offsetOf(i),
+                                alpha ? expected.levels.data() + offsetOf(i) : nullptr);
         }
         for (const VectorTarget& target : vectorTargets()) {
             useTarget(target);

@@ -1,11 +1,12 @@
 // Frames drawn one after the other, with what the last one left, against a plain drawing of the
-// same frames: tile after tile, by the functions of clip/tile.h and clip/paint.h alone.
+// same frames: tile after tile, by the plain functions alone.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
 #include "clip/paint.h"
+#include "clip/plain_tile.h"
 #include "clip_stage.h"
 
 namespace {
@@ -75,19 +76,9 @@ private:
         const uint16_t* palette = clip_.blockPalettes[block_].get();
         const uint8_t* record =
             clip_.blockRecords[block_].get() + clip_.blockRecordOffsets[block_][entry];
-        clip::TileRuns runs;
-        if (type % 10 == clip::TYPE_RAW) {
-            record += clip::drawRawTile(record, out);
-        } else if (type % 10 == clip::TYPE_PALETTE) {
-            record += clip::drawPaletteTile(record, palette, out);
-        } else {
-            record += clip::decodeRuns(record, type % 10, palette, runs);
-            if (code != clip::CODE_EMPTY) {
-                clip::paintRuns(out, runs, code, type % 2);
-            }
-        }
+        const size_t length = clip::drawPlainTile(record, type, code, palette, out, nullptr);
         if (type >= clip::kColourTypes) {
-            clip::decodeAlpha(record, kept);
+            clip::decodeAlpha(record + length, kept);
         } else if (clip_.alpha != 0) {
             std::fill_n(kept, clip::kTilePixels, uint8_t{15});
         }

@@ -1,14 +1,7 @@
 #include "tools/clip/reports/clip_frames.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <memory>
-
+#include "clip/frame.h"
 #include "clip/mapbuild.h"
-#include "clip/paint.h"
-#include "clip/reader.h"
-#include "clip/tile.h"
-#include "clip/validate.h"
 #include "common/rgb565.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
@@ -20,24 +13,6 @@ namespace {
 
 constexpr int kAlphaStep = 17;  // 15 levels over 255
 
-struct CloseFile {
-    void operator()(FILE* file) const { std::fclose(file); }
-};
-
-// The program reads clips from streams; this one reads memory.
-std::unique_ptr<FILE, CloseFile> streamOf(std::span<const uint8_t> bytes) {
-    std::unique_ptr<FILE, CloseFile> stream(
-        fmemopen(const_cast<uint8_t*>(bytes.data()), bytes.size(), "rb"));
-    if (!stream) {
-        throw std::bad_alloc();
-    }
-    return stream;
-}
-
-int tilesOf(const clip::FileHeader& header) {
-    return clip::tilesFor(header.height);
-}
-
 }  // namespace
 
 ClipFrames::ClipFrames(std::span<const uint8_t> bytes) {
@@ -46,103 +21,68 @@ ClipFrames::ClipFrames(std::span<const uint8_t> bytes) {
     if (!description.plays()) {
         throw ToolError(verdictText(description));
     }
-    const auto stream = streamOf(bytes);
-    header_ = clip::readFileHeader(stream.get());
+    clip::Source source(bytes);
+    header_ = clip::readFileHeader(source);
     blocks_.resize(header_.blockCount);
     for (int i = 0; i < header_.blockCount; ++i) {
-        readBlock(stream.get(), clip::framesInBlock(i, header_.blockCount, header_.frameCount),
-                  blocks_[static_cast<size_t>(i)]);
+        load(source, clip::framesInBlock(i, header_.blockCount, header_.frameCount),
+             blocks_[static_cast<size_t>(i)]);
     }
 }
 
-void ClipFrames::readBlock(FILE* file, int frames, Block& block) const {
-    const int tiles = tilesOf(header_);
-    const size_t mapEntries = static_cast<size_t>(frames) * static_cast<size_t>(tiles);
-    clip::readBlockHeader(file, header_.alpha, block.header);
-    uint32_t start = 0;
-    for (int type = 0; type < clip::kMaxTypeSlots; ++type) {
-        block.typeStarts[type] = start;
-        start += block.header.typeCounts[type];
-    }
-
-    std::vector<uint8_t> runs(clip::kMaxRunBytes);
-    clip::ChangeRuns read{};
-    clip::readChangeRuns(file, frames - 1, tiles, runs.data(), runs.size(), read);
-    std::vector<uint16_t> entries(static_cast<size_t>(tiles + read.changed));
-    clip::readWords(file, entries.data(), entries.size());
-    block.maps.resize(mapEntries);
-    clip::rebuildAllMaps(entries.data(), runs.data(), tiles, frames, block.maps.data(), tiles);
-    block.codes.resize(static_cast<size_t>(frames * clip::codeWordsFor(tiles)));
-    clip::readWords(file, block.codes.data(), block.codes.size());
-
+void ClipFrames::load(clip::Source& source, int frames, LoadedBlock& loaded) const {
+    const int tiles = clip::tilesFor(header_.height);
     const int slots = clip::typeSlots(header_.alpha);
-    size_t used = 0;
-    block.records.resize(size_t{block.header.recordCount} * clip::kMaxRecordBytes +
-                         clip::kMaxRecordBytes);
-    for (uint32_t record = 0; record < block.header.recordCount; ++record) {
-        block.recordOffsets.push_back(used);
-        used += static_cast<size_t>(
-            clip::readRecord(file, clip::recordType(block.typeStarts, slots, record),
-                             block.records.data() + used, clip::kMaxRecordBytes));
-    }
-    // Decoding may look as far as the longest record goes.
-    block.records.resize(used + clip::kMaxRecordBytes);
-    block.records.shrink_to_fit();
-}
-
-// An empty tile (code 7) shows a raw or palette record all the same, fully transparent.
-void ClipFrames::drawRecord(const Block& block, uint16_t number, int code, uint16_t* out,
-                            uint8_t* alphaOut) const {
-    if (number >= block.header.recordCount) {
-        return;
-    }
-    const int type = clip::recordType(block.typeStarts, clip::typeSlots(header_.alpha), number);
-    const uint8_t* record = block.records.data() + block.recordOffsets[number];
-    size_t length = 0;
-    if (type % clip::kColourTypes == clip::TYPE_RAW) {
-        length = clip::drawRawTile(record, out);
-    } else if (type % clip::kColourTypes == clip::TYPE_PALETTE) {
-        length = clip::drawPaletteTile(record, block.header.palette, out);
-    } else {
-        clip::TileRuns runs;
-        const int colourType = type % clip::kColourTypes;
-        length = clip::decodeRuns(record, colourType, block.header.palette, runs);
-        if (code != clip::CODE_EMPTY) {
-            clip::paintRuns(out, runs, code, colourType % 2);
-        }
-    }
-    if (alphaOut != nullptr && type >= clip::kColourTypes && code != clip::CODE_EMPTY) {
-        uint8_t levels[clip::kTilePixels];
-        clip::decodeAlpha(record + length, levels);
-        clip::copyTileAlpha(alphaOut, levels);
-    }
+    const clip::BlockHeader& header = loaded.header;
+    clip::readBlockHeader(source, header_.alpha, loaded.header);
+    const clip::BlockRoom room =
+        clip::blockRoom(header.recordCount, header.recordWords, header.mapWords, frames, tiles);
+    clip::startTypes(header.typeCounts, slots, loaded.typeStarts);
+    loaded.entries.resize(room.mapEntries);
+    loaded.runs.resize(room.runBytes);
+    loaded.maps.resize(static_cast<size_t>(frames * tiles));
+    loaded.codes.resize(room.codeWords);
+    loaded.records.resize(room.guardedRecordBytes());
+    loaded.recordOffsets.resize(room.records);
+    loaded.recordTypes.resize(room.records);
+    loaded.block = {.frames = frames,
+                    .tiles = tiles,
+                    .slots = slots,
+                    .room = room,
+                    .typeStarts = loaded.typeStarts,
+                    .map = loaded.entries.data(),
+                    .runs = loaded.runs.data(),
+                    .codes = loaded.codes.data(),
+                    .records = loaded.records.data(),
+                    .recordOffsets = loaded.recordOffsets.data(),
+                    .recordTypes = loaded.recordTypes.data()};
+    clip::loadMaps(source, loaded.block);
+    clip::loadRecords(source, header.recordCount, loaded.block);
+    clip::rebuildAllMaps(loaded.entries.data(), loaded.runs.data(), tiles, frames,
+                         loaded.maps.data(), tiles);
 }
 
 void ClipFrames::draw(int index, Frame& frame) const {
-    const Block& block = blocks_[static_cast<size_t>(index / clip::kFramesPerBlock)];
+    const LoadedBlock& loaded = blocks_[static_cast<size_t>(index / clip::kFramesPerBlock)];
     const int frameInBlock = index % clip::kFramesPerBlock;
-    const int tiles = tilesOf(header_);
-    const uint16_t* map = block.maps.data() + frameInBlock * tiles;
-    const uint16_t* codes = block.codes.data() + frameInBlock * clip::codeWordsFor(tiles);
+    const int tiles = clip::tilesFor(header_.height);
     const size_t pixels = static_cast<size_t>(kFrameWidth) * header_.height;
     frame.height = header_.height;
-    frame.pixels.assign(pixels, 0);
-    frame.alpha.assign(alpha() ? pixels : 0, clip::kAlphaOpaque);
-    for (int tile = 0; tile < tiles; ++tile) {
-        const int at =
-            (tile / clip::kTilesAcross * kFrameWidth + tile % clip::kTilesAcross) * clip::kTileSize;
-        uint16_t* out = frame.pixels.data() + at;
-        uint8_t* alphaOut = alpha() ? frame.alpha.data() + at : nullptr;
-        const int code = clip::codeAt(codes, tile);
-        if (code == clip::CODE_FLAT) {
-            clip::fillTile(out, map[tile]);
-            continue;
-        }
-        if (code == clip::CODE_EMPTY && alphaOut != nullptr) {
-            clip::fillTileAlpha(alphaOut, 0);
-        }
-        drawRecord(block, map[tile], code, out, alphaOut);
-    }
+    frame.pixels.resize(pixels);
+    frame.alpha.resize(alpha() ? pixels : 0);
+    std::vector<uint16_t> drawnMap(static_cast<size_t>(tiles));
+    std::vector<uint16_t> drawnCodes(static_cast<size_t>(clip::codeWordsFor(tiles)));
+    clip::drawFrame({.block = loaded.block,
+                     .palette = loaded.header.palette,
+                     .map = loaded.maps.data() + frameInBlock * tiles,
+                     .codes = loaded.codes.data() + frameInBlock * clip::codeWordsFor(tiles),
+                     .out = frame.pixels.data(),
+                     .levels = alpha() ? frame.alpha.data() : nullptr,
+                     .keptLevels = nullptr,
+                     .drawnMap = drawnMap.data(),
+                     .drawnCodes = drawnCodes.data(),
+                     .everything = true,
+                     .flatOnly = false});
 }
 
 ClipFrames openClip(const std::string& path) {

@@ -1,15 +1,15 @@
 #pragma once
-// A clip decoded to frames by the program's own pure functions: what the stage shows, in any order.
+// A clip drawn frame by frame as the program draws it: what the stage shows, in any order.
 //
-// Opens only clips that pass every bound; others are thrown as ToolError. Tile records stay
-// compressed and are decoded when a frame is drawn. Every frame is drawn whole.
+// Opens only clips that pass every bound; others are thrown as ToolError. Every frame is drawn
+// whole.
 
 #include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "clip/format.h"
+#include "clip/block.h"
 #include "tools/clip/encoder/frame.h"
 
 namespace maker {
@@ -17,6 +17,8 @@ namespace maker {
 class ClipFrames {
 public:
     explicit ClipFrames(std::span<const uint8_t> bytes);
+    ClipFrames(ClipFrames&&) = default;
+    ClipFrames& operator=(ClipFrames&&) = default;
 
     int count() const { return header_.frameCount; }
     int height() const { return header_.height; }
@@ -26,21 +28,23 @@ public:
     void draw(int index, Frame& frame) const;
 
 private:
-    struct Block {
+    struct LoadedBlock {
         clip::BlockHeader header;
         uint32_t typeStarts[clip::kMaxTypeSlots];
-        std::vector<uint16_t> maps;   // of each frame
-        std::vector<uint16_t> codes;  // code words of each frame
+        std::vector<uint16_t> entries;
+        std::vector<uint8_t> runs;
+        std::vector<uint16_t> maps;  // of each frame
+        std::vector<uint16_t> codes;
         std::vector<uint8_t> records;
-        std::vector<size_t> recordOffsets;
+        std::vector<uint32_t> recordOffsets;
+        std::vector<uint8_t> recordTypes;
+        clip::Block block;  // in these buffers
     };
 
-    void readBlock(FILE* file, int frames, Block& block) const;
-    void drawRecord(const Block& block, uint16_t number, int code, uint16_t* out,
-                    uint8_t* alphaOut) const;
+    void load(clip::Source& source, int frames, LoadedBlock& loaded) const;
 
     clip::FileHeader header_{};
-    std::vector<Block> blocks_;
+    std::vector<LoadedBlock> blocks_;
 };
 
 // Reads and opens a clip file; what is thrown names the path.

@@ -1,5 +1,6 @@
 #include "tools/clip/reports/load_cost.h"
 
+#include "clip/block.h"
 #include "moxel/moxel.h"
 
 namespace maker {
@@ -21,9 +22,8 @@ size_t memoryOf(const clip::BlockLayout& block) {
     const clip::BlockRoom room =
         clip::blockRoom(block.header.recordCount, block.header.recordWords, block.header.mapWords,
                         block.frames, static_cast<int>(tiles));
-    return clip::kPaletteBytes + room.mapEntries * sizeof(uint16_t) + room.runBytes +
-           block.codeBytes + room.recordBytes + clip::kMaxRecordBytes +
-           block.header.recordCount * sizeof(uint32_t) +
+    return clip::kPaletteBytes + (room.mapEntries + room.codeWords) * sizeof(uint16_t) +
+           room.runBytes + room.guardedRecordBytes() + room.records * sizeof(uint32_t) +
            clip::kMaxTypeSlots * (sizeof(uint16_t) + sizeof(uint32_t));
 }
 

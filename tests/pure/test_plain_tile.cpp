@@ -1,10 +1,11 @@
+#include "clip/plain_tile.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <random>
 #include <vector>
-
-#include "clip/tile.h"
 
 namespace {
 
@@ -32,7 +33,8 @@ struct Decoded {
 Decoded decode(int type, const std::vector<uint8_t>& record) {
     Decoded result{};
     const std::vector<uint16_t> palette = testPalette();
-    result.length = clip::decodeRuns(padded(record).data(), type, palette.data(), result.runs);
+    result.length =
+        clip::decodeColours(padded(record).data(), type, palette.data(), nullptr, result.runs);
     return result;
 }
 
@@ -154,7 +156,8 @@ TEST(DirectTiles, RawPixels_StandRowByRow) {
         record[2 * i + 1] = 0x30;
     }
     std::vector<uint16_t> frame(8 * kFrameWidth, 0xEEEE);
-    EXPECT_EQ(clip::drawRawTile(record.data(), frame.data()), 128u);
+    clip::TileRuns runs;
+    EXPECT_EQ(clip::decodeColours(record.data(), 0, nullptr, frame.data(), runs), 128u);
     EXPECT_EQ(frame[0], 0x3000);
     EXPECT_EQ(frame[7], 0x3007);
     EXPECT_EQ(frame[8], 0xEEEE);
@@ -168,7 +171,8 @@ TEST(DirectTiles, PaletteIndices_StandRowByRow) {
         record[i] = static_cast<uint8_t>(255 - i);
     }
     std::vector<uint16_t> frame(8 * kFrameWidth, 0xEEEE);
-    EXPECT_EQ(clip::drawPaletteTile(record.data(), testPalette().data(), frame.data()), 64u);
+    clip::TileRuns runs;
+    EXPECT_EQ(clip::decodeColours(record.data(), 1, testPalette().data(), frame.data(), runs), 64u);
     EXPECT_EQ(frame[0], 0x40FF);
     EXPECT_EQ(frame[kFrameWidth], 0x40FF - 8);
     EXPECT_EQ(frame[8], 0xEEEE);
@@ -204,6 +208,120 @@ TEST(Alpha, quirk_alpha_first_byte_read_two_ways) {
     EXPECT_EQ(levels({0x87, 0xF2, 0xF2, 0xF2, 0xF2}), std::vector<uint8_t>(64, 2));
 }
 
+using Tile = std::array<int, 64>;  // step at which each pixel is painted, row by row
+
+// Runs of one pixel whose colours count up show the path.
+Tile pathOf(int code, int columnOrder) {
+    clip::TileRuns runs{};
+    for (uint16_t i = 0; i < 64; ++i) {
+        runs.lengths[i] = 0;
+        runs.colours[i] = static_cast<uint16_t>(1000 + i);
+    }
+    std::vector<uint16_t> frame(8 * kFrameWidth, 0);
+    clip::paintRuns(frame.data(), runs, code, columnOrder);
+    Tile tile{};
+    for (int row = 0; row < 8; ++row) {
+        for (int column = 0; column < 8; ++column) {
+            tile[static_cast<size_t>(row * 8 + column)] =
+                frame[static_cast<size_t>(row * kFrameWidth + column)] - 1000;
+        }
+    }
+    return tile;
+}
+
+// The step of pixel (row r, column c), written out for each walk.
+template <typename Step>
+Tile tileOf(Step step) {
+    Tile tile{};
+    for (int r = 0; r < 8; ++r) {
+        for (int c = 0; c < 8; ++c) {
+            tile[static_cast<size_t>(r * 8 + c)] = step(r, c);
+        }
+    }
+    return tile;
+}
+
+TEST(Paths, Code1_IsTheRecordAsCoded) {
+    EXPECT_EQ(pathOf(1, 0), tileOf([](int r, int c) { return r * 8 + c; }));
+    EXPECT_EQ(pathOf(1, 1), tileOf([](int r, int c) { return c * 8 + r; }));
+}
+
+TEST(Paths, Code2_IsMirroredLeftToRight) {
+    EXPECT_EQ(pathOf(2, 0), tileOf([](int r, int c) { return r * 8 + (7 - c); }));
+    EXPECT_EQ(pathOf(2, 1), tileOf([](int r, int c) { return (7 - c) * 8 + r; }));
+}
+
+TEST(Paths, Code3_IsMirroredTopToBottom) {
+    EXPECT_EQ(pathOf(3, 0), tileOf([](int r, int c) { return (7 - r) * 8 + c; }));
+    EXPECT_EQ(pathOf(3, 1), tileOf([](int r, int c) { return c * 8 + (7 - r); }));
+}
+
+TEST(Paths, Code4_IsMirroredBothWays) {
+    EXPECT_EQ(pathOf(4, 0), tileOf([](int r, int c) { return (7 - r) * 8 + (7 - c); }));
+    EXPECT_EQ(pathOf(4, 1), tileOf([](int r, int c) { return (7 - c) * 8 + (7 - r); }));
+}
+
+TEST(Paths, Code5_WalksCode3WithRowsAndColumnsExchanged) {
+    EXPECT_EQ(pathOf(5, 0), tileOf([](int r, int c) { return c * 8 + (7 - r); }));
+    EXPECT_EQ(pathOf(5, 1), tileOf([](int r, int c) { return (7 - r) * 8 + c; }));
+}
+
+TEST(Paths, Code6_WalksCode4WithRowsAndColumnsExchanged) {
+    EXPECT_EQ(pathOf(6, 0), tileOf([](int r, int c) { return (7 - c) * 8 + (7 - r); }));
+    EXPECT_EQ(pathOf(6, 1), tileOf([](int r, int c) { return (7 - r) * 8 + (7 - c); }));
+}
+
+TEST(PaintRuns, RunPastTheTile_StopsAtTheLastPixel) {
+    clip::TileRuns runs{};
+    runs.lengths[0] = 59;
+    runs.colours[0] = 1;
+    runs.lengths[1] = 65535;
+    runs.colours[1] = 2;
+    std::vector<uint16_t> frame(8 * kFrameWidth, 0);
+    clip::paintRuns(frame.data(), runs, 1, 0);
+    EXPECT_EQ(frame[7 * kFrameWidth + 3], 1);
+    EXPECT_EQ(frame[7 * kFrameWidth + 4], 2);
+    EXPECT_EQ(frame[7 * kFrameWidth + 7], 2);
+    EXPECT_EQ(frame[8], 0) << "the next tile";
+}
+
+// Two colours, 5 and 6 of the palette, 32 pixels each; 16 levels of each of 1 to 4.
+constexpr uint8_t kTwoHalves[] = {0xC0 | 31, 5, 6, 0x00, 0xF1, 0xF2, 0xF3, 0xF4};
+
+struct DrawnTile {
+    std::vector<uint16_t> pixels = std::vector<uint16_t>(8 * kFrameWidth, 0xEEEE);
+    std::vector<uint8_t> levels = std::vector<uint8_t>(8 * kFrameWidth, 99);
+
+    DrawnTile(int type, int code, std::vector<uint8_t> record) {
+        record.resize(clip::kMaxRecordBytes);
+        clip::drawPlainTile(record.data(), type, code, testPalette().data(), pixels.data(),
+                            levels.data());
+    }
+};
+
+TEST(PlainTile, RunRecordWithAlpha_IsPaintedWithItsLevels) {
+    const DrawnTile tile(18, 3, {std::begin(kTwoHalves), std::end(kTwoHalves)});
+    EXPECT_EQ(tile.pixels[0], 0x4006) << "the bottom row is painted first";
+    EXPECT_EQ(tile.pixels[7 * kFrameWidth], 0x4005);
+    EXPECT_EQ(tile.levels[0], 1) << "levels are not mirrored";
+    EXPECT_EQ(tile.levels[7 * kFrameWidth + 7], 4);
+    EXPECT_EQ(tile.levels[8], 99);
+}
+
+TEST(PlainTile, WithoutAlphaRecord_LeavesTheLevels) {
+    const DrawnTile tile(8, 1, {std::begin(kTwoHalves), std::end(kTwoHalves)});
+    EXPECT_EQ(tile.pixels[0], 0x4005);
+    EXPECT_EQ(tile.levels, std::vector<uint8_t>(8 * kFrameWidth, 99));
+}
+
+TEST(PlainTile, Empty_ShowsTypes0And1Alone) {
+    const DrawnTile runs(18, 7, {std::begin(kTwoHalves), std::end(kTwoHalves)});
+    EXPECT_EQ(runs.pixels, std::vector<uint16_t>(8 * kFrameWidth, 0xEEEE));
+    const DrawnTile direct(11, 7, std::vector<uint8_t>(65, 0x22));
+    EXPECT_EQ(direct.pixels[0], 0x4022);
+    EXPECT_EQ(direct.levels, std::vector<uint8_t>(8 * kFrameWidth, 99));
+}
+
 // Whatever the bytes: the decoders stay in the promised room and the runs cover the tile.
 TEST(TileDecoders, RandomBytes_StayInsideAndCoverTheTile) {
     std::mt19937 random(4242);
@@ -215,7 +333,8 @@ TEST(TileDecoders, RandomBytes_StayInsideAndCoverTheTile) {
         }
         for (int type = 2; type < clip::kColourTypes; ++type) {
             TileRuns runs{};
-            const size_t length = clip::decodeRuns(record.data(), type, palette.data(), runs);
+            const size_t length =
+                clip::decodeColours(record.data(), type, palette.data(), nullptr, runs);
             ASSERT_LE(length, size_t{clip::kMaxColourRecordBytes});
             int covered = 0;
             for (int i = 0; i < clip::kTilePixels && covered < clip::kTilePixels; ++i) {
