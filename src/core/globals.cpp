@@ -1,5 +1,7 @@
 #include "core/globals.h"
 
+#include "layout/colours.h"
+
 int isExit = 1;
 bool g_bMainLoop = true;
 int tempsActuel = 0;
@@ -16,11 +18,11 @@ SDL_Joystick* joy = nullptr;
 int _nbJoySticks = 0;
 SDL_Event g_Event;
 
-uint32_t _colorW = 0x00FFFFFF;
-uint32_t _colorN = 0x00000000;
-uint32_t _colorR = 0x00FE00C3;
-uint32_t _colorB = 0x0059B1FF;
-uint32_t _colorO = 0x00FFB000;
+uint32_t _colorW = colours::kWhite;
+uint32_t _colorN = colours::kBlack;
+uint32_t _colorR = colours::kPink;
+uint32_t _colorB = colours::kBlue;
+uint32_t _colorO = colours::kOrange;
 
 uint16_t* moxelTiles16 = nullptr;
 uint8_t* moxelAlpha16 = nullptr;

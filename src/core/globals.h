@@ -38,7 +38,7 @@ extern SDL_Joystick* joy;        // joystick 0, null when there is none: main
 extern int _nbJoySticks;         // joysticks at start-up: main
 extern SDL_Event g_Event;        // input
 
-// Colours, 0x00RRGGBB, which nobody writes.
+// Colours of layout/colours.h, 0x00RRGGBB, which nobody writes.
 extern uint32_t _colorW;  // white
 extern uint32_t _colorN;  // black
 extern uint32_t _colorR;  // pink-red

@@ -3,18 +3,11 @@
 #include "common/rgb565.h"
 #include "core/display.h"
 #include "core/globals.h"
-#include "draw/ttf.h"
+#include "draw/painter.h"
 
 namespace {
 
 constexpr int kOpaquePercent = 100;
-constexpr int kButtonTextX = 6;
-constexpr int kButtonTextY = 8;
-
-SDL_Rect rectOf(int x, int y, int w, int h) {
-    return {static_cast<int16_t>(x), static_cast<int16_t>(y), static_cast<uint16_t>(w < 0 ? 0 : w),
-            static_cast<uint16_t>(h < 0 ? 0 : h)};
-}
 
 }  // namespace
 
@@ -45,7 +38,7 @@ int c_lib::minMax(int value, int step, int lo, int hi, int wrap) {
 
 void c_lib::fillScratch(int w, int h, int colour, int alphaPercent) {
     SDL_Rect area = rectOf(0, 0, w, h);
-    SDL_FillRect(scratch, &area, static_cast<uint32_t>(C(colour)));
+    SDL_FillRect(scratch, &area, surfaceColour(scratch, px::fromRgb(colour)));
     SDL_SetAlpha(scratch, SDL_SRCALPHA, static_cast<uint8_t>(alphaPercent * 255 / 100));
 }
 
@@ -78,12 +71,9 @@ void c_lib::CSS_rectNoBorder(int x, int y, int w, int h, int colour, int alphaPe
 }
 
 void c_lib::CSS_rectNoBorderNoAlpha(int x, int y, int w, int h, int colour) {
-    SDL_Rect area = rectOf(x, y, w, h);
-    SDL_FillRect(screen[1], &area, surfaceColour(screen[1], px::fromRgb(colour)));
+    Painter(screen[1]).fill(x, y, w, h, static_cast<uint32_t>(colour));
 }
 
 void c_lib::CSS_button(int x, int y, int w, const char* text) {
-    CSS_rectNoBorderNoAlpha(x, y, w, kButtonHeight, static_cast<int>(_colorO));
-    ttf->drawTextH(screen[1], text, static_cast<short>(x + kButtonTextX),
-                   static_cast<short>(y + kButtonTextY), static_cast<int>(_colorN), 0);
+    Painter(screen[1]).button(x, y, w, text, _colorO, _colorN);
 }

@@ -6,8 +6,6 @@
 
 #include <cstdint>
 
-inline constexpr int kButtonHeight = 24;
-
 class c_lib {
 public:
     // Makes the scratch surface, a copy of the work surface; null when there is no memory for it,

@@ -12,6 +12,7 @@ public:
     void loadFonts();
 
     void drawTextH(SDL_Surface* s, const char* text, short x, short y, int colour, int font);
+    // Kept without a caller: the same.
     void texte(SDL_Surface* s, const char* text, short x, short y, int colour, int font);
     void drawIntH(SDL_Surface* s, int value, short x, short y, int colour, int font);
     // On a box of `background` that is one pixel wider than the text to the left and the right.

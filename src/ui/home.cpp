@@ -3,12 +3,11 @@
 #include <cstdio>
 
 #include "common/geometry.h"
-#include "common/rgb565.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
+#include "draw/painter.h"
 #include "draw/picture.h"
-#include "draw/ttf.h"
 #include "playlists/playlist.h"
 
 namespace {
@@ -18,13 +17,11 @@ constexpr int kGridX = 160;
 constexpr int kGridY = 60;
 constexpr Point kItemCells[kHomeItems] = {{1, 0}, {2, 0}, {0, 1}, {1, 1}, {2, 1}};  // column, row
 
-// The four bars around the selected item, from its cell's corner: x, y, width, height.
-constexpr SDL_Rect kSelectionBars[] = {
-    {9, 15, 94, 2},
-    {101, 15, 2, 94},
-    {9, 107, 94, 2},
-    {9, 15, 2, 94},
-};
+// The selected item's frame, in its cell.
+constexpr Point kFrameInCell = {9, 15};
+constexpr int kFrameSize = 94;
+
+constexpr int kNoItem = -1;
 
 struct ItemText {
     int item;
@@ -34,13 +31,17 @@ struct ItemText {
     int font;
 };
 
-constexpr ItemText kItemTexts[] = {
+// Texts of no item are always white.
+constexpr ItemText kTexts[] = {
     {HOME_MIX, "MIX", 277, 77, 1},
     {HOME_EDIT, "EDIT", 381, 77, 1},
     {HOME_OPTIONS, "OPTIONS", 173, 181, 1},
     {HOME_FULL_SCREEN, "FULL", 277, 181, 1},
     {HOME_FULL_SCREEN, "SCREEN", 277, 197, 1},
     {HOME_QUIT, "QUIT", 381, 181, 1},
+    {kNoItem, "Z : BACK        X or click : OK", 170, 310, 0},
+    {kNoItem, "V 1.2 - AMBER HERON", 170, 330, 0},
+    {kNoItem, "Build on 30th December 2013", 344, 330, 0},
 };
 constexpr ItemText kNoControllerTexts[] = {
     {HOME_OPTIONS, "no", 173, 198, 0},
@@ -50,11 +51,6 @@ constexpr ItemText kNoControllerTexts[] = {
 constexpr ItemText kControllerTexts[] = {
     {HOME_OPTIONS, "game controller", 173, 198, 0},
     {HOME_OPTIONS, "detected", 173, 210, 0},
-};
-constexpr ItemText kFixedTexts[] = {
-    {-1, "Z : BACK        X or click : OK", 170, 310, 0},
-    {-1, "V 1.2 - AMBER HERON", 170, 330, 0},
-    {-1, "Build on 30th December 2013", 344, 330, 0},
 };
 constexpr Point kCountText = {381, 94};
 constexpr Point kResolutionText = {277, 214};
@@ -78,37 +74,28 @@ void c_home::draw(SDL_Surface* s) {
     if (background != nullptr) {
         putPicture(background, s, offsetX, offsetY);
     }
-    drawSelection(s);
-    drawTexts(s);
+    Painter painter(s, {offsetX, offsetY});
+    drawSelection(painter);
+    drawTexts(painter);
 }
 
-void c_home::drawSelection(SDL_Surface* s) {
-    const int cellX = offsetX + kGridX + kCell * kItemCells[selected].x;
-    const int cellY = offsetY + kGridY + kCell * kItemCells[selected].y;
-    for (SDL_Rect bar : kSelectionBars) {
-        bar.x = static_cast<int16_t>(bar.x + cellX);
-        bar.y = static_cast<int16_t>(bar.y + cellY);
-        SDL_FillRect(s, &bar, px::fromRgb(static_cast<int>(_colorW)));
-    }
+void c_home::drawSelection(Painter& painter) const {
+    const int cellX = kGridX + kCell * kItemCells[selected].x;
+    const int cellY = kGridY + kCell * kItemCells[selected].y;
+    painter.frame(cellX + kFrameInCell.x, cellY + kFrameInCell.y, kFrameSize, kFrameSize, _colorW);
 }
 
-int c_home::itemColour(int item) {
-    return static_cast<int>(item == selected || item < 0 ? _colorW : _colorN);
+uint32_t c_home::itemColour(int item) const {
+    return item == selected || item == kNoItem ? _colorW : _colorN;
 }
 
-void c_home::text(SDL_Surface* s, const char* words, int x, int y, int font, int colour) {
-    ttf->texte(s, words, static_cast<short>(offsetX + x), static_cast<short>(offsetY + y), colour,
-               font);
-}
-
-void c_home::drawTexts(SDL_Surface* s) {
+void c_home::drawTexts(Painter& painter) const {
     const auto drawAll = [&](const auto& texts) {
         for (const ItemText& each : texts) {
-            text(s, each.words, each.x, each.y, each.font, itemColour(each.item));
+            painter.text(each.words, each.x, each.y, itemColour(each.item), each.font);
         }
     };
-    drawAll(kItemTexts);
-    drawAll(kFixedTexts);
+    drawAll(kTexts);
     if (_nbJoySticks == 0) {
         drawAll(kNoControllerTexts);
     } else {
@@ -120,7 +107,7 @@ void c_home::drawTexts(SDL_Surface* s) {
         snprintf(words, sizeof words, playlist->nbFamilles == 1 ? "%d playlist" : "%d playlists",
                  playlist->nbFamilles);
     }
-    text(s, words, kCountText.x, kCountText.y, 0, itemColour(HOME_EDIT));
+    painter.text(words, kCountText.x, kCountText.y, itemColour(HOME_EDIT));
     snprintf(words, sizeof words, "%d x %d", all->appW, all->appH);
-    text(s, words, kResolutionText.x, kResolutionText.y, 0, itemColour(HOME_FULL_SCREEN));
+    painter.text(words, kResolutionText.x, kResolutionText.y, itemColour(HOME_FULL_SCREEN));
 }

@@ -15,11 +15,14 @@ enum HomeItem : int32_t {
 };
 inline constexpr int kHomeItems = 5;
 
+class Painter;
+
 class c_home {
 public:
     void initHome();
     void place();  // at the offset of the application resolution, whenever that changes
     void draw(SDL_Surface* s);  // one frame into the work surface
+    void open(int item);        // what a HomeItem leads to
 
     int32_t selected;         // HomeItem
     SDL_Surface* background;  // null when its file is missing
@@ -27,8 +30,7 @@ public:
     int32_t offsetY;
 
 private:
-    void drawSelection(SDL_Surface* s);
-    void drawTexts(SDL_Surface* s);
-    void text(SDL_Surface* s, const char* words, int x, int y, int font, int colour);
-    int itemColour(int item);
+    void drawSelection(Painter& painter) const;
+    void drawTexts(Painter& painter) const;
+    uint32_t itemColour(int item) const;
 };

@@ -1,6 +1,7 @@
 // What keys and clicks do on the home menu.
 #include <SDL.h>
 
+#include "common/geometry.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
@@ -13,12 +14,8 @@ namespace {
 
 // Mouse targets: the squares of the selection frames, 94 pixels wide with both ends, in picture
 // coordinates.
-struct Target {
-    int x;
-    int y;
-};
 constexpr int kTargetSize = 94;
-constexpr Target kTargets[kHomeItems] = {{273, 75}, {377, 75}, {169, 180}, {273, 180}, {377, 180}};
+constexpr Point kTargets[kHomeItems] = {{273, 75}, {377, 75}, {169, 180}, {273, 180}, {377, 180}};
 
 struct Step {
     int key;
@@ -34,29 +31,51 @@ constexpr Step kSteps[] = {
     {KEY_UP, PAD_UP, {0, 1, 2, 0, 1}},
 };
 
-void moveSelection(const c_keys& input) {
+void moveSelection(const c_keys& input, c_home& home) {
     for (const Step& step : kSteps) {
         if (input.pressed(step.key) || input.pressed(step.pad)) {
-            _home->selected = step.next[_home->selected];
+            home.selected = step.next[home.selected];
         }
     }
 }
 
-// Files may have come and gone since they were looked for last.
-void openPlaylists() {
-    playlist->scanFamilles();
-    playlist->initScroll(0, playlist->nbFamilles);
-    playlist->initScroll(1, playlist->familles[playlist->editFamille].nbTracks);
-    all->state = STATE_PLAYLISTS;
+void confirmSelection(const c_keys& input, c_home& home) {
+    if (!input.pressed(KEY_X) && !input.pressed(PAD_CONFIRM)) {
+        return;
+    }
+    // Deliberate: opening the mix by key hides the pointer, opening it by click leaves it visible.
+    // [quirk_mix_by_click_keeps_the_pointer]
+    if (home.selected == HOME_MIX) {
+        SDL_ShowCursor(0);
+    }
+    home.open(home.selected);
 }
 
-void open(int item) {
+// A click opens an item without selecting it.
+void clickItems(c_keys& input, c_home& home) {
+    if (input.mouseClick == 0) {
+        return;
+    }
+    for (int item = 0; item < kHomeItems; ++item) {
+        if (input.isMouseXYIn(kTargets[item].x, kTargets[item].y, kTargetSize, kTargetSize) != 0) {
+            home.open(item);
+        }
+    }
+}
+
+}  // namespace
+
+void c_home::open(int item) {
     switch (item) {
         case HOME_MIX:
             all->state = STATE_MIX;
             break;
         case HOME_EDIT:
-            openPlaylists();
+            // Files may have come and gone since they were looked for last.
+            playlist->scanFamilles();
+            playlist->initScroll(0, playlist->nbFamilles);
+            playlist->initScroll(1, playlist->familles[playlist->editFamille].nbTracks);
+            all->state = STATE_PLAYLISTS;
             break;
         case HOME_OPTIONS:
             _options->page = 0;
@@ -71,34 +90,9 @@ void open(int item) {
     }
 }
 
-void confirmSelection(const c_keys& input) {
-    if (!input.pressed(KEY_X) && !input.pressed(PAD_CONFIRM)) {
-        return;
-    }
-    // Deliberate: opening the mix by key hides the pointer, opening it by click leaves it visible.
-    // [quirk_mix_by_click_keeps_the_pointer]
-    if (_home->selected == HOME_MIX) {
-        SDL_ShowCursor(0);
-    }
-    open(_home->selected);
-}
-
-// A click opens an item without selecting it.
-void clickItems(c_keys& input) {
-    if (input.mouseClick == 0) {
-        return;
-    }
-    for (int item = 0; item < kHomeItems; ++item) {
-        if (input.isMouseXYIn(kTargets[item].x, kTargets[item].y, kTargetSize, kTargetSize) != 0) {
-            open(item);
-        }
-    }
-}
-
-}  // namespace
-
 void c_keys::actionsHome() {
-    moveSelection(*this);
-    confirmSelection(*this);
-    clickItems(*this);
+    c_home& home = *_home;
+    moveSelection(*this, home);
+    confirmSelection(*this, home);
+    clickItems(*this, home);
 }

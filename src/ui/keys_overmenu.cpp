@@ -10,38 +10,38 @@
 
 namespace {
 
-void loadSelection(const c_keys& input) {
+void loadSelection(const c_keys& input, int selected, c_playlist& playlists, c_mix& mixer,
+                   c_all& program) {
     if (!input.pressed(KEY_X) && !input.pressed(PAD_CONFIRM)) {
         return;
     }
-    playlist->currentFamille = overMenu->selected;
-    playlist->clearMix();
-    mix->initMix();
-    playlist->initLoad(playlist->currentFamille);
-    all->subState = SUB_PERFORMING;
+    playlists.currentFamille = selected;
+    playlists.clearMix();
+    mixer.initMix();
+    playlists.initLoad(selected);
+    program.subState = SUB_PERFORMING;
 }
 
-void closeMenu(const c_keys& input) {
+void closeMenu(const c_keys& input, c_all& program) {
     if (input.pressed(KEY_RETURN)) {
-        all->subState = SUB_PERFORMING;
+        program.subState = SUB_PERFORMING;
     }
 }
 
-void moveSelection(const c_keys& input) {
-    if ((input.pressed(KEY_DOWN) || input.pressed(PAD_DOWN)) &&
-        overMenu->selected < playlist->nbFamilles - 1) {
-        ++overMenu->selected;
+void moveSelection(const c_keys& input, c_overMenu& menu, int playlists) {
+    if ((input.pressed(KEY_DOWN) || input.pressed(PAD_DOWN)) && menu.selected < playlists - 1) {
+        ++menu.selected;
     }
-    if ((input.pressed(KEY_UP) || input.pressed(PAD_UP)) && overMenu->selected > 0) {
-        --overMenu->selected;
+    if ((input.pressed(KEY_UP) || input.pressed(PAD_UP)) && menu.selected > 0) {
+        --menu.selected;
     }
 }
 
 // The sub-state stays: the mix screen is entered again with the list open.
-void goHome(const c_keys& input) {
+void goHome(const c_keys& input, c_playlist& playlists, c_all& program) {
     if (input.pressed(KEY_Z) || input.pressed(PAD_BACK)) {
-        all->state = STATE_HOME;
-        playlist->clearMix();
+        program.state = STATE_HOME;
+        playlists.clearMix();
         SDL_ShowCursor(1);
     }
 }
@@ -49,8 +49,8 @@ void goHome(const c_keys& input) {
 }  // namespace
 
 void c_keys::actionsOverMenu() {
-    loadSelection(*this);
-    closeMenu(*this);
-    moveSelection(*this);
-    goHome(*this);
+    loadSelection(*this, overMenu->selected, *playlist, *mix, *all);
+    closeMenu(*this, *all);
+    moveSelection(*this, *overMenu, playlist->nbFamilles);
+    goHome(*this, *playlist, *all);
 }

@@ -1,11 +1,13 @@
 #include "ui/overmenu.h"
 
 #include <algorithm>
+#include <string>
 
 #include "core/all.h"
 #include "core/globals.h"
 #include "draw/lib.h"
-#include "draw/ttf.h"
+#include "draw/painter.h"
+#include "layout/colours.h"
 #include "layout/name_rooms.h"
 #include "playlists/playlist.h"
 
@@ -17,28 +19,26 @@ constexpr int kRowX = 32;
 constexpr int kRowWidth = 196;
 constexpr int kRowHeight = layout::kOverMenuRowHeight;
 constexpr int kEdge = layout::kOverMenuEdge;
-constexpr short kNameX = layout::kOverMenuNameX;
-constexpr short kCountX = layout::kOverMenuCountX;
+constexpr int kNameX = layout::kOverMenuNameX;
+constexpr int kCountX = layout::kOverMenuCountX;
 constexpr int kBoxOpacity = 60;
 constexpr int kRowOpacity = 30;
-constexpr int kBoxColour = 0x000000;
 constexpr int kSelectedRowColour = 0x999999;
-constexpr int kSelectedTextColour = 0xFFFFFF;
-constexpr int kTextColour = 0x707070;
-constexpr int kHelpColour = 0xAAAAAA;
+constexpr uint32_t kTextColour = 0x707070;
+constexpr uint32_t kHelpColour = 0xAAAAAA;
 constexpr int kHelpAbove = 20;
 
 int boxHeightOf(int rows) {
     return rows * kRowHeight + 2 * kEdge;
 }
 
-void drawRow(SDL_Surface* s, const Famille& famille, int y, bool isSelected) {
-    if (isSelected) {
-        _lib->CSS_rectNoBorder(kRowX, y, kRowWidth, kRowHeight, kSelectedRowColour, kRowOpacity);
+// Rows that the window shows. All while they fit; a longer list leaves room for the help text too,
+// and for the ground, which the work surface's height bounds.
+int rowsShown(int rows, int windowHeight, int workHeight) {
+    if (boxHeightOf(rows) <= windowHeight) {
+        return rows;
     }
-    const int colour = isSelected ? kSelectedTextColour : kTextColour;
-    ttf->drawTextH(s, famille.name.c_str(), kNameX, static_cast<short>(y), colour, 1);
-    ttf->drawIntH(s, famille.nbTracks, kCountX, static_cast<short>(y), colour, 1);
+    return (std::min(windowHeight, workHeight) - boxHeightOf(0) - 2 * kHelpAbove) / kRowHeight;
 }
 
 }  // namespace
@@ -47,30 +47,28 @@ void c_overMenu::initOverMenu() {
     selected = playlist->currentFamille;
 }
 
-// Rows that the window shows. All while they fit; a longer list leaves room for the help text too,
-// and for the ground, which the work surface's height bounds.
-int rowsShown(int playlists) {
-    if (boxHeightOf(playlists) <= all->appH) {
-        return playlists;
-    }
-    return (std::min(all->appH, screen[0]->h) - boxHeightOf(0) - 2 * kHelpAbove) / kRowHeight;
-}
-
 // Deliberate: the box stands 30 pixels from the window's left edge and is centred in the window,
 // not in the picture. [quirk_over_menu_stands_in_the_window]
 void c_overMenu::drawOverMenu(SDL_Surface* s) {
-    const int shown = std::max(rowsShown(playlist->nbFamilles), 1);
+    const int rows = playlist->nbFamilles;
+    const int shown = std::max(rowsShown(rows, all->appH, screen[0]->h), 1);
     // The selection stays in the middle of a list that scrolls.
-    const int first =
-        std::clamp(selected - shown / 2, 0, std::max(playlist->nbFamilles - shown, 0));
-    const int last = std::min(first + shown, playlist->nbFamilles);
+    const int first = std::clamp(selected - shown / 2, 0, std::max(rows - shown, 0));
+    const int last = std::min(first + shown, rows);
     const int boxHeight = boxHeightOf(last - first);
     const int top = (all->appH - boxHeight) / 2;
-    _lib->CSS_rectNoBorder(kBoxX, top, kBoxWidth, boxHeight, kBoxColour, kBoxOpacity);
+    Painter painter(s);
+    _lib->CSS_rectNoBorder(kBoxX, top, kBoxWidth, boxHeight, colours::kBlack, kBoxOpacity);
     for (int row = first; row < last; ++row) {
-        drawRow(s, playlist->familles[row], top + kEdge + kRowHeight * (row - first),
-                row == selected);
+        const Famille& famille = playlist->familles[row];
+        const int y = top + kEdge + kRowHeight * (row - first);
+        if (row == selected) {
+            _lib->CSS_rectNoBorder(kRowX, y, kRowWidth, kRowHeight, kSelectedRowColour,
+                                   kRowOpacity);
+        }
+        const uint32_t ink = row == selected ? colours::kWhite : kTextColour;
+        painter.text(famille.name.c_str(), kNameX, y, ink, kLargeFont);
+        painter.text(std::to_string(famille.nbTracks).c_str(), kCountX, y, ink, kLargeFont);
     }
-    ttf->texteFilled(s, "X load   Z home", kRowX, static_cast<short>(top - kHelpAbove), kHelpColour,
-                     0, kBoxColour);
+    painter.textOn(colours::kBlack, "X load   Z home", kRowX, top - kHelpAbove, kHelpColour);
 }
