@@ -18,6 +18,7 @@
 #include "draw/lib.h"
 #include "draw/picture.h"
 #include "draw/ttf.h"
+#include "editor/editor.h"
 #include "input/keys.h"
 #include "mainloop.h"
 #include "mixer/filters.h"
@@ -77,6 +78,7 @@ void createFirstObjects() {
     playlist->initPlaylist();
     playlist->lireXML();
     playlist->scanFamilles();
+    editor = new Editor(*playlist);
     _filters = new c_filters{};
     _filters->initFilters();
 }

@@ -33,6 +33,7 @@ c_all* all = nullptr;
 c_moxel* moxel = nullptr;
 c_keys* keys = nullptr;
 c_playlist* playlist = nullptr;
+Editor* editor = nullptr;
 c_filters* _filters = nullptr;
 c_ttf* ttf = nullptr;
 c_lib* _lib = nullptr;

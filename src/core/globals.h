@@ -19,6 +19,7 @@ class c_options;
 class c_overMenu;
 class c_playlist;
 class c_ttf;
+class Editor;
 
 // The run of the program.
 extern int isExit;          // 1 runs, 0 ends after this frame: input, home menu
@@ -58,6 +59,7 @@ extern c_all* all;
 extern c_moxel* moxel;
 extern c_keys* keys;
 extern c_playlist* playlist;
+extern Editor* editor;
 extern c_filters* _filters;
 extern c_ttf* ttf;
 extern c_lib* _lib;

@@ -1,121 +1,163 @@
 #include "editor/page_painter.h"
 
-#include "common/rgb565.h"
-#include "core/display.h"
-#include "core/globals.h"
-#include "draw/ttf.h"
-#include "layout/textfit.h"
+#include "layout/colours.h"
+#include "layout/name_rooms.h"
 
 namespace {
 
-constexpr int kSmallFont = 0;
-constexpr int kLargeFont = 1;
 constexpr int kDimX = 128;  // of the atlas
-constexpr int kButtonTextX = 6;
-constexpr int kButtonTextY = 8;
-constexpr int kLineX = 4;
-constexpr int kLineRoom = 632;
-constexpr int kDimFaceRgb = 0x404040;
-
+constexpr uint32_t kDimFaceRgb = 0x404040;
 constexpr const char* kLabels[] = {"create", "edit", "preview", "delete", "back", "confirm", "ok",
                                    "cancel", "yes",  "no",      "rename", "copy", "move",    "add"};
 constexpr int kFocusWidth = 2;  // around the button
 
-SDL_Rect rectOf(int x, int y, int w, int h) {
-    return {static_cast<int16_t>(x), static_cast<int16_t>(y), static_cast<uint16_t>(w),
-            static_cast<uint16_t>(h)};
-}
+constexpr int kLineX = 4;
+constexpr int kLineRoom = 632;
+constexpr int kNoticeY = 296;
+constexpr int kFullTextY = 345;
+
+constexpr uint32_t kQuestionRgb = 0x3A3A3A;
+constexpr int kQuestionY = 292;
+constexpr int kQuestionHeight = 48;
+constexpr int kQuestionTextY = 297;
+constexpr int kQuestionRoom = 620;
+constexpr int kQuestionKeysX = 144;
+constexpr int kQuestionKeysY = 318;
+
+// By Question.
+struct QuestionText {
+    const char* question;
+    const char* keysHelp;
+};
+constexpr QuestionText kQuestions[] = {
+    {"", ""},
+    {"delete this playlist ?", "arrows : choose        X : answer        Z : no"},
+    {"save changes ?", "arrows : choose        X : answer        Z : go on editing"},
+    {"discard this name ?", "arrows : choose        X : answer        Z, Escape : go on writing"},
+};
+
+constexpr uint32_t kTrackRgb = 0x444444;
+constexpr int kMarkerWidth = 310;
+constexpr int kMarkerHeight = 2;
+
+// The thumb's arrowheads, row by row from their narrow end: columns from the thumb's left edge.
+struct ArrowRow {
+    int x;
+    int width;
+};
+constexpr ArrowRow kArrowRows[] = {{4, 2}, {3, 4}, {2, 6}};
+constexpr int kUpArrowY = 2;    // of the narrow end, from the thumb's top
+constexpr int kDownArrowY = 3;  // of the narrow end, up from the thumb's end
 
 }  // namespace
 
-void PagePainter::fill(int x, int y, int w, int h, int rgb) {
-    SDL_Rect area = rectOf(x, y, w, h);
-    SDL_FillRect(surface_, &area, surfaceColour(surface_, px::fromRgb(rgb)));
-}
-
-void PagePainter::frame(int x, int y, int w, int h, int rgb) {
-    constexpr int kThick = 2;
-    fill(x, y, w, kThick, rgb);
-    fill(x, y + h - kThick, w, kThick, rgb);
-    fill(x, y, kThick, h, rgb);
-    fill(x + w - kThick, y, kThick, h, rgb);
-}
-
-int PagePainter::widthOf(const std::string& words, int font) const {
-    return ttf->widthOf(words.c_str(), font);
-}
-
-int PagePainter::text(const std::string& words, int x, int y, int room, int rgb) {
-    const auto width = [this](const std::string& part) { return widthOf(part, kSmallFont); };
-    const std::string fitting = fitText(words, room, width);
-    ttf->drawTextH(surface_, fitting.c_str(), static_cast<short>(x), static_cast<short>(y), rgb,
-                   kSmallFont);
-    return width(fitting);
-}
-
-int PagePainter::textRight(const std::string& words, int right, int y, int room, int rgb) {
-    const auto width = [this](const std::string& part) { return widthOf(part, kSmallFont); };
-    const std::string fitting = fitText(words, room, width);
-    const int x = right - width(fitting);
-    ttf->drawTextH(surface_, fitting.c_str(), static_cast<short>(x), static_cast<short>(y), rgb,
-                   kSmallFont);
-    return x;
-}
-
-void PagePainter::line(const std::string& words, int y, int rgb) {
-    text(words, kLineX, y, kLineRoom, rgb);
-}
-
-void PagePainter::help(int shown, const char* words, const char* keysHelp) {
-    line(words, page::helpY(shown), page::kWhiteRgb);
-    line(keysHelp, page::helpY(shown) + page::kHelpLine, page::kGreyRgb);
-}
-
-void PagePainter::largeText(const std::string& words, int x, int y, int rgb) {
-    ttf->drawTextH(surface_, words.c_str(), static_cast<short>(x), static_cast<short>(y), rgb,
-                   kLargeFont);
-}
-
-int PagePainter::row(int list, int visibleRow, int look) {
-    const int y = page::kFirstRowY + page::kRowHeight * visibleRow;
-    const int x = page::kListX[list];
-    const int width = page::kListWidth[list];
-    switch (look) {
-        case page::ROW_SELECTED:
-            fill(x, y, width, page::kRowHeight, page::kWhiteRgb);
-            return 0;
-        case page::ROW_SELECTED_ELSEWHERE:
-            fill(x, y, width, page::kRowHeight, page::kGreyRgb);
-            return 0;
-        case page::ROW_LIT:
-            fill(x, y, width, page::kRowHeight, page::kLitRgb);
-            return page::kWhiteRgb;
-        case page::ROW_CARRIED:
-            fill(x, y, width, page::kRowHeight, static_cast<int>(_colorO));
-            return 0;
+void PagePainter::draw() {
+    switch (model_.editPage) {
+        case page::BROWSE:
+            browsePage();
+            break;
+        case page::NEW_PLAYLIST:
+            namePage();
+            break;
+        case page::TRACKS:
+            tracksPage();
+            break;
         default:
-            return page::kWhiteRgb;
+            break;
     }
+}
+
+void PagePainter::line(const std::string& words, int y, uint32_t rgb) {
+    textIn(kLineRoom, words, kLineX, y, rgb);
+}
+
+// A dragged item lights the buttons that take it; a question and a carried row leave none to use.
+void PagePainter::controls(const char* mouseHelp, const char* keysHelp) {
+    const bool free = editor_.question == ASK_NOTHING && editor_.carriedFrom < 0;
+    for (const page::ButtonPlace& place : page::buttonsOf(model_.editPage)) {
+        const bool answers =
+            model_.dragging != 0 ? editor_.takesDrop(place.button) : editor_.canUse(place.button);
+        button(place, answers && free, place.button == editor_.focus && free);
+    }
+    const int helpY = page::helpY(model_.editPage);
+    line(mouseHelp, helpY, colours::kWhite);
+    line(keysHelp, helpY + page::kHelpLine, colours::kGrey);
+    if (editor_.question != ASK_NOTHING) {
+        question();
+        return;
+    }
+    line(editor_.notice, kNoticeY, colours::kOrange);
+    // The selected item in full: rows show what fits.
+    const int list = model_.dragSource;
+    line(editor_.selectedRow(list) < editor_.rowsIn(list) ? editor_.selectedText() : "", kFullTextY,
+         colours::kGrey);
 }
 
 // The pointer's frame lies inside the button, the keys' one around it.
-void PagePainter::button(const page::ButtonPlace& place, bool usable, bool under, bool focused) {
+void PagePainter::button(const page::ButtonPlace& place, bool usable, bool focused) {
     if (atlas_ != nullptr) {
-        SDL_Rect piece = rectOf(usable ? 0 : kDimX, place.button * page::kButtonHeight, place.width,
-                                page::kButtonHeight);
-        SDL_Rect at = rectOf(place.x, place.y, 0, 0);
-        SDL_BlitSurface(atlas_, &piece, surface_, &at);
+        piece(atlas_, usable ? 0 : kDimX, place.button * page::kButtonHeight, place.width,
+              page::kButtonHeight, place.x, place.y);
     } else {
-        fill(place.x, place.y, place.width, page::kButtonHeight,
-             usable ? static_cast<int>(_colorO) : kDimFaceRgb);
-        text(kLabels[place.button], place.x + kButtonTextX, place.y + kButtonTextY,
-             place.width - kButtonTextX, usable ? static_cast<int>(_colorN) : page::kGreyRgb);
+        Painter::button(place.x, place.y, place.width, kLabels[place.button],
+                        usable ? colours::kOrange : kDimFaceRgb,
+                        usable ? colours::kBlack : colours::kGrey);
     }
-    if (usable && under) {
-        frame(place.x, place.y, place.width, page::kButtonHeight, page::kWhiteRgb);
+    if (usable &&
+        page::inside(pointer_.x, pointer_.y, place.x, place.y, place.width, page::kButtonHeight)) {
+        frame(place.x, place.y, place.width, page::kButtonHeight, colours::kWhite);
     }
     if (focused) {
         frame(place.x - kFocusWidth, place.y - kFocusWidth, place.width + 2 * kFocusWidth,
-              page::kButtonHeight + 2 * kFocusWidth, page::kWhiteRgb);
+              page::kButtonHeight + 2 * kFocusWidth, colours::kWhite);
     }
+}
+
+void PagePainter::question() {
+    const QuestionText& words = kQuestions[editor_.question];
+    fill(2, kQuestionY, 636, kQuestionHeight, kQuestionRgb);
+    fill(2, kQuestionY, 636, 1, colours::kOrange);
+    const int used = layout::kTextGap +
+                     textIn(kQuestionRoom, words.question, 10, kQuestionTextY, colours::kWhite);
+    textIn(kQuestionRoom - used, questionSubject(), 10 + used, kQuestionTextY, colours::kOrange);
+    for (const page::ButtonPlace& place : page::kQuestionButtons) {
+        button(place, true, (place.button == page::YES) == (editor_.chosenYes != 0));
+    }
+    text(words.keysHelp, kQuestionKeysX, kQuestionKeysY, colours::kGrey);
+}
+
+std::string PagePainter::questionSubject() const {
+    if (editor_.question == ASK_DISCARD) {
+        return "'" + model_.newName + "'";
+    }
+    const Famille& famille = editor_.shown();
+    return std::to_string(famille.nbTracks) + (famille.nbTracks == 1 ? " track" : " tracks") +
+           " in '" + famille.name + "'";
+}
+
+void PagePainter::scrollBar(int list) {
+    const ScrollBar& bar = model_.scroll[list];
+    const int x = page::kScrollX[list];
+    fill(x, kScrollTop - 1, page::kScrollWidth, kScrollTrack + 2, page::kPaperRgb);
+    fill(x + 1, kScrollTop, page::kScrollWidth - 2, kScrollTrack, kTrackRgb);
+    if (bar.maxPos == 0) {
+        return;
+    }
+    const int top = thumbTop(bar);
+    fill(x, top, page::kScrollWidth, bar.thumb,
+         bar.active != 0 ? colours::kOrange : colours::kGrey);
+    int step = 0;
+    for (const ArrowRow& row : kArrowRows) {
+        fill(x + row.x, top + kUpArrowY + step, row.width, 1, colours::kBlack);
+        fill(x + row.x, top + bar.thumb - kDownArrowY - step, row.width, 1, colours::kBlack);
+        ++step;
+    }
+}
+
+void PagePainter::drag(int x, int y) {
+    if (model_.dropRow < page::kNoDropRow) {
+        fill(page::kListX[page::LEFT], page::kRowHeight * model_.dropRow + page::kFirstRowY,
+             kMarkerWidth, kMarkerHeight, colours::kOrange);
+    }
+    textOn(colours::kBlue, editor_.selectedText().c_str(), x, y, colours::kWhite);
 }

@@ -4,6 +4,7 @@
 // open: a place of width w covers x to x + w - 1. What lies under no part of the page is -1, or
 // kNoDropRow for a drop.
 
+#include <cstdint>
 #include <span>
 
 #include "layout/scroll.h"
@@ -13,6 +14,7 @@ namespace page {
 enum Page : int { BROWSE = 0, NEW_PLAYLIST = 1, TRACKS = 2 };
 enum List : int { LEFT = 0, RIGHT = 1 };
 
+inline constexpr uint32_t kPaperRgb = 0x181818;
 inline constexpr int kFirstRowY = 18;
 inline constexpr int kRowHeight = 13;
 inline constexpr int kListX[2] = {2, 322};
@@ -161,6 +163,11 @@ constexpr int scrollBarAt(int x, int y) {
 
 // The on-screen keyboard: 42 keys in rows of 10.
 inline constexpr int kKeys = 42;
+inline constexpr const char* kKeyTexts[kKeys] = {
+    "a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m",   "n",
+    "o", "p", "q", "r", "s", "t", "u", "v", "w", "x", "y", "z", "_",   "-",
+    "+", "*", "0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "Del", "OK",
+};
 inline constexpr int kKeyColumns = 10;
 inline constexpr int kKeySize = 30;
 inline constexpr int kKeysX = 10;
@@ -168,6 +175,10 @@ inline constexpr int kKeysY = 52;
 inline constexpr int kKeyDel = 40;
 inline constexpr int kKeyOk = 41;
 inline constexpr int kLongestName = 20;  // characters that can be typed
+
+constexpr const char* keyText(int key) {
+    return key >= 0 && key < kKeys ? kKeyTexts[key] : "";
+}
 
 constexpr int keyAt(int x, int y) {
     if (x < kKeysX || x >= kKeysX + kKeyColumns * kKeySize || y < kKeysY) {

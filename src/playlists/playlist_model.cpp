@@ -8,15 +8,12 @@
 #include "common/memory.h"
 #include "common/messages.h"
 #include "core/globals.h"
-#include "layout/page_layout.h"
 #include "moxel/moxel.h"
 #include "playlists/playlist.h"
 
 namespace {
 
 constexpr int kWeightUnit = 250000;
-// What went wrong can be said when there is no memory, too.
-constexpr size_t kRoomForNotice = 200;
 constexpr const char* kUnusedPath = "m2x/none";
 
 std::string workingDirectory() {
@@ -94,9 +91,6 @@ void c_playlist::initPlaylist() {
     newName.clear();
     lastRow = 99;
     nbEntries = 0;
-    nbFound = 0;
-    nbListed = 0;
-    forgetClips();
     dragging = 0;
     dropRow = 0;
     for (int f = 0; f < kPlaylists; ++f) {
@@ -109,19 +103,6 @@ void c_playlist::initPlaylist() {
     previewClip = new c_moxel;
     previewActive = 0;
     previewFrame = 0;
-    question = ASK_NOTHING;
-    press = PRESS_NOTHING;
-    lastPressRow = -1;
-    holdFrames = 0;
-    renaming = 0;
-    chosenYes = 0;
-    focus = page::kNoButton;
-    carriedFrom = -1;
-    muted = 0;
-    // The click that opens the screen is not for its page.
-    closeGate(gate, true, tempsActuel);
-    notice.clear();
-    notice.reserve(kRoomForNotice);
 }
 
 void c_playlist::scanFamilles() {

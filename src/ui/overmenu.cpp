@@ -7,6 +7,7 @@
 #include "core/globals.h"
 #include "draw/lib.h"
 #include "draw/painter.h"
+#include "editor/editor.h"
 #include "layout/colours.h"
 #include "layout/name_rooms.h"
 #include "playlists/playlist.h"
@@ -45,6 +46,7 @@ int rowsShown(int rows, int windowHeight, int workHeight) {
 
 void c_overMenu::initOverMenu() {
     selected = playlist->currentFamille;
+    editor->listOverMix = &selected;
 }
 
 // Deliberate: the box stands 30 pixels from the window's left edge and is centred in the window,

@@ -106,13 +106,13 @@ void Hands::leaveScreen() {
     } else if (all->state == STATE_OPTIONS && _options->page == 1) {
         click(110, 240);  // "cancel", when it waits for a button
         click(600, 380);  // back
-    } else if (all->state == STATE_PLAYLISTS && playlist->question == ASK_DISCARD) {
+    } else if (all->state == STATE_PLAYLISTS && editor->question == ASK_DISCARD) {
         tap(SDLK_LEFT);  // yes
         tap(SDLK_x);
-    } else if (all->state == STATE_PLAYLISTS && playlist->question != ASK_NOTHING) {
+    } else if (all->state == STATE_PLAYLISTS && editor->question != ASK_NOTHING) {
         tap(SDLK_RIGHT);  // no
         tap(SDLK_x);
-    } else if (all->state == STATE_PLAYLISTS && playlist->takesLetters()) {
+    } else if (all->state == STATE_PLAYLISTS && editor->takesLetters()) {
         tap(SDLK_ESCAPE);
     } else {
         tap(SDLK_z);

@@ -87,7 +87,7 @@ TEST_F(GoneFolders, VideosRemovedWithTheExplorerOpen_SaysSoAndGoesOn) {
     // The rows are those of the last listing; entering a folder of them finds nothing.
     const int row = playlist->entries[0] == "live" ? 0 : 1;
     const std::string said = printedBy([&] {
-        playlist->select(page::RIGHT, row);
+        editor->select(page::RIGHT, row);
         hands.tap(SDLK_x);
     });
     EXPECT_EQ(said, "Couldn't open the directory\n");
@@ -111,12 +111,12 @@ TEST_F(GoneFolders, VideosRemoved_SavedListsMarkTheirTracksMissing) {
 
 TEST_F(GoneFolders, VideosRemovedBeforeAPreview_StaysOnThePage) {
     openEditor();
-    playlist->select(page::RIGHT, 0);
+    editor->select(page::RIGHT, 0);
     fs::remove_all("videos");
     printedBy([&] { hands.click(150, 240); });
     EXPECT_EQ(playlist->previewActive, 0);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);
-    EXPECT_NE(playlist->notice, "");
+    EXPECT_NE(editor->notice, "");
     useEverything();
     EXPECT_TRUE(hands.goHome());
 }

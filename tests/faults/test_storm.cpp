@@ -55,7 +55,7 @@ void enterTracks(Hands& hands) {
 
 void enterPreview(Hands& hands) {
     enterEditor(hands);
-    playlist->select(page::RIGHT, 0);
+    editor->select(page::RIGHT, 0);
     hands.click(150, 240);
 }
 

@@ -40,6 +40,7 @@ void destroyPlaylist() {
     if (playlist->dirHandle != nullptr) {
         closedir(playlist->dirHandle);
     }
+    destroy(editor);
     destroy(playlist);
 }
 
@@ -86,6 +87,7 @@ void createObjects() {
     keys->initController();
     playlist = new c_playlist{};
     playlist->initPlaylist();
+    editor = new Editor(*playlist);
     _filters = new c_filters{};
     _filters->initFilters();
     all->checkComposite();

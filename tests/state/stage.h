@@ -15,6 +15,7 @@
 #include "core/globals.h"
 #include "draw/lib.h"
 #include "draw/ttf.h"
+#include "editor/editor.h"
 #include "input/keys.h"
 #include "mainloop.h"
 #include "mixer/filters.h"

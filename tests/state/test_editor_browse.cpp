@@ -124,24 +124,24 @@ TEST_F(Browse, DragOntoEdit_EditsThatPlaylist) {
 TEST_F(Browse, Delete_AsksAndDoesItOnYes) {
     click(leftRow(1));
     click(kDelete);
-    EXPECT_EQ(playlist->question, ASK_DELETE);
+    EXPECT_EQ(editor->question, ASK_DELETE);
     EXPECT_EQ(familleNames(), (Names{"A", "B", "C"}));
     click(kYes);
     EXPECT_EQ(familleNames(), (Names{"A", "C"}));
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     EXPECT_NE(readFile("userdata/playlists.xml").find("<name>C</name>"), std::string::npos);
     EXPECT_EQ(readFile("userdata/playlists.xml").find("<name>B</name>"), std::string::npos);
 }
 
 TEST_F(Browse, DeleteQuestion_NoAndZKeepThePlaylist) {
     drag(leftRow(0), kDelete);
-    EXPECT_EQ(playlist->question, ASK_DELETE);
+    EXPECT_EQ(editor->question, ASK_DELETE);
     click(kNo);
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     drag(leftRow(0), kDelete);
-    ASSERT_EQ(playlist->question, ASK_DELETE);
+    ASSERT_EQ(editor->question, ASK_DELETE);
     tap(KEY_Z);
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);
     EXPECT_EQ(familleNames(), (Names{"A", "B", "C"}));
 }
@@ -154,7 +154,7 @@ TEST_F(Browse, WhileAQuestionStands_NothingElseAnswers) {
     tap(KEY_DOWN);
     tap(KEY_RETURN);
     tap(KEY_BACKSPACE);
-    EXPECT_EQ(playlist->question, ASK_DELETE);
+    EXPECT_EQ(editor->question, ASK_DELETE);
     EXPECT_EQ(playlist->editFamille, 0);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);
 }
@@ -175,7 +175,7 @@ TEST_F(Browse, DeletingTheLastPlaylists_LeavesAnEmptyPage) {
     click(leftRow(0));
     tap(KEY_X);
     tap(KEY_DOWN);
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     EXPECT_EQ(playlist->editPage, page::BROWSE);
     draw();
 }
@@ -237,7 +237,7 @@ TEST_F(Browse, KeysDuringADrag_DoNothingButZLetsGo) {
     }
     EXPECT_EQ(playlist->dragging, 1);
     EXPECT_EQ(playlist->editFamille, 0);
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     tap(KEY_Z);
     EXPECT_EQ(playlist->dragging, 0);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);

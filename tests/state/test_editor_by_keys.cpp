@@ -25,13 +25,13 @@ protected:
     }
     // From a list to a button, and it is used; the row's ends are joined.
     void use(page::Button button) {
-        for (int steps = 0; playlist->focus == page::kNoButton && steps < 2; ++steps) {
+        for (int steps = 0; editor->focus == page::kNoButton && steps < 2; ++steps) {
             tap(hand.left);
         }
-        for (int steps = 0; playlist->focus != button && steps < 10; ++steps) {
+        for (int steps = 0; editor->focus != button && steps < 10; ++steps) {
             tap(hand.right);
         }
-        ASSERT_EQ(playlist->focus, button);
+        ASSERT_EQ(editor->focus, button);
         tap(hand.confirm);
     }
     // The keyboard writes; the pad lights the letters of the screen one after the other.
@@ -77,20 +77,20 @@ protected:
 TEST_P(ByKeys, NewPlaylist_FromNothingAndAway) {
     // Created.
     tap(hand.down);
-    ASSERT_EQ(playlist->focus, page::CREATE) << "an empty list leads to the buttons";
+    ASSERT_EQ(editor->focus, page::CREATE) << "an empty list leads to the buttons";
     tap(hand.confirm);
     ASSERT_EQ(playlist->editPage, page::NEW_PLAYLIST);
     write("set");
     finishName();
     ASSERT_EQ(familleNames(), (Names{"set"}));
-    EXPECT_EQ(playlist->focus, page::kNoButton);
+    EXPECT_EQ(editor->focus, page::kNoButton);
 
     // Filled, from the files.
     tap(hand.confirm);
     ASSERT_EQ(playlist->editPage, page::TRACKS);
     goToEntry("x.m19");
     use(page::ADD);
-    EXPECT_EQ(playlist->focus, page::ADD) << "the hand stays on it";
+    EXPECT_EQ(editor->focus, page::ADD) << "the hand stays on it";
     tap(hand.up);
     goToEntry("y.m19");
     use(page::ADD);
@@ -105,7 +105,7 @@ TEST_P(ByKeys, NewPlaylist_FromNothingAndAway) {
     tap(hand.up);
     tap(hand.confirm);
     EXPECT_EQ(paths(0), (Paths{"y.m19", "x.m19"}));
-    EXPECT_EQ(playlist->carriedFrom, -1);
+    EXPECT_EQ(editor->carriedFrom, -1);
 
     // Previewed, by the row and by the button.
     tap(hand.confirm);
@@ -139,10 +139,10 @@ TEST_P(ByKeys, NewPlaylist_FromNothingAndAway) {
 
     // Deleted: no is what loses nothing, and is chosen at first.
     use(page::DELETE);
-    ASSERT_EQ(playlist->question, ASK_DELETE);
+    ASSERT_EQ(editor->question, ASK_DELETE);
     tap(hand.confirm);
     EXPECT_EQ(familleNames(), (Names{"set-b", "set-b-2"}));
-    ASSERT_EQ(playlist->focus, page::DELETE);
+    ASSERT_EQ(editor->focus, page::DELETE);
     tap(hand.confirm);
     tap(hand.left);
     tap(hand.confirm);
@@ -160,7 +160,7 @@ TEST_P(ByKeys, Playlists_AreCarriedSetDownAndPutBack) {
     playlist->familles[0].nbMissing = 1;
     playlist->familles[0].tracks[0].missing = 1;
     use(page::MOVE);
-    EXPECT_EQ(playlist->carriedFrom, 0);
+    EXPECT_EQ(editor->carriedFrom, 0);
     tap(hand.down);
     tap(hand.down);
     tap(hand.down);
@@ -173,7 +173,7 @@ TEST_P(ByKeys, Playlists_AreCarriedSetDownAndPutBack) {
     tap(hand.back);
     EXPECT_EQ(familleNames(), (Names{"A", "B", "C"}));
     EXPECT_EQ(playlist->editFamille, 0);
-    EXPECT_EQ(playlist->carriedFrom, -1);
+    EXPECT_EQ(editor->carriedFrom, -1);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);
     EXPECT_EQ(saved(), "");
     use(page::MOVE);
@@ -227,15 +227,15 @@ TEST_P(ByKeys, FullPlaylist_KeepsItsOrderAndSaysSo) {
     addFamille("full", std::vector<std::string>(49, "t.m19"));
     tap(hand.confirm);
     use(page::MOVE);
-    EXPECT_EQ(playlist->carriedFrom, -1);
-    EXPECT_EQ(playlist->notice, "49 tracks is the most: remove one first");
+    EXPECT_EQ(editor->carriedFrom, -1);
+    EXPECT_EQ(editor->notice, "49 tracks is the most: remove one first");
     tap(hand.right);
     tap(hand.up);
     tap(hand.right);
     goToEntry("x.m19");
     use(page::ADD);
     EXPECT_EQ(playlist->familles[0].nbTracks, 49);
-    EXPECT_EQ(playlist->notice, "49 tracks is the most: remove one first");
+    EXPECT_EQ(editor->notice, "49 tracks is the most: remove one first");
 }
 
 TEST_P(ByKeys, Tracks_AreRemovedByTheButton) {
@@ -247,7 +247,7 @@ TEST_P(ByKeys, Tracks_AreRemovedByTheButton) {
     tap(hand.confirm);
     tap(hand.confirm);
     EXPECT_EQ(paths(0), Paths{});
-    EXPECT_EQ(playlist->focus, page::kNoButton) << "it has nothing left to delete";
+    EXPECT_EQ(editor->focus, page::kNoButton) << "it has nothing left to delete";
     tap(hand.confirm);
     EXPECT_EQ(paths(0), Paths{}) << "once too often does nothing";
 }
@@ -257,7 +257,7 @@ TEST_P(ByKeys, QuestionAboutChanges_IsAnsweredEveryWay) {
         tap(hand.confirm);
         use(page::DELETE);
         tap(hand.back);
-        ASSERT_EQ(playlist->question, ASK_SAVE);
+        ASSERT_EQ(editor->question, ASK_SAVE);
     };
     addFamille("set", {"A", "B", "C"});
     changed();
@@ -285,20 +285,20 @@ TEST_P(ByKeys, NamePage_CancelIsBelowTheKeys) {
     tap(hand.confirm);
     write("a");
     tap(hand.down, 5);
-    ASSERT_EQ(playlist->focus, page::OK);
+    ASSERT_EQ(editor->focus, page::OK);
     tap(hand.right);
-    ASSERT_EQ(playlist->focus, page::CANCEL);
+    ASSERT_EQ(editor->focus, page::CANCEL);
     tap(hand.up);
-    EXPECT_EQ(playlist->focus, page::kNoButton) << "back to the keys";
+    EXPECT_EQ(editor->focus, page::kNoButton) << "back to the keys";
     tap(hand.down);
     tap(hand.left);
-    ASSERT_EQ(playlist->focus, page::CANCEL) << "the row's ends are joined";
+    ASSERT_EQ(editor->focus, page::CANCEL) << "the row's ends are joined";
     if (hand.confirm == KEY_X) {
         typeKey(SDLK_RETURN, '\r', KEY_RETURN);
     } else {
         tap(hand.confirm);
     }
-    EXPECT_EQ(playlist->question, ASK_DISCARD);
+    EXPECT_EQ(editor->question, ASK_DISCARD);
     EXPECT_EQ(playlist->nbFamilles, 0);
 }
 
@@ -309,33 +309,33 @@ TEST_P(ByKeys, ButtonsAreReachedFromEveryList_AndKeepTheSelection) {
     frame();
     tap(hand.down);
     tap(hand.left);
-    EXPECT_EQ(playlist->focus, page::CREATE);
+    EXPECT_EQ(editor->focus, page::CREATE);
     EXPECT_EQ(playlist->editFamille, 1) << "any row can be worked on";
     tap(hand.up);
     tap(hand.right);
     EXPECT_EQ(playlist->dragSource, 1);
     tap(hand.right);
-    EXPECT_EQ(playlist->focus, page::CREATE) << "right of the right list";
+    EXPECT_EQ(editor->focus, page::CREATE) << "right of the right list";
     EXPECT_EQ(playlist->dragSource, 1);
     tap(hand.up);
     tap(hand.down);
-    EXPECT_EQ(playlist->focus, page::CREATE) << "below the last row";
+    EXPECT_EQ(editor->focus, page::CREATE) << "below the last row";
     tap(hand.up);
     tap(hand.left);
     tap(hand.down);
     tap(hand.right);
-    EXPECT_EQ(playlist->focus, page::CREATE) << "an empty list is no stop on the way";
+    EXPECT_EQ(editor->focus, page::CREATE) << "an empty list is no stop on the way";
     EXPECT_EQ(playlist->dragSource, 0);
     tap(hand.left);
-    EXPECT_EQ(playlist->focus, page::BACK);
+    EXPECT_EQ(editor->focus, page::BACK);
     tap(hand.left);
-    EXPECT_EQ(playlist->focus, page::MOVE);
+    EXPECT_EQ(editor->focus, page::MOVE);
     tap(hand.left);
     tap(hand.left);
     tap(hand.left);
-    EXPECT_EQ(playlist->focus, page::DELETE);
+    EXPECT_EQ(editor->focus, page::DELETE);
     tap(hand.left);
-    EXPECT_EQ(playlist->focus, page::EDIT) << "a playlist has no preview";
+    EXPECT_EQ(editor->focus, page::EDIT) << "a playlist has no preview";
 }
 
 TEST_P(ByKeys, HeldArrow_StopsAtTheListsEnd) {
@@ -350,7 +350,7 @@ TEST_P(ByKeys, HeldArrow_StopsAtTheListsEnd) {
         frame();
     }
     EXPECT_EQ(playlist->editFamille, 19);
-    EXPECT_EQ(playlist->focus, page::kNoButton);
+    EXPECT_EQ(editor->focus, page::kNoButton);
 }
 
 INSTANTIATE_TEST_SUITE_P(Alone, ByKeys, ::testing::Values(kKeyboard, kPad),

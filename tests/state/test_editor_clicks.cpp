@@ -130,9 +130,9 @@ TEST_F(TwoClicks, OnAPlaylist_SelectNoTrackOfThePageThatOpens) {
 TEST_F(TwoClicks, OnDelete_AnswerNothing) {
     click(kDelete);
     clickAfter(120, kYes);
-    EXPECT_EQ(playlist->question, ASK_DELETE);
+    EXPECT_EQ(editor->question, ASK_DELETE);
     clickAfter(300, kYes);
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     clickAfter(120, kCreate);
     EXPECT_EQ(playlist->editPage, page::BROWSE) << "the answer holds off as well";
     EXPECT_EQ(familleNames(), (Names{"B"}));
@@ -250,7 +250,7 @@ TEST_F(Wheel, ElsewhereAndOnOtherPages_DoesNothing) {
     }
     click(kDelete);
     turnWheel(leftRow(3), 1);
-    EXPECT_EQ(playlist->question, ASK_DELETE);
+    EXPECT_EQ(editor->question, ASK_DELETE);
     click(kNo);
     click(kCreate);
     turnWheel(leftRow(3), 1);

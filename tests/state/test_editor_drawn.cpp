@@ -43,9 +43,9 @@ protected:
             playlist->entries[e] = numbered("e", e);
             playlist->entryIsDir[e] = e % 3 == 0 ? 1 : 0;
             playlist->entryIsClip[e] = e % 3 == 0 ? 0 : 1;
-            playlist->clipFacts[e] = {clip::SURVEY_PLAYS, 100 + e, kSteps[e % 4]};
+            editor->explorer.facts[e] = {clip::SURVEY_PLAYS, 100 + e, kSteps[e % 4]};
         }
-        playlist->nbEntries = playlist->nbFound = playlist->nbListed = 30;
+        playlist->nbEntries = editor->explorer.found = editor->explorer.listed = 30;
         playlist->initScroll(1, 30);
     }
     static void scrollTo(int left, int right) {
@@ -114,7 +114,7 @@ protected:
         textRight("frames", 578, 4, kGrey);
     }
     static void editList11() {
-        playlist->select(0, 11);
+        editor->select(0, 11);
         click(kEdit);
         ASSERT_EQ(playlist->editPage, page::TRACKS);
         manyEntries();
@@ -228,7 +228,7 @@ TEST_F(Pages, CarriedRowAndNotice_HaveTheirLines) {
     manyPlaylists();
     click(kMove);
     pointAt(kNowhere);
-    playlist->notice = "as it is";
+    editor->notice = "as it is";
     lines(262, kBrowseMouse, kCarry, "list 0");
     text("as it is", 4, 296, kOrange);
     EXPECT_TRUE(drawnAsWantedIn(0, 254, 640, 106));
@@ -264,7 +264,7 @@ TEST_F(Pages, TracksPage_Scrolled) {
     click(rightRow(4));
     pointAt(kNowhere);
     playlist->familles[11].tracks[10].missing = 1;
-    playlist->nbFound = 120;
+    editor->explorer.found = 120;
     playlist->browseDir = playlist->baseDir + "/videos/live";
     title("tracks", "40 of 49 in 'list 11'", 7);
     trackRows(0, 8, 12, kElsewhere);
@@ -282,7 +282,7 @@ TEST_F(Pages, ClipsNotYetLookedInto_ShowPoints) {
     editList11();
     scrollTo(0, 15);
     for (const int entry : {19, 20}) {
-        playlist->clipFacts[entry] = {};
+        editor->explorer.facts[entry] = {};
     }
     // A frame looks into one clip: there is no file of that name.
     const Picture page = drawn();

@@ -77,7 +77,7 @@ TEST_F(NamePage, HalfWritten_TheKeyUnderThePointerIsLit) {
         cap(key, kMarked, kBlack);
         EXPECT_TRUE(drawnAsWanted(kNameButtonsY)) << key;
     }
-    playlist->enterButtons();
+    editor->enterButtons();
     caps(true, true);
     EXPECT_TRUE(drawnAsWanted(kNameButtonsY)) << "the keys are on a button";
     tempsActuel = 90000;
@@ -267,7 +267,7 @@ TEST_F(DragLabel, RowsOfScrolledLists_AreNamed) {
     for (int t = 0; t < 30; ++t) {
         tracks.push_back(numbered("t", t));
     }
-    playlist->select(0, addFamille("last", tracks));
+    editor->select(0, addFamille("last", tracks));
     frame();
     playlist->scroll[1].pos = 10;
     press(rightRow(6));

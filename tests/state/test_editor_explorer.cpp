@@ -73,7 +73,7 @@ const Paths kOneOfEach = {"clip a.m19",        "clip other.m19", "clip to-clip.m
 TEST_F(Listing, Links_CountAsWhatTheyLeadTo) {
     placeOneOfEach();
     EXPECT_EQ(kinds(), kOneOfEach);
-    EXPECT_EQ(playlist->nbFound, 6);
+    EXPECT_EQ(editor->explorer.found, 6);
 }
 
 TEST_F(Listing, FileSystemThatNamesNoTypes_ListsTheSame) {
@@ -114,15 +114,15 @@ TEST_F(Listing, LongFolder_ShowsTheFirstHundred) {
     }
     closedir(folder);
     playlist->readDir("videos");
-    EXPECT_EQ(playlist->nbFound, 1);
-    EXPECT_EQ(playlist->nbListed, 1);
+    EXPECT_EQ(editor->explorer.found, 1);
+    EXPECT_EQ(editor->explorer.listed, 1);
     playlist->readDir("long");
     EXPECT_EQ(Paths(playlist->entries, playlist->entries + playlist->nbEntries), wanted);
-    EXPECT_EQ(playlist->nbListed, 99) << "the way back takes a row";
-    EXPECT_EQ(playlist->nbFound, 151);
+    EXPECT_EQ(editor->explorer.listed, 99) << "the way back takes a row";
+    EXPECT_EQ(editor->explorer.found, 151);
     playlist->readDir("gone");
-    EXPECT_EQ(playlist->nbFound, 0);
-    EXPECT_EQ(playlist->nbListed, 0);
+    EXPECT_EQ(editor->explorer.found, 0);
+    EXPECT_EQ(editor->explorer.listed, 0);
 }
 
 TEST_F(Listing, OpenedFromTheEditor_IsTheVideosFolderOfTheStart) {
@@ -196,8 +196,8 @@ TEST_F(ExplorerPage, Clip_ShowsItsFramesAndItsSeconds) {
     draw();
     letLook();
     // 16 blocks of few records: 3 + 16 steps of 39 ms.
-    EXPECT_EQ(playlist->clipFacts[1].frames, 256);
-    EXPECT_EQ(playlist->clipFacts[1].steps, 19);
+    EXPECT_EQ(editor->explorer.facts[1].frames, 256);
+    EXPECT_EQ(editor->explorer.facts[1].steps, 19);
     expectWords(1, kRight, "0.7 s", 0x888888);
     expectWords(1, kRight - 46, "256", 0x888888);
     click(rightRow(1));
@@ -205,14 +205,14 @@ TEST_F(ExplorerPage, Clip_ShowsItsFramesAndItsSeconds) {
     draw();
     expectWords(1, kRight, "0.7 s", 0);
     expectWords(1, kRight - 46, "256", 0);
-    EXPECT_EQ(playlist->clipFacts[0].frames, 0) << "the way back is no clip";
+    EXPECT_EQ(editor->explorer.facts[0].frames, 0) << "the way back is no clip";
 }
 
 TEST_F(ExplorerPage, BrokenClip_SaysSo) {
     enter("c");
     pointAt(kNowhere);
     letLook();
-    EXPECT_EQ(playlist->clipFacts[1].state, clip::SURVEY_BROKEN);
+    EXPECT_EQ(editor->explorer.facts[1].state, clip::SURVEY_BROKEN);
     expectWords(1, kRight, "broken", 0xFE00C3);
 }
 
@@ -221,7 +221,7 @@ TEST_F(ExplorerPage, PipeInTheClipsPlace_DoesNotHoldThePageUp) {
     std::filesystem::remove("videos/a/long.m19");
     ASSERT_EQ(mkfifo("videos/a/long.m19", 0600), 0);
     draw();
-    EXPECT_EQ(playlist->clipFacts[1].state, clip::SURVEY_BROKEN);
+    EXPECT_EQ(editor->explorer.facts[1].state, clip::SURVEY_BROKEN);
 }
 
 // A frame looks into one clip, into 256 KB of it at most and what a block begins with.
@@ -233,7 +233,7 @@ TEST_F(ExplorerPage, LookingInto_TakesOneClipAFrame) {
     editFirst();
     enter("many");
     const auto known = [] {
-        return std::count_if(playlist->clipFacts, playlist->clipFacts + 100,
+        return std::count_if(editor->explorer.facts, editor->explorer.facts + 100,
                              [](const ClipFacts& f) { return f.state != clip::SURVEY_GOES_ON; });
     };
     EXPECT_EQ(known(), 0) << "entering a folder opens no clip";
@@ -261,11 +261,11 @@ TEST_F(ExplorerPage, LargeClip_TakesSeveralFrames) {
     enter("a");
     for (int frames = 1; frames <= 4; ++frames) {
         draw();
-        EXPECT_EQ(playlist->clipFacts[1].state, clip::SURVEY_GOES_ON) << frames;
+        EXPECT_EQ(editor->explorer.facts[1].state, clip::SURVEY_GOES_ON) << frames;
     }
     letLook();
-    EXPECT_EQ(playlist->clipFacts[1].state, clip::SURVEY_PLAYS);
-    EXPECT_EQ(playlist->clipFacts[1].steps, 13) << "3 and 20000 / 2000";
+    EXPECT_EQ(editor->explorer.facts[1].state, clip::SURVEY_PLAYS);
+    EXPECT_EQ(editor->explorer.facts[1].steps, 13) << "3 and 20000 / 2000";
 }
 
 TEST_F(ExplorerPage, Title_TellsWhenThereIsMoreThanTheList) {
@@ -316,7 +316,7 @@ TEST_F(DoubleClick, OnAClip_AddsItBehindTheSelectedTrack) {
     pressAt(10400, clip);
     EXPECT_EQ(paths(0), (Paths{"A", "B", "x.m19", "C"}));
     EXPECT_EQ(playlist->selRow, 2);
-    EXPECT_EQ(playlist->press, PRESS_NOTHING);
+    EXPECT_EQ(editor->press, PRESS_NOTHING);
     pressAt(10500, clip);
     EXPECT_EQ(paths(0).size(), 4u) << "the third click is a first one";
 }
@@ -326,7 +326,7 @@ TEST_F(DoubleClick, IntoAFullPlaylist_SaysSo) {
     pressAt(10000, clip);
     pressAt(10200, clip);
     EXPECT_EQ(playlist->familles[0].nbTracks, 49);
-    EXPECT_EQ(playlist->notice, "49 tracks is the most: remove one first");
+    EXPECT_EQ(editor->notice, "49 tracks is the most: remove one first");
 }
 
 TEST_F(DoubleClick, TooSlowOrAfterAStepOfTheClock_IsNone) {

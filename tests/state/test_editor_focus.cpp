@@ -50,7 +50,7 @@ TEST_F(FocusMarks, CarriedRow_IsOrange) {
     draw();
     EXPECT_EQ(rowColour(1), kWhite);
     EXPECT_EQ(familleNames(), (Names{"B", "A"}));
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     EXPECT_NE(readFile("userdata/playlists.xml"), "");
 }
 

@@ -28,7 +28,7 @@ TEST_F(LostNames, PathOf91_IsAddedAndComesBack) {
     writeFile("videos/" + clip(91), "");
     editFirst();
     addEntry(clip(91));
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     EXPECT_EQ(pathsAfterARestart(), (Paths{"A", clip(91)}));
 }
 
@@ -37,10 +37,10 @@ TEST_F(LostNames, PathOf92_IsRefusedWithALine) {
     editFirst();
     addEntry(clip(92));
     EXPECT_EQ(paths(0), Paths{"A"});
-    EXPECT_EQ(playlist->notice, "91 signs is the most with its folders: use shorter names");
+    EXPECT_EQ(editor->notice, "91 signs is the most with its folders: use shorter names");
     drag(rightRow(rowOfEntry(clip(92))), leftRow(0));
     EXPECT_EQ(paths(0), Paths{"A"});
-    EXPECT_NE(playlist->notice, "");
+    EXPECT_NE(editor->notice, "");
 }
 
 // "live/" takes five of the 91.
@@ -50,9 +50,9 @@ TEST_F(LostNames, Folders_Count) {
     editFirst();
     click(rightRow(rowOfEntry("live")));
     addEntry(clip(87));
-    EXPECT_EQ(playlist->notice, "91 signs is the most with its folders: use shorter names");
+    EXPECT_EQ(editor->notice, "91 signs is the most with its folders: use shorter names");
     addEntry(clip(86));
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     EXPECT_EQ(pathsAfterARestart(), (Paths{"A", "live/" + clip(86)}));
 }
 
@@ -62,9 +62,9 @@ TEST_F(LostNames, PathWithTheClosingTag_IsRefusedWithALine) {
     editFirst();
     click(rightRow(rowOfEntry("x<")));
     addEntry("track>.m19");
-    EXPECT_EQ(playlist->notice, "a playlist cannot keep this name: use another one");
+    EXPECT_EQ(editor->notice, "a playlist cannot keep this name: use another one");
     addEntry("name>.m19");
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     EXPECT_EQ(pathsAfterARestart(), (Paths{"A", "x</name>.m19"}));
 }
 
@@ -76,13 +76,13 @@ TEST_F(LostNames, NewPlaylist_IsRefusedWithALineAndThePageStays) {
         click(kOk);
         EXPECT_EQ(playlist->nbFamilles, 1) << name;
         EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST) << name;
-        EXPECT_EQ(playlist->notice, name.size() > 92
+        EXPECT_EQ(editor->notice, name.size() > 92
                                         ? "92 signs is the most: use a shorter name"
                                         : "a playlist cannot keep this name: use another one");
     }
     playlist->newName = std::string(92, 'n');
     click(kOk);
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     playlist->lireXML();
     EXPECT_EQ(familleNames(), (std::vector<std::string>{"set", std::string(92, 'n')}));
 }

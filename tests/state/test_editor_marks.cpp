@@ -117,7 +117,7 @@ TEST_F(MarksDrawn, MissingTrack_IsReadableOnEveryRow) {
     expectReadable(0, 275, 31, "plain");
     expectReadable(1, 275, 31, "selected");
     expectReadable(2, 275, 31, "lit");
-    playlist->select(page::RIGHT, 0);
+    editor->select(page::RIGHT, 0);
     draw();
     expectReadable(1, 275, 31, "selected, the other list in use");
 }

@@ -45,7 +45,7 @@ TEST_F(Typing, LettersThatSwitchElsewhere_WriteAndNothingElse) {
         EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST) << slot;
         EXPECT_EQ(keys->writing, 1);
     }
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
 }
 
 // All within one frame: what comes behind Return is not for the next page.
@@ -65,7 +65,7 @@ TEST_F(Typing, BurstOfKeys_IsTakenInItsOrder) {
     setKeys({KEY_X, KEY_Z, KEY_BACKSPACE, KEY_RETURN});
     frame();
     EXPECT_EQ(playlist->editPage, page::BROWSE);
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     EXPECT_EQ(all->state, STATE_PLAYLISTS);
     EXPECT_EQ(keys->writing, 0);
 }
@@ -73,7 +73,7 @@ TEST_F(Typing, BurstOfKeys_IsTakenInItsOrder) {
 TEST_F(Typing, KeyHeldSinceThePageBefore_DoesNotWrite) {
     click(kCancel);
     tap(KEY_LEFT);
-    ASSERT_EQ(playlist->focus, page::CREATE);
+    ASSERT_EQ(editor->focus, page::CREATE);
     setKeys({KEY_X});
     keys->keyHeld = 1;
     frame();
@@ -94,7 +94,7 @@ TEST_F(Typing, Writing_IsOnForThisPageAlone) {
     EXPECT_EQ(keys->writing, 1);
     type("a");
     click(kCancel);
-    ASSERT_EQ(playlist->question, ASK_DISCARD);
+    ASSERT_EQ(editor->question, ASK_DISCARD);
     EXPECT_EQ(keys->writing, 0) << "a question takes no letters";
     click(kNo);
     EXPECT_EQ(keys->writing, 1);
@@ -120,7 +120,7 @@ TEST_F(Typing, HalfTypedName_IsAskedFor) {
           std::function<void()>(byButton)}) {
         type("ab");
         leave();
-        ASSERT_EQ(playlist->question, ASK_DISCARD);
+        ASSERT_EQ(editor->question, ASK_DISCARD);
         EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST);
         // Back goes on writing, and so does no, which is chosen at first.
         tap(PAD_BACK);
@@ -150,7 +150,7 @@ TEST_F(Typing, HeldEscape_AsksOnce) {
     keys->keyHeld = 1;
     for (int repeats = 0; repeats < 20; ++repeats) {
         frame();
-        EXPECT_EQ(playlist->question, ASK_DISCARD);
+        EXPECT_EQ(editor->question, ASK_DISCARD);
     }
     keys->keyHeld = 0;
 }
@@ -191,7 +191,7 @@ TEST_F(OldNames, RenameLeftOrToTheSame_ChangesNothing) {
     click(kRename);
     type("x");
     click(kCancel);
-    EXPECT_EQ(playlist->question, ASK_DISCARD);
+    EXPECT_EQ(editor->question, ASK_DISCARD);
     click(kYes);
     EXPECT_EQ(familleNames(), (Names{"A", "B"}));
     EXPECT_FALSE(std::filesystem::exists("userdata/playlists.xml"));
@@ -202,7 +202,7 @@ TEST_F(OldNames, RenameToWhatTheFileWouldLose_IsRefusedWithALine) {
     playlist->newName = "</all>";
     click(kOk);
     EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST);
-    EXPECT_EQ(playlist->notice, "a playlist cannot keep this name: use another one");
+    EXPECT_EQ(editor->notice, "a playlist cannot keep this name: use another one");
     EXPECT_EQ(familleNames(), (Names{"A", "B"}));
 }
 

@@ -52,7 +52,7 @@ TEST_F(Preview, OfAPlaylist_IsNone) {
     EXPECT_EQ(playlist->previewActive, 0);
     drag(leftRow(0), kPreview);
     EXPECT_EQ(playlist->previewActive, 0);
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
 }
 
 TEST_F(Preview, OfATrackOfTheShownPlaylist_LoadsIt) {
@@ -93,14 +93,14 @@ TEST_F(Preview, OfBrokenAndMissingClips_TheEditorStaysAndSaysSo) {
         tap(KEY_X);
         EXPECT_EQ(playlist->previewActive, 0);
         EXPECT_EQ(playlist->previewClip->hasRAM, 0);
-        EXPECT_EQ(playlist->notice,
+        EXPECT_EQ(editor->notice,
                   row == 2 ? "'broken.m19' could not be loaded" : "'gone.m19' could not be loaded");
         draw();
         // In the page, 320 and 180 pixels from the surface's corner.
         EXPECT_GT(countPixels(screen[0], 324, 476, 200, 12, 0xFD80), 20) << "the line is there";
     }
     click(rightRow(0));
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
 }
 
 TEST_F(Preview, OfAPipe_DoesNotWaitForIt) {
@@ -280,7 +280,7 @@ TEST_F(Preview, In1024By768_ProgressAndTextsAreInsideTheWindow) {
     const std::string name = std::string(200, 'W') + ".m19";
     placeClip("rgb-all-360.m19", name);
     addFamille("long", {name});
-    playlist->select(page::LEFT, 1);
+    editor->select(page::LEFT, 1);
     playlist->dragSource = 1;
     start();
     ASSERT_EQ(playlist->previewActive, 1);
@@ -302,7 +302,7 @@ TEST_F(CompositePreview, LongName_EndsInsideTheWindow) {
     const std::string name = std::string(200, 'W') + ".m19";
     placeClip("rgb-all-360.m19", name);
     addFamille("long", {name});
-    playlist->select(page::LEFT, 1);
+    editor->select(page::LEFT, 1);
     playlist->dragSource = 1;
     start();
     draw();

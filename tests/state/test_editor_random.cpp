@@ -45,16 +45,16 @@ protected:
     // Each page has its turns, however the hands find their way.
     void startOn(int shown) {
         playlist->editPage = page::BROWSE;
-        playlist->question = ASK_NOTHING;
-        playlist->carriedFrom = -1;
-        playlist->gate = {};
+        editor->question = ASK_NOTHING;
+        editor->carriedFrom = -1;
+        editor->gate = {};
         if (playlist->nbFamilles == 0) {
             addFamille("again", {"full.m19"});
         }
         if (shown == page::NEW_PLAYLIST) {
-            playlist->useButton(below(2) == 0 ? page::CREATE : page::RENAME);
+            editor->useButton(below(2) == 0 ? page::CREATE : page::RENAME);
         } else if (shown == page::TRACKS) {
-            playlist->useButton(page::EDIT);
+            editor->useButton(page::EDIT);
         }
     }
     void anyFrame() {
@@ -87,7 +87,7 @@ protected:
             ASSERT_GE(playlist->familles[f].nbTracks, 0);
         }
         ASSERT_LE(playlist->newName.size(), 92u) << "an old name may be as long as in a file";
-        ASSERT_LT(playlist->carriedFrom, 50);
+        ASSERT_LT(editor->carriedFrom, 50);
         for (const ScrollBar& bar : playlist->scroll) {
             ASSERT_GE(bar.pos, 0);
             ASSERT_LE(bar.pos, bar.maxPos);
@@ -95,11 +95,11 @@ protected:
     }
 
     void noteWhatIsSeen() {
-        carried += playlist->carriedFrom >= 0 ? 1 : 0;
-        focused += playlist->focus != page::kNoButton ? 1 : 0;
-        renamed += playlist->takesLetters() && playlist->renaming != 0 ? 1 : 0;
+        carried += editor->carriedFrom >= 0 ? 1 : 0;
+        focused += editor->focus != page::kNoButton ? 1 : 0;
+        renamed += editor->takesLetters() && editor->renaming != 0 ? 1 : 0;
         copied = std::max(copied, playlist->nbFamilles);
-        discarding += playlist->question == ASK_DISCARD ? 1 : 0;
+        discarding += editor->question == ASK_DISCARD ? 1 : 0;
     }
 
     const unsigned seed = chosenSeed();

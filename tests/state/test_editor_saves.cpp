@@ -16,7 +16,7 @@ protected:
         frame();
     }
     static bool says(const char* words) {
-        return playlist->notice.find(words) != std::string::npos;
+        return editor->notice.find(words) != std::string::npos;
     }
     static bool saidOnPage() {
         draw();
@@ -40,7 +40,7 @@ TEST_F(FailedSave, OfANewPlaylist_KeepsThePageAndTheNameAlone) {
     click(kOk);
     EXPECT_EQ(familleNames(), (Names{"A", "B", "abc"}));
     EXPECT_TRUE(saved("<name>abc</name>"));
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
 }
 
 TEST_F(FailedSave, OfARename_KeepsThePageAndTheOldName) {
@@ -67,14 +67,14 @@ TEST_F(FailedSave, OfTracks_KeepsThePageAndTheEdit) {
     EXPECT_TRUE(saidOnPage());
     // Yes to "save changes?" fails in the same way.
     click(kTracksBack);
-    ASSERT_EQ(playlist->question, ASK_SAVE);
+    ASSERT_EQ(editor->question, ASK_SAVE);
     click(kYes);
     EXPECT_EQ(playlist->editPage, page::TRACKS);
     EXPECT_TRUE(saidOnPage());
     letSave();
     click(kConfirm);
     EXPECT_EQ(playlist->editPage, page::BROWSE);
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     EXPECT_FALSE(saved("a0.m19"));
     EXPECT_TRUE(saved("a1.m19"));
 }
@@ -86,7 +86,7 @@ TEST_F(FailedSave, OfDeleteMoveAndCopy_GoesWithTheNextOne) {
     EXPECT_EQ(familleNames(), (Names{"A", "A-2", "B"}));
     EXPECT_TRUE(saidOnPage());
     click(kNowhere);
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     drag(leftRow(2), leftRow(0));
     EXPECT_EQ(familleNames(), (Names{"B", "A", "A-2"}));
     EXPECT_TRUE(saidOnPage());
@@ -98,7 +98,7 @@ TEST_F(FailedSave, OfDeleteMoveAndCopy_GoesWithTheNextOne) {
     EXPECT_TRUE(saidOnPage());
     click(leftRow(0));
     tap(KEY_LEFT);
-    while (playlist->focus != page::MOVE) {
+    while (editor->focus != page::MOVE) {
         tap(KEY_RIGHT);
     }
     tap(KEY_X);
@@ -109,7 +109,7 @@ TEST_F(FailedSave, OfDeleteMoveAndCopy_GoesWithTheNextOne) {
     letSave();
     EXPECT_FALSE(std::filesystem::exists(kFile));
     drag(leftRow(0), leftRow(5));
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     EXPECT_EQ(readFile(kFile),
               "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n"
               "\t<playlist>\n\t\t<name>B</name>\n\t\t<track>b0.m19</track>\n\t</playlist>\n"

@@ -164,7 +164,7 @@ TEST_F(EditorScreen, MissingFiles_AreNotedInPink) {
     playlist->familles[1].nbMissing = 1;
     playlist->familles[1].tracks[1].missing = 1;
     frame();
-    playlist->select(0, 1);
+    editor->select(0, 1);
     draw();
     EXPECT_EQ(count(2, 18, 308, 13, kPink), 0);
     EXPECT_GT(count(2, 31, 308, 13, kDeepPink), 50);
@@ -222,11 +222,11 @@ TEST_F(EditorScreen, NamesOfAnyBytes_AreDrawn) {
     }
     frame();
     for (int f = 0; f < playlist->nbFamilles; ++f) {
-        playlist->select(0, f);
+        editor->select(0, f);
         draw();
-        playlist->useButton(page::EDIT);
+        editor->useButton(page::EDIT);
         draw();
-        playlist->goBack();
+        editor->goBack();
     }
     EXPECT_EQ(playlist->editPage, page::BROWSE);
 }

@@ -140,10 +140,10 @@ TEST_F(OnePlaylist, BackWithoutChanges_AsksNothing) {
 TEST_F(OnePlaylist, BackWithChanges_AsksToSave) {
     drag(leftRow(0), kTrackDelete);
     click(kTracksBack);
-    EXPECT_EQ(playlist->question, ASK_SAVE);
+    EXPECT_EQ(editor->question, ASK_SAVE);
     EXPECT_EQ(playlist->editPage, page::TRACKS);
     tap(KEY_Z);
-    EXPECT_EQ(playlist->question, ASK_NOTHING);
+    EXPECT_EQ(editor->question, ASK_NOTHING);
     EXPECT_EQ(playlist->editPage, page::TRACKS) << "go on editing";
     tap(KEY_Z);
     click(kNo);
@@ -220,12 +220,12 @@ TEST_F(OnePlaylist, The50thTrack_IsRefusedWithALine) {
     playlist->familles[0].nbTracks = 49;
     drag(rightRow(rowOfEntry("x.m19")), leftRow(0));
     EXPECT_EQ(playlist->familles[0].nbTracks, 49);
-    EXPECT_NE(playlist->notice, "");
+    EXPECT_NE(editor->notice, "");
     click(kNowhere);
-    EXPECT_EQ(playlist->notice, "");
+    EXPECT_EQ(editor->notice, "");
     drag(leftRow(0), leftRow(5));
     EXPECT_EQ(paths(0)[0], "A");
-    EXPECT_NE(playlist->notice, "");
+    EXPECT_NE(editor->notice, "");
 }
 
 TEST_F(OnePlaylist, RecordsPastTheLimit_AreShownAndShrunk) {

@@ -33,7 +33,7 @@ struct Operation {
 
 void openTracks() {
     playlist->editFamille = 2;
-    playlist->useButton(page::EDIT);
+    editor->useButton(page::EDIT);
 }
 
 void openAndRemoveOne() {
@@ -57,8 +57,8 @@ const Operation kOperations[] = {
      [] { playlist->readDir(".. back"); }},
     {"DiscardTracks", openAndRemoveOne,
      [] {
-         playlist->question = ASK_SAVE;
-         playlist->answer(false);
+         editor->question = ASK_SAVE;
+         editor->answer(false);
      }},
     {"RemoveFirstPlaylist", [] {}, [] { playlist->removeFamille(0); }},
     {"RemoveLastPlaylist", [] {}, [] { playlist->removeFamille(3); }},
@@ -66,20 +66,20 @@ const Operation kOperations[] = {
     {"MovePlaylistDown", [] {}, [] { playlist->deplacerFamille(0, 4); }},
     {"CreatePlaylist", [] { playlist->newName = "a name of twenty"; },
      [] { playlist->createNewFamille(); }},
-    {"CopyPlaylist", [] { playlist->select(page::LEFT, 1); },
-     [] { playlist->useButton(page::COPY); }},
+    {"CopyPlaylist", [] { editor->select(page::LEFT, 1); },
+     [] { editor->useButton(page::COPY); }},
     {"CarryPlaylist",
      [] {
-         playlist->select(page::LEFT, 1);
-         playlist->useButton(page::MOVE);
+         editor->select(page::LEFT, 1);
+         editor->useButton(page::MOVE);
      },
-     [] { playlist->carry(1); }},
+     [] { editor->carry(1); }},
     {"CarryTrack",
      [] {
          openTracks();
-         playlist->useButton(page::MOVE);
+         editor->useButton(page::MOVE);
      },
-     [] { playlist->carry(1); }},
+     [] { editor->carry(1); }},
     {"Scan", [] {}, [] { playlist->scanFamilles(); }},
 };
 
@@ -90,9 +90,9 @@ protected:
     static void renew() {
         printedBy([] {
             std::filesystem::create_directories(std::string("videos/") + kFolder);
-            playlist->question = ASK_NOTHING;
+            editor->question = ASK_NOTHING;
             playlist->editPage = page::BROWSE;
-            playlist->carriedFrom = -1;
+            editor->carriedFrom = -1;
             playlist->editFamille = 0;
             std::string().swap(playlist->newName);
             std::string().swap(playlist->curDir);
@@ -102,7 +102,7 @@ protected:
                 std::swap(each, fresh);
             }
             Famille fresh;
-            std::swap(playlist->enteredFamille, fresh);
+            std::swap(editor->enteredFamille, fresh);
             playlist->nbFamilles = 0;
             for (int f = 0; f < 4; ++f) {
                 std::vector<std::string> paths;
@@ -260,7 +260,7 @@ TEST_F(ShortEditor, DropWithoutMemory_IsLetGo) {
     withFailingMemory(1, Shortage::FROM_THEN_ON,
                       [&] { ended = withinMemory([] { keys->actionsEditPlaylists(); }); });
     EXPECT_FALSE(ended);
-    EXPECT_EQ(playlist->press, PRESS_NOTHING);
+    EXPECT_EQ(editor->press, PRESS_NOTHING);
     EXPECT_EQ(playlist->dragging, 0);
     EXPECT_EQ(paths(0)[0], longText("track", 1));
 }
@@ -281,7 +281,7 @@ TEST_F(ShortEditor, PreviewWithoutMemory_StaysOnThePage) {
         draw();
         shown = playlist->previewActive != 0;
         EXPECT_EQ(shown, playlist->previewClip->state == CLIP_READY);
-        playlist->endPreview();
+        editor->endPreview();
     }
     EXPECT_GT(call, 27);
     EXPECT_LT(call, kMostCalls);

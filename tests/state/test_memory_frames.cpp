@@ -55,14 +55,14 @@ struct EditorPage {
 
 const EditorPage kPages[] = {
     {"Browse", [] {}},
-    {"Question", [] { playlist->question = ASK_DELETE; }},
+    {"Question", [] { editor->question = ASK_DELETE; }},
     {"Name", [] { playlist->editPage = page::NEW_PLAYLIST; }},
-    {"Tracks", [] { playlist->useButton(page::EDIT); }},
+    {"Tracks", [] { editor->useButton(page::EDIT); }},
     {"Drag",
      [] {
          playlist->dragSource = page::RIGHT;
          playlist->selItem = 2;
-         playlist->press = PRESS_ROW;
+         editor->press = PRESS_ROW;
          playlist->dragging = 1;
          keys->mouseHeld = 1;
      }},

@@ -5,18 +5,17 @@
 #include <cctype>
 #include <cstring>
 
-#include "editor/editor_input.h"
+#include "editor/editor.h"
+#include "editor/keys_editor.h"
 #include "input/keys.h"
 #include "input/slots.h"
-#include "layout/page_layout.h"
-#include "playlists/playlist.h"
 
 namespace {
 
 // The key of the screen that writes this character, small or capital; -1 none.
-int keyOf(c_playlist& editor, int character) {
+int keyOf(int character) {
     for (int key = 0; key < page::kKeyDel; ++key) {
-        if (std::tolower(character) == editor.edit_char(key)[0]) {
+        if (std::tolower(character) == page::kKeyTexts[key][0]) {
             return key;
         }
     }
@@ -29,15 +28,15 @@ int characterOf(const TypedKey& typed) {
     return character > 0 && character < 128 ? character : 0;
 }
 
-void useLit(c_playlist& editor) {
+void useLit(Editor& editor) {
     if (editor.focus != page::kNoButton) {
         editor.useFocused();
-    } else if (editor.keyUnderPointer >= 0) {
-        editor.typeKey(editor.keyUnderPointer);
+    } else if (editor.model.keyUnderPointer >= 0) {
+        editor.typeKey(editor.model.keyUnderPointer);
     }
 }
 
-void type(c_playlist& editor, const TypedKey& typed) {
+void type(Editor& editor, const TypedKey& typed) {
     editor.notice.clear();
     switch (typed.symbol) {
         case SDLK_BACKSPACE:
@@ -64,7 +63,7 @@ void type(c_playlist& editor, const TypedKey& typed) {
         default:
             break;
     }
-    const int key = keyOf(editor, characterOf(typed));
+    const int key = keyOf(characterOf(typed));
     if (key >= 0) {
         editor.typeKey(key);
     }
@@ -73,7 +72,7 @@ void type(c_playlist& editor, const TypedKey& typed) {
 }  // namespace
 
 // The page may end with any of them: what follows in the same frame is not for the next one.
-void writeName(const c_keys& input, c_playlist& editor) {
+void writeName(const c_keys& input, Editor& editor) {
     for (int i = 0; i < input.typedCount && editor.takesLetters() && editor.muted == 0; ++i) {
         type(editor, input.typed[i]);
     }
@@ -90,7 +89,7 @@ void writeName(const c_keys& input, c_playlist& editor) {
     }
 }
 
-bool escapes(const c_keys& input, const c_playlist& editor) {
+bool escapes(const c_keys& input, const Editor& editor) {
     for (int i = 0; i < input.typedCount && editor.muted == 0; ++i) {
         if (input.typed[i].symbol == SDLK_ESCAPE) {
             return true;

@@ -1,11 +1,8 @@
 // What the keys do on the playlist screen, and the order of its handler's parts.
-#include "core/all.h"
-#include "core/globals.h"
-#include "editor/editor_input.h"
+#include "editor/keys_editor.h"
+#include "editor/editor.h"
 #include "input/keys.h"
 #include "input/slots.h"
-#include "layout/page_layout.h"
-#include "playlists/playlist.h"
 
 namespace {
 
@@ -30,7 +27,7 @@ bool confirms(const c_keys& input) {
     return input.pressed(KEY_X) || input.pressed(PAD_CONFIRM);
 }
 
-bool arrowDue(const c_keys& input, c_playlist& editor, const Arrow& arrow) {
+bool arrowDue(const c_keys& input, Editor& editor, const Arrow& arrow) {
     if (input.pressed(arrow.key) || input.pressed(arrow.pad)) {
         editor.holdFrames = 0;
         return true;
@@ -47,8 +44,8 @@ bool wentDown(const c_keys& input, const Arrow& arrow) {
 }
 
 // Beyond the outer edge of a list, below its last row, and where a list is empty.
-bool leadsToButtons(const c_playlist& editor, const Arrow& arrow) {
-    const int list = editor.dragSource;
+bool leadsToButtons(const Editor& editor, const Arrow& arrow) {
+    const int list = editor.model.dragSource;
     if (arrow.dx == 0) {
         return arrow.dy > 0 && editor.selectedRow(list) >= editor.rowsIn(list) - 1;
     }
@@ -56,7 +53,7 @@ bool leadsToButtons(const c_playlist& editor, const Arrow& arrow) {
     return list == other || editor.rowsIn(other) == 0;
 }
 
-void moveFromButton(c_playlist& editor, const Arrow& arrow) {
+void moveFromButton(Editor& editor, const Arrow& arrow) {
     if (arrow.dx != 0) {
         editor.moveFocus(arrow.dx);
     } else if (arrow.dy < 0) {
@@ -64,23 +61,23 @@ void moveFromButton(c_playlist& editor, const Arrow& arrow) {
     }
 }
 
-void moveKey(c_playlist& editor, const Arrow& arrow, bool fresh) {
-    const int before = editor.keyUnderPointer;
-    editor.keyUnderPointer = page::keyBeside(before, arrow.dx, arrow.dy);
-    if (fresh && arrow.dy > 0 && editor.keyUnderPointer == before) {
+void moveKey(Editor& editor, const Arrow& arrow, bool fresh) {
+    const int before = editor.model.keyUnderPointer;
+    editor.model.keyUnderPointer = page::keyBeside(before, arrow.dx, arrow.dy);
+    if (fresh && arrow.dy > 0 && editor.model.keyUnderPointer == before) {
         editor.enterButtons();
     }
 }
 
 // Up and down within a list, left and right from list to list, further on to the buttons: there an
 // arrow has to be pressed anew, a held one stops at the list's end.
-void moveSelection(c_playlist& editor, const Arrow& arrow, bool fresh) {
+void moveSelection(Editor& editor, const Arrow& arrow, bool fresh) {
     editor.notice.clear();
     if (editor.focus != page::kNoButton) {
         moveFromButton(editor, arrow);
         return;
     }
-    if (editor.editPage == page::NEW_PLAYLIST) {
+    if (editor.onPage(page::NEW_PLAYLIST)) {
         moveKey(editor, arrow, fresh);
         return;
     }
@@ -90,17 +87,17 @@ void moveSelection(c_playlist& editor, const Arrow& arrow, bool fresh) {
         }
         return;
     }
-    int list = editor.dragSource;
+    int list = editor.model.dragSource;
     if (arrow.dx != 0) {
         list = arrow.dx < 0 ? page::LEFT : page::RIGHT;
     }
     editor.select(list, editor.selectedRow(list) + arrow.dy);
-    list = editor.dragSource;
-    scrollIntoView(editor.scroll[list], editor.selectedRow(list));
+    list = editor.model.dragSource;
+    scrollIntoView(editor.model.scroll[list], editor.selectedRow(list));
 }
 
 // What is picked up goes with the arrows; nothing else can be done with it.
-void carryByKeys(const c_keys& input, c_playlist& editor) {
+void carryByKeys(const c_keys& input, Editor& editor) {
     for (const Arrow& arrow : kArrows) {
         if (arrow.dy != 0 && arrowDue(input, editor, arrow)) {
             editor.carry(arrow.dy);
@@ -115,7 +112,7 @@ void carryByKeys(const c_keys& input, c_playlist& editor) {
 }
 
 // Left and right choose an answer, "x" gives it, "z" takes the question back.
-void answerByKey(const c_keys& input, c_playlist& editor) {
+void answerByKey(const c_keys& input, Editor& editor) {
     for (const Arrow& arrow : kArrows) {
         if (arrow.dx != 0 && wentDown(input, arrow)) {
             editor.chosenYes = arrow.dx < 0 ? 1 : 0;
@@ -124,11 +121,11 @@ void answerByKey(const c_keys& input, c_playlist& editor) {
     if (confirms(input)) {
         editor.answer(editor.chosenYes != 0);
     } else if (goesBack(input) || escapes(input, editor)) {
-        editor.takeQuestionBack();
+        editor.question = ASK_NOTHING;
     }
 }
 
-void confirmByKey(const c_keys& input, c_playlist& editor) {
+void confirmByKey(const c_keys& input, Editor& editor) {
     const bool onButton = editor.focus != page::kNoButton;
     if (!confirms(input) && !(onButton && input.pressed(KEY_RETURN))) {
         return;
@@ -141,7 +138,7 @@ void confirmByKey(const c_keys& input, c_playlist& editor) {
     }
 }
 
-void editByKey(const c_keys& input, c_playlist& editor) {
+void editByKey(const c_keys& input, Editor& editor) {
     if (input.pressed(KEY_BACKSPACE)) {
         editor.notice.clear();
         editor.useButton(page::DELETE);
@@ -151,7 +148,7 @@ void editByKey(const c_keys& input, c_playlist& editor) {
     }
 }
 
-void useKeys(const c_keys& input, c_playlist& editor) {
+void useKeys(const c_keys& input, Editor& editor) {
     if (editor.question != ASK_NOTHING) {
         answerByKey(input, editor);
         return;
@@ -171,7 +168,7 @@ void useKeys(const c_keys& input, c_playlist& editor) {
 }
 
 // While the mouse holds something the keys keep still, but for "z", which lets it go.
-void actOnPage(const c_keys& input, c_playlist& editor, bool keysWrote) {
+void actOnPage(const c_keys& input, Editor& editor, bool keysWrote) {
     const bool wroteName = editor.takesLetters();
     const bool mouseBusy = followMouse(input, editor);
     if (wroteName) {
@@ -193,8 +190,10 @@ struct View {
     int32_t question;
     int32_t preview;
 
-    explicit View(const c_playlist& editor)
-        : page(editor.editPage), question(editor.question), preview(editor.previewActive) {}
+    explicit View(const Editor& editor)
+        : page(editor.model.editPage),
+          question(editor.question),
+          preview(editor.model.previewActive) {}
     bool operator==(const View&) const = default;
 };
 
@@ -204,7 +203,7 @@ bool goesBack(const c_keys& input) {
     return input.pressed(KEY_Z) || input.pressed(PAD_BACK);
 }
 
-void moveByArrows(const c_keys& input, c_playlist& editor) {
+void moveByArrows(const c_keys& input, Editor& editor) {
     for (const Arrow& arrow : kArrows) {
         if (arrowDue(input, editor, arrow)) {
             moveSelection(editor, arrow, wentDown(input, arrow));
@@ -215,29 +214,28 @@ void moveByArrows(const c_keys& input, c_playlist& editor) {
 
 // Letters count as typed at once, but their slots go down a frame later: in the frame after the
 // last letter they must not switch anything either, and `writing` still holds back "f".
-void c_keys::actionsEditPlaylists() {
-    c_playlist& editor = *playlist;
-    if (keyHeld == 0) {
+void useEditor(c_keys& input, Editor& editor) {
+    if (input.keyHeld == 0) {
         editor.muted = 0;
     }
     editor.holdSelection();
     const View before(editor);
     const bool wroteBefore = editor.takesLetters();
-    const bool keysWrote = writing != 0 && !wroteBefore;
-    const bool byMouse = mouseClick != 0 || editor.press != PRESS_NOTHING;
-    if (editor.previewActive == 0) {
-        actOnPage(*this, editor, keysWrote);
-    } else if (clickInPreview(*this, editor) || confirms(*this) || goesBack(*this)) {
+    const bool keysWrote = input.writing != 0 && !wroteBefore;
+    const bool byMouse = input.mouseClick != 0 || editor.press != PRESS_NOTHING;
+    if (editor.model.previewActive == 0) {
+        actOnPage(input, editor, keysWrote);
+    } else if (clickInPreview(input, editor) || confirms(input) || goesBack(input)) {
         // Any of these ends the preview and does nothing else.
         editor.endPreview();
         editor.letGo();
     }
     if (byMouse && !(before == View(editor))) {
-        closeGate(editor.gate, mouseClick != 0, tempsActuel);
+        editor.shut(input.mouseClick != 0);
     }
     const bool writes = editor.takesLetters();
     if (writes && !wroteBefore) {
         editor.muted = 1;
     }
-    writing = writes || wroteBefore ? 1 : 0;
+    input.writing = writes || wroteBefore ? 1 : 0;
 }

@@ -1,0 +1,210 @@
+// The playlist screen's lists and rows, and the ways from page to page.
+#include "editor/editor.h"
+
+#include <algorithm>
+
+#include "core/all.h"
+#include "core/globals.h"
+
+namespace {
+
+// What went wrong can be said when there is no memory, too.
+constexpr size_t kRoomForNotice = 200;
+constexpr int kDoubleClickMs = 400;
+
+}  // namespace
+
+// The click that opens the screen is not for its page.
+Editor::Editor(c_playlist& lists) : model(lists) {
+    shut(true);
+    notice.reserve(kRoomForNotice);
+}
+
+int Editor::rowsIn(int list) const {
+    if (onPage(page::TRACKS) && list == page::RIGHT) {
+        return model.nbEntries;
+    }
+    if (onPage(page::BROWSE) && list == page::LEFT) {
+        return model.nbFamilles;
+    }
+    const bool there = model.editFamille >= 0 && model.editFamille < model.nbFamilles;
+    return there && !onPage(page::NEW_PLAYLIST) ? shown().nbTracks : 0;
+}
+
+int Editor::selectedRow(int list) const {
+    if (list == page::RIGHT) {
+        return model.selItem;
+    }
+    return onPage(page::BROWSE) ? model.editFamille : model.selRow;
+}
+
+void Editor::holdSelection() {
+    model.editFamille = std::clamp(model.editFamille, 0, lastOf(model.nbFamilles));
+    if (onPage(page::TRACKS) && model.nbFamilles == 0) {
+        showBrowse();
+    }
+    if (onPage(page::NEW_PLAYLIST)) {
+        return;
+    }
+    model.selRow = std::clamp(selectedRow(page::LEFT), 0, lastOf(rowsIn(page::LEFT)));
+    model.selItem = std::clamp(model.selItem, 0, lastOf(rowsIn(page::RIGHT)));
+    for (int list = page::LEFT; list <= page::RIGHT; ++list) {
+        if (model.scroll[list].count != rowsIn(list)) {
+            model.updateScroll(list, rowsIn(list));
+        }
+    }
+    if (carriedFrom >= rowsIn(page::LEFT)) {
+        carriedFrom = -1;
+    }
+}
+
+void Editor::select(int list, int row) {
+    if (list < page::LEFT || list > page::RIGHT || row < 0 || row >= rowsIn(list)) {
+        return;
+    }
+    model.dragSource = list;
+    if (list == page::RIGHT) {
+        model.selItem = row;
+        return;
+    }
+    model.selRow = row;
+    if (onPage(page::BROWSE) && row != model.editFamille) {
+        model.editFamille = row;
+        model.selItem = 0;
+        model.initScroll(page::RIGHT, rowsIn(page::RIGHT));
+    }
+}
+
+std::string Editor::selectedText() const {
+    const bool browse = onPage(page::BROWSE);
+    const bool left = model.dragSource == page::LEFT;
+    const int row = left ? model.selRow : model.selItem;
+    const int famille = browse ? model.selRow : model.editFamille;
+    if (row < 0 || (!browse && !onPage(page::TRACKS)) ||
+        (!left && model.dragSource != page::RIGHT)) {
+        return "";
+    }
+    if (!browse && !left) {
+        return row < model.nbEntries ? model.entries[row] : "";
+    }
+    if (famille < 0 || famille >= model.nbFamilles) {
+        return "";
+    }
+    const Famille& from = model.familles[famille];
+    if (browse && left) {
+        return from.name;
+    }
+    return row < from.nbTracks ? from.tracks[row].path : "";
+}
+
+bool Editor::isClipEntry(int row) const {
+    return row >= 0 && row < model.nbEntries &&
+           (model.entryIsClip[row] != 0 || model.isFileMoxel(model.entries[row]));
+}
+
+void Editor::showBrowse() {
+    model.editPage = page::BROWSE;
+    focus = page::kNoButton;
+    model.selRow = model.editFamille;
+    model.selItem = 0;
+    model.dragSource = page::LEFT;
+    model.initScroll(page::LEFT, model.nbFamilles);
+    model.initScroll(page::RIGHT, shown().nbTracks);
+    scrollIntoView(model.scroll[page::LEFT], model.editFamille);
+}
+
+void Editor::showTracks() {
+    enteredFamille = shown();
+    model.curDir = model.baseDir;
+    showFolder("videos");
+    model.editPage = page::TRACKS;
+    focus = page::kNoButton;
+    model.selRow = 0;
+    model.initScroll(page::LEFT, shown().nbTracks);
+    model.dragSource = shown().nbTracks > 0 ? page::LEFT : page::RIGHT;
+}
+
+void Editor::showFolder(const std::string& entry) {
+    // A copy: the listing is rewritten meanwhile, and `entry` may be one of its rows.
+    explorer.enter(model, std::string(entry));
+    model.selItem = 0;
+    model.initScroll(page::RIGHT, model.nbEntries);
+}
+
+void Editor::openSelection() {
+    const int list = model.dragSource;
+    if (onPage(page::BROWSE) && list == page::LEFT) {
+        useButton(page::EDIT);
+    } else if (onPage(page::TRACKS) && list == page::RIGHT && model.selItem < model.nbEntries &&
+               model.entryIsDir[model.selItem] != 0) {
+        showFolder(model.entries[model.selItem]);
+    } else {
+        useButton(page::PREVIEW);
+    }
+}
+
+void Editor::goBack() {
+    if (onPage(page::BROWSE)) {
+        leave();
+    } else if (onPage(page::TRACKS) && tracksChanged()) {
+        ask(ASK_SAVE);
+    } else if (onPage(page::NEW_PLAYLIST) && model.newName != oldName()) {
+        ask(ASK_DISCARD);
+    } else {
+        showBrowse();
+    }
+}
+
+void Editor::leave() {
+    letGo();
+    question = ASK_NOTHING;
+    focus = page::kNoButton;
+    shut(true);
+    model.exitEditPlaylists();
+    all->state = STATE_HOME;
+}
+
+// The answer that loses nothing is chosen at first.
+void Editor::ask(Question asked) {
+    question = asked;
+    chosenYes = asked == ASK_SAVE ? 1 : 0;
+}
+
+void Editor::answer(bool yes) {
+    const int32_t asked = question;
+    question = ASK_NOTHING;
+    if (asked == ASK_DELETE && yes) {
+        deleteFamille();
+    } else if (asked == ASK_SAVE && yes) {
+        confirmTracks();
+    } else if (asked == ASK_SAVE) {
+        discardTracks();
+    } else if (asked == ASK_DISCARD && yes) {
+        showBrowse();
+    }
+}
+
+void Editor::letGo() {
+    press = PRESS_NOTHING;
+    model.dragging = 0;
+    model.dropRow = page::kNoDropRow;
+    model.scroll[page::LEFT].active = 0;
+    model.scroll[page::RIGHT].active = 0;
+}
+
+bool Editor::isDoubleClick(int list, int row, bool takes) {
+    const int64_t passed = msBetween(lastPressMs, tempsActuel);
+    const bool twice = takes && pressList == list && lastPressRow == row && passed >= 0 &&
+                       passed <= kDoubleClickMs;
+    lastPressRow = takes && !twice ? row : -1;
+    lastPressMs = tempsActuel;
+    return twice;
+}
+
+void Editor::shut(bool buttonDown) {
+    closeGate(gate, buttonDown, tempsActuel);
+}
+
+bool Editor::isShut(bool buttonDown) {
+    return gateHolds(gate, buttonDown, tempsActuel);
+}
