@@ -19,8 +19,7 @@
 #include "bench/synthetic_clip.h"
 #include "core/display.h"
 #include "marks.h"
-#include "px/output_fast.h"
-#include "px/widen.h"
+#include "px/operations.h"
 #include "tests/support/folder.h"
 
 namespace {
@@ -58,8 +57,9 @@ Work mixedFrame(MixMode mode) {
 Work keyedPicture() {
     fillWithNoise();
     return [] {
-        px::fast::keyPicture(videoView(), finalTilesTracks, finalTilesTracks + kFramePixels,
-                             moxelAlpha16);
+        px::operations().mixPicture(
+            videoView(), MODE_KEY,
+            {finalTilesTracks, finalTilesTracks + kFramePixels, moxelAlpha16});
     };
 }
 
@@ -81,8 +81,8 @@ constexpr size_t kSurfacePixels = size_t{kHdmiWidth} * kHdmiHeight;
 // The video surface as a display of 24 bits gets it, row by row as present() does.
 void widenSurface(WidePicture& wide) {
     for (int y = 0; y < kHdmiHeight; ++y) {
-        px::fast::widenChanged(wide.data() + static_cast<size_t>(y) * kHdmiWidth,
-                               px::outputRow(videoView(), y), kHdmiWidth);
+        px::operations().widenChanged(wide.data() + static_cast<size_t>(y) * kHdmiWidth,
+                                      px::outputRow(videoView(), y), kHdmiWidth);
     }
 }
 
@@ -98,20 +98,20 @@ private:
 
 Work changedSurface() {
     fillWithNoise();
-    px::fast::placePicture(videoView(), moxelTiles16);
+    px::operations().placePicture(videoView(), moxelTiles16);
     return [black = std::make_shared<BlackPictures>()] { widenSurface(black->next()); };
 }
 
 Work unchangedSurface() {
     fillWithNoise();
-    px::fast::placePicture(videoView(), moxelTiles16);
+    px::operations().placePicture(videoView(), moxelTiles16);
     return [wide = std::make_shared<WidePicture>(kSurfacePixels)] { widenSurface(*wide); };
 }
 
 // What SDL does in its place.
 Work surfaceBySdl() {
     fillWithNoise();
-    px::fast::placePicture(videoView(), moxelTiles16);
+    px::operations().placePicture(videoView(), moxelTiles16);
     SDL_Surface* display = SDL_CreateRGBSurface(SDL_SWSURFACE, kHdmiWidth, kHdmiHeight, 32,
                                                 0xFF0000, 0x00FF00, 0x0000FF, 0);
     return [display] { SDL_BlitSurface(screen[1], nullptr, display, nullptr); };

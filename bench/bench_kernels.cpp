@@ -1,6 +1,7 @@
-// The mixer's pixel functions, plain against fast, for every vector width that the processor has.
-// Both must give the same pixels before anything is timed. Beside each stands a copy that reads and
-// writes as many bytes as the function does, timed in turns with it; ratios are to that copy.
+// What a frame of each operation on pixels costs: every mode, transition and filter, the plain way
+// against the others that the processor has. All must give the same pixels before anything is
+// timed. Beside each stands a copy that reads and writes as many bytes as the function does, timed
+// in turns with it; ratios are to that copy.
 //
 //   bench_kernels [ROUNDS]       ROUNDS: calls of each function, 300 unless given
 //   bench_kernels --every-pair   only compares the mixes, for all 2^32 pairs of pixels
@@ -14,13 +15,9 @@
 
 #include "common/limits.h"
 #include "px/fx.h"
-#include "px/fx_fast.h"
-#include "px/kernels.h"
-#include "px/kernels_fast.h"
-#include "px/output.h"
-#include "px/output_fast.h"
+#include "px/operations.h"
 #include "timing.h"
-#include "vector_targets.h"
+#include "ways.h"
 
 namespace {
 
@@ -57,7 +54,12 @@ struct Buffers {
     std::vector<uint16_t> top = noise(2, kFramePixels);
     std::vector<uint16_t> surface = noise(3, size_t{kSurfaceWidth} * kSurfaceHeight);
     std::vector<uint8_t> alpha = levels(4, kFramePixels, 16);
-    std::vector<uint8_t> snow = levels(5, 497, 20);
+    std::vector<uint8_t> snow = levels(5, px::kMostSnowEntries, px::kSnowLevels);
+    std::vector<uint32_t> wide = std::vector<uint32_t>(surface.size());
+
+    px::Layers layers(bool withAlpha) {
+        return {bottom.data(), top.data(), withAlpha ? alpha.data() : nullptr};
+    }
 
     px::OutputView doubled() {
         return {surface.data(), kSurfaceWidth, kSurfaceHeight, kSurfaceWidth * sizeof(uint16_t),
@@ -70,178 +72,103 @@ struct Buffers {
     bool operator==(const Buffers&) const = default;
 };
 
-using Function = std::function<void(Buffers&)>;
-
 struct Case {
     std::string name;
     size_t bytes;  // read and written
-    Function plain;
-    Function fast;
+    std::function<void(const px::Operations& way, Buffers& buffers)> run;
 };
 
-using RowMix = void (*)(uint16_t*, const uint16_t*, const uint16_t*, int);
-
-void mixRows(Buffers& b, RowMix mixRow) {
-    uint16_t mixed[kFrameWidth];
-    px::beginPicture(b.doubled());
-    for (int y = 0; y < kFrameHeight; ++y) {
-        mixRow(mixed, b.bottom.data() + y * kFrameWidth, b.top.data() + y * kFrameWidth,
-               kFrameWidth);
-        px::placeRow(b.doubled(), mixed, y);
-    }
-}
-
-void addMix(std::vector<Case>& cases, const std::string& name, RowMix plain, RowMix fast,
-            px::fast::Mix mix) {
-    cases.push_back(
-        {name, 3 * kFrameBytes,
-         [=](Buffers& b) { plain(b.bottom.data(), b.bottom.data(), b.top.data(), kFramePixels); },
-         [=](Buffers& b) { fast(b.bottom.data(), b.bottom.data(), b.top.data(), kFramePixels); }});
-    cases.push_back({name + " + doubling", 2 * kFrameBytes + kSurfaceBytes,
-                     [=](Buffers& b) { mixRows(b, plain); },
-                     [=](Buffers& b) {
-                         px::fast::mixPicture(b.doubled(), mix, b.bottom.data(), b.top.data());
+void addMix(std::vector<Case>& cases, const std::string& name, MixMode mode, bool alpha) {
+    // Half half moves half of one layer; a key is written twice.
+    const size_t alphaBytes = alpha ? kFramePixels : 0;
+    cases.push_back({name, (mode == MODE_HALF_HALF ? 1 : 3) * kFrameBytes + alphaBytes,
+                     [=](const px::Operations& way, Buffers& b) {
+                         way.mixes[mode].pixels(b.bottom.data(), b.layers(alpha), kFramePixels);
+                     }});
+    cases.push_back({name + " + doubling",
+                     (mode == MODE_KEY ? 3 : 2) * kFrameBytes + alphaBytes + kSurfaceBytes,
+                     [=](const px::Operations& way, Buffers& b) {
+                         way.mixPicture(b.doubled(), mode, b.layers(alpha));
                      }});
 }
 
 void addMixes(std::vector<Case>& cases) {
-    addMix(cases, "blend", px::blendPixels, px::fast::blendPixels, px::fast::Mix::kBlend);
-    addMix(cases, "add", px::addPixels, px::fast::addPixels, px::fast::Mix::kAdd);
-    addMix(cases, "multiply", px::multiplyPixels, px::fast::multiplyPixels,
-           px::fast::Mix::kMultiply);
-}
-
-void addKeys(std::vector<Case>& cases) {
-    constexpr size_t kKeyBytes = 3 * kFrameBytes;
-    cases.push_back(
-        {"key by black", kKeyBytes,
-         [](Buffers& b) { px::keyByBlack(b.bottom.data(), b.top.data(), kFramePixels); },
-         [](Buffers& b) { px::fast::keyByBlack(b.bottom.data(), b.top.data(), kFramePixels); }});
-    cases.push_back({"key by black + doubling", kKeyBytes + kSurfaceBytes,
-                     [](Buffers& b) {
-                         px::keyByBlack(b.bottom.data(), b.top.data(), kFramePixels);
-                         px::placePicture(b.doubled(), b.bottom.data());
-                     },
-                     [](Buffers& b) {
-                         px::fast::keyPicture(b.doubled(), b.bottom.data(), b.top.data(), nullptr);
-                     }});
-    cases.push_back(
-        {"key by alpha", kKeyBytes + kFramePixels,
-         [](Buffers& b) {
-             px::keyByAlpha(b.bottom.data(), b.top.data(), b.alpha.data(), kFramePixels);
-         },
-         [](Buffers& b) {
-             px::fast::keyByAlpha(b.bottom.data(), b.top.data(), b.alpha.data(), kFramePixels);
-         }});
-    cases.push_back(
-        {"key by alpha + doubling", kKeyBytes + kFramePixels + kSurfaceBytes,
-         [](Buffers& b) {
-             px::keyByAlpha(b.bottom.data(), b.top.data(), b.alpha.data(), kFramePixels);
-             px::placePicture(b.doubled(), b.bottom.data());
-         },
-         [](Buffers& b) {
-             px::fast::keyPicture(b.doubled(), b.bottom.data(), b.top.data(), b.alpha.data());
-         }});
-}
-
-void halve(Buffers& b) {
-    for (int y = 0; y < kFrameHeight; ++y) {
-        memcpy(b.bottom.data() + y * kFrameWidth, b.top.data() + y * kFrameWidth, kFrameWidth);
+    for (const ModeControl& control : kModes) {
+        if (control.mode == MODE_KEY) {
+            addMix(cases, "key by black", MODE_KEY, false);
+            addMix(cases, "key by alpha", MODE_KEY, true);
+        } else if (px::plain().mixes[control.mode].pixels != nullptr) {
+            addMix(cases, control.label, control.mode, false);
+        }
     }
 }
 
 void addPlacing(std::vector<Case>& cases) {
-    cases.push_back({"doubling", kFrameBytes + kSurfaceBytes,
-                     [](Buffers& b) { px::placePicture(b.doubled(), b.bottom.data()); },
-                     [](Buffers& b) { px::fast::placePicture(b.doubled(), b.bottom.data()); }});
-    cases.push_back({"half half + doubling", 2 * kFrameBytes + kSurfaceBytes,
-                     [](Buffers& b) {
-                         halve(b);
-                         px::placePicture(b.doubled(), b.bottom.data());
-                     },
-                     [](Buffers& b) {
-                         halve(b);
-                         px::fast::placePicture(b.doubled(), b.bottom.data());
-                     }});
+    cases.push_back(
+        {"doubling", kFrameBytes + kSurfaceBytes, [](const px::Operations& way, Buffers& b) {
+             way.placePicture(b.doubled(), b.bottom.data());
+         }});
     cases.push_back({"centring, 720 x 576", kFrameBytes + kCompositeBytes + kFrameBytes,
-                     [](Buffers& b) { px::placePicture(b.composite(), b.bottom.data()); },
-                     [](Buffers& b) { px::fast::placePicture(b.composite(), b.bottom.data()); }});
+                     [](const px::Operations& way, Buffers& b) {
+                         way.placePicture(b.composite(), b.bottom.data());
+                     }});
 }
 
-void addInPlace(std::vector<Case>& cases, const std::string& name,
-                const std::function<void(uint16_t*, Buffers&)>& plain,
-                const std::function<void(uint16_t*, Buffers&)>& fast) {
-    cases.push_back({name, 2 * kFrameBytes, [plain](Buffers& b) { plain(b.bottom.data(), b); },
-                     [fast](Buffers& b) { fast(b.bottom.data(), b); }});
+// The surface for a display of 24 bits, row by row; of a row that changed the first pixel differs.
+void widen(const px::Operations& way, Buffers& b, uint32_t change) {
+    for (size_t at = 0; at < b.surface.size(); at += kSurfaceWidth) {
+        b.wide[at] ^= change;
+        way.widenChanged(b.wide.data() + at, b.surface.data() + at, kSurfaceWidth);
+    }
+}
+
+void addWidening(std::vector<Case>& cases) {
+    cases.push_back({"widening, all changed", 3 * kSurfaceBytes,
+                     [](const px::Operations& way, Buffers& b) { widen(way, b, 1); }});
+    cases.push_back({"widening, none changed", 3 * kSurfaceBytes,
+                     [](const px::Operations& way, Buffers& b) { widen(way, b, 0); }});
 }
 
 void addTransitions(std::vector<Case>& cases) {
     for (const int level : {1, 8, 15}) {
-        addInPlace(
-            cases, "flash " + std::to_string(level),
-            [=](uint16_t* p, Buffers&) { px::flashPixels(p, kFramePixels, level); },
-            [=](uint16_t* p, Buffers&) { px::fast::flashPixels(p, kFramePixels, level); });
-        addInPlace(
-            cases, "fade " + std::to_string(level),
-            [=](uint16_t* p, Buffers&) { px::fadePixels(p, kFramePixels, level); },
-            [=](uint16_t* p, Buffers&) { px::fast::fadePixels(p, kFramePixels, level); });
-    }
-}
-
-using DirectedFilter = void (*)(uint16_t*, int);
-
-void addDirected(std::vector<Case>& cases, const std::string& name, DirectedFilter plain,
-                 DirectedFilter fast) {
-    for (int direction = 0; direction < 4; ++direction) {
-        addInPlace(
-            cases, name + " " + std::to_string(direction),
-            [=](uint16_t* p, Buffers&) { plain(p, direction); },
-            [=](uint16_t* p, Buffers&) { fast(p, direction); });
+        cases.push_back({"flash " + std::to_string(level), 2 * kFrameBytes,
+                         [=](const px::Operations& way, Buffers& b) {
+                             way.flash(b.bottom.data(), kFramePixels, level);
+                         }});
+        cases.push_back({"fade " + std::to_string(level), 2 * kFrameBytes,
+                         [=](const px::Operations& way, Buffers& b) {
+                             way.fade(b.bottom.data(), kFramePixels, level);
+                         }});
     }
 }
 
 void addFilters(std::vector<Case>& cases) {
-    addInPlace(
-        cases, "invert", [](uint16_t* p, Buffers&) { px::invertFrame(p); },
-        [](uint16_t* p, Buffers&) { px::fast::invertFrame(p); });
-    addDirected(cases, "burned", px::burnFrame, px::fast::burnFrame);
-    for (int direction = 0; direction < 4; ++direction) {
-        const int entries = px::snowEntries(direction);
-        addInPlace(
-            cases, "snow " + std::to_string(direction),
-            [=](uint16_t* p, Buffers& b) { px::snowFrame(p, b.snow.data(), entries); },
-            [=](uint16_t* p, Buffers& b) { px::fast::snowFrame(p, b.snow.data(), entries); });
-    }
-    addDirected(cases, "zoom", px::zoomFrame, px::fast::zoomFrame);
-    addInPlace(
-        cases, "game boy", [](uint16_t* p, Buffers&) { px::gameBoyFrame(p); },
-        [](uint16_t* p, Buffers&) { px::fast::gameBoyFrame(p); });
-    addDirected(cases, "mirror", px::mirrorFrame, px::fast::mirrorFrame);
-    addDirected(cases, "hue", px::hueFrame, px::fast::hueFrame);
-    for (int direction = 0; direction < 4; ++direction) {
-        addInPlace(
-            cases, "scroll " + std::to_string(direction),
-            [=](uint16_t* p, Buffers&) { px::scrollFrame(p, direction, 122); },
-            [=](uint16_t* p, Buffers&) { px::fast::scrollFrame(p, direction, 122); });
+    for (const Filter& filter : kFilters) {
+        for (int direction = 0; direction < 4; ++direction) {
+            if (px::plain().effects[filter.id] == nullptr) {
+                continue;
+            }
+            cases.push_back(
+                {std::string(filter.name) + " " + std::to_string(direction), 2 * kFrameBytes,
+                 [=](const px::Operations& way, Buffers& b) {
+                     way.effects[filter.id](b.bottom.data(), {direction, 122, b.snow.data()});
+                 }});
+        }
     }
 }
 
-bool sameResult(const Case& each) {
-    Buffers plain;
-    Buffers fast;
-    each.plain(plain);
-    each.fast(fast);
-    return plain == fast;
-}
+using Ways = std::vector<const px::Operations*>;
 
-bool checkAll(const std::vector<Case>& cases, const std::vector<VectorTarget>& targets) {
+bool checkAll(const std::vector<Case>& cases, const Ways& ways) {
     bool good = true;
-    for (const VectorTarget& target : targets) {
-        useTarget(target);
-        for (const Case& each : cases) {
-            if (!sameResult(each)) {
-                printf("%s: the plain and the %s function differ\n", each.name.c_str(),
-                       target.name.c_str());
+    for (const Case& each : cases) {
+        Buffers plain;
+        each.run(px::plain(), plain);
+        for (const px::Operations* way : ways) {
+            Buffers fast;
+            each.run(*way, fast);
+            if (fast != plain) {
+                printf("%s: the plain and the %s function differ\n", each.name.c_str(), way->name);
                 good = false;
             }
         }
@@ -249,8 +176,8 @@ bool checkAll(const std::vector<Case>& cases, const std::vector<VectorTarget>& t
     return good;
 }
 
-// One row of the table: the copy, the plain function, the fast one at each width.
-void timeCase(const Case& each, const std::vector<VectorTarget>& targets, int rounds) {
+// One row of the table: the copy, the plain way, the others.
+void timeCase(const Case& each, const Ways& ways, int rounds) {
     const Buffers fresh;
     Buffers b;
     std::vector<uint8_t> from(each.bytes / 2, 1);
@@ -258,13 +185,9 @@ void timeCase(const Case& each, const std::vector<VectorTarget>& targets, int ro
     const auto restore = [&] { memcpy(b.bottom.data(), fresh.bottom.data(), kFrameBytes); };
     std::vector<Timed> pieces;
     pieces.push_back({[&] { memcpy(to.data(), from.data(), from.size()); }, {}});
-    pieces.push_back({[&] { each.plain(b); }, restore});
-    for (const VectorTarget& target : targets) {
-        pieces.push_back({[&] { each.fast(b); },
-                          [&] {
-                              useTarget(target);
-                              restore();
-                          }});
+    pieces.push_back({[&] { each.run(px::plain(), b); }, restore});
+    for (const px::Operations* way : ways) {
+        pieces.push_back({[&, way] { each.run(*way, b); }, restore});
     }
     takeTurns(pieces, rounds);
     printf("| %-24s | %6.1f |", each.name.c_str(), pieces[0].best);
@@ -274,24 +197,8 @@ void timeCase(const Case& each, const std::vector<VectorTarget>& targets, int ro
     printf("\n");
 }
 
-struct PairMix {
-    const char* name;
-    RowMix plain;
-    RowMix fast;
-};
-
-void plainKey(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count) {
-    memcpy(out, bottom, static_cast<size_t>(count) * sizeof *out);
-    px::keyByBlack(out, top, count);
-}
-
-void fastKey(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count) {
-    memcpy(out, bottom, static_cast<size_t>(count) * sizeof *out);
-    px::fast::keyByBlack(out, top, count);
-}
-
 // Every bottom pixel under every top pixel.
-bool samePairs(const PairMix& mix, const std::vector<VectorTarget>& targets) {
+bool samePairs(const ModeControl& control, const Ways& ways) {
     constexpr int kValues = 65536;
     std::vector<uint16_t> bottom(kValues);
     std::vector<uint16_t> plain(kValues);
@@ -301,31 +208,27 @@ bool samePairs(const PairMix& mix, const std::vector<VectorTarget>& targets) {
     }
     for (int value = 0; value < kValues; ++value) {
         const std::vector<uint16_t> top(kValues, static_cast<uint16_t>(value));
-        mix.plain(plain.data(), bottom.data(), top.data(), kValues);
-        for (const VectorTarget& target : targets) {
-            useTarget(target);
-            mix.fast(fast.data(), bottom.data(), top.data(), kValues);
+        const px::Layers layers = {bottom.data(), top.data(), nullptr};
+        px::plain().mixes[control.mode].pixels(plain.data(), layers, kValues);
+        for (const px::Operations* way : ways) {
+            way->mixes[control.mode].pixels(fast.data(), layers, kValues);
             if (fast != plain) {
-                printf("%s, %s: wrong with top pixel 0x%04X\n", mix.name, target.name.c_str(),
+                printf("%s, %s: wrong with top pixel 0x%04X\n", control.label, way->name,
                        static_cast<unsigned>(value));
                 return false;
             }
         }
     }
-    printf("%s: all 2^32 pairs are the same at every width\n", mix.name);
+    printf("%s: all 2^32 pairs are the same every way\n", control.label);
     return true;
 }
 
-int compareEveryPair(const std::vector<VectorTarget>& targets) {
-    constexpr PairMix kMixes[] = {
-        {"blend", px::blendPixels, px::fast::blendPixels},
-        {"add", px::addPixels, px::fast::addPixels},
-        {"multiply", px::multiplyPixels, px::fast::multiplyPixels},
-        {"key by black", plainKey, fastKey},
-    };
+int compareEveryPair(const Ways& ways) {
     bool good = true;
-    for (const PairMix& mix : kMixes) {
-        good = samePairs(mix, targets) && good;
+    for (const ModeControl& control : kModes) {
+        if (px::plain().mixes[control.mode].pixels != nullptr) {
+            good = samePairs(control, ways) && good;
+        }
     }
     return good ? 0 : 1;
 }
@@ -333,30 +236,29 @@ int compareEveryPair(const std::vector<VectorTarget>& targets) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const Ways ways = fastWays();
     if (argc > 1 && strcmp(argv[1], "--every-pair") == 0) {
-        return compareEveryPair(vectorTargets());
+        return compareEveryPair(ways);
     }
     const int rounds = argc > 1 ? atoi(argv[1]) : 300;
     std::vector<Case> cases;
     addMixes(cases);
-    addKeys(cases);
     addPlacing(cases);
+    addWidening(cases);
     addTransitions(cases);
     addFilters(cases);
-    const std::vector<VectorTarget> targets = vectorTargets();
-    if (!checkAll(cases, targets)) {
+    if (!checkAll(cases, ways)) {
         return 1;
     }
-    printf(
-        "%zu functions, all widths: the same pixels. Best of %d calls, microseconds (ratio).\n\n",
-        cases.size(), rounds);
-    printf("| %-24s | %6s | %-14s |", "640 x 360", "copy", "plain");
-    for (const VectorTarget& target : targets) {
-        printf(" %-14s |", target.name.c_str());
+    printf("%zu functions, all ways: the same pixels. Best of %d calls, microseconds (ratio).\n\n",
+           cases.size(), rounds);
+    printf("| %-24s | %6s | %-14s |", "640 x 360", "copy", px::plain().name);
+    for (const px::Operations* way : ways) {
+        printf(" %-14s |", way->name);
     }
     printf("\n");
     for (const Case& each : cases) {
-        timeCase(each, targets, rounds);
+        timeCase(each, ways, rounds);
     }
     return 0;
 }

@@ -2,25 +2,31 @@
 // the plain ones write and nothing else.
 //
 // Input: which function, its numbers, then the pixels; they are repeated as far as needed.
+#include <iterator>
 #include <vector>
 
 #include "fuzz/input.h"
-#include "px/kernels.h"
-#include "px/kernels_fast.h"
+#include "px/operations.h"
 
 namespace {
 
 using fuzz::require;
 using Pixels = std::vector<uint16_t>;
-using Mix = void (*)(uint16_t*, const uint16_t*, const uint16_t*, int);
-using Level = void (*)(uint16_t*, int, int);
 
-constexpr Mix kPlainMixes[] = {px::blendPixels, px::addPixels, px::multiplyPixels};
-constexpr Mix kFastMixes[] = {px::fast::blendPixels, px::fast::addPixels, px::fast::multiplyPixels};
-constexpr Level kPlainLevels[] = {px::flashPixels, px::fadePixels};
-constexpr Level kFastLevels[] = {px::fast::flashPixels, px::fast::fadePixels};
+constexpr px::Transition px::Operations::*kTransitions[] = {&px::Operations::flash,
+                                                            &px::Operations::fade};
 constexpr int kLevels = 15;
-constexpr int kFunctions = 7;
+
+// The modes that mix.
+std::vector<MixMode> mixes() {
+    std::vector<MixMode> modes;
+    for (const ModeControl& control : kModes) {
+        if (px::plain().mixes[control.mode].pixels != nullptr) {
+            modes.push_back(control.mode);
+        }
+    }
+    return modes;
+}
 
 // Pixels that end where their memory ends and start `shift` pixels after it starts, so that their
 // address takes every alignment.
@@ -46,36 +52,40 @@ Run runOf(std::span<const uint8_t> bytes, size_t from, size_t count, size_t shif
     return run;
 }
 
-void checkPixels(fuzz::Input& input, int function) {
+void checkMix(MixMode mode, Run& bottom, Run& same, const px::Layers& layers, int count) {
+    const px::Mix& fast = px::operations().mixes[mode];
+    Run out{Pixels(bottom.memory.size()), bottom.shift};
+    fast.pixels(out.data(), layers, count);
+    px::plain().mixes[mode].pixels(same.data(), {same.data(), layers.top, layers.alpha}, count);
+    std::fill_n(same.memory.begin(), same.shift, uint16_t{0});
+    require(out == same, "a mix to another place");
+    fast.pixels(bottom.data(), layers, count);
+    std::fill_n(bottom.memory.begin(), bottom.shift, uint16_t{0});
+}
+
+void checkPixels(fuzz::Input& input) {
+    static const std::vector<MixMode> modes = mixes();
+    const auto function =
+        static_cast<size_t>(input.below(static_cast<int>(modes.size() + std::size(kTransitions))));
     const int count = input.word() % 700;
     const int shifts = input.byte();
-    const int level = 1 + input.below(kLevels);
+    const int levels = input.byte();
     const auto pixels = static_cast<size_t>(count);
-    const auto shift = static_cast<size_t>(shifts % 16);
-    Run bottom = runOf(input.rest(), 0, pixels, shift);
+    Run bottom = runOf(input.rest(), 0, pixels, static_cast<size_t>(shifts % 16));
     Run top = runOf(input.rest(), pixels, pixels, static_cast<size_t>(shifts / 16));
     Run same = bottom;
     std::vector<uint8_t> alpha(pixels);
     for (size_t i = 0; i < pixels; ++i) {
         alpha[i] = static_cast<uint8_t>(pixelAt(input.rest(), i + 3) & 15);
     }
-    if (function < 3) {
-        Run out{Pixels(shift + pixels), shift};
-        kFastMixes[function](out.data(), bottom.data(), top.data(), count);
-        kPlainMixes[function](same.data(), same.data(), top.data(), count);
-        std::fill_n(same.memory.begin(), shift, uint16_t{0});
-        require(out == same, "a mix to another place");
-        kFastMixes[function](bottom.data(), bottom.data(), top.data(), count);
-        std::fill_n(bottom.memory.begin(), shift, uint16_t{0});
-    } else if (function < 5) {
-        kFastLevels[function - 3](bottom.data(), count, level);
-        kPlainLevels[function - 3](same.data(), count, level);
-    } else if (function == 5) {
-        px::fast::keyByAlpha(bottom.data(), top.data(), alpha.data(), count);
-        px::keyByAlpha(same.data(), top.data(), alpha.data(), count);
+    if (function < modes.size()) {
+        const uint8_t* const given = levels % 2 == 0 ? alpha.data() : nullptr;
+        checkMix(modes[function], bottom, same, {bottom.data(), top.data(), given}, count);
     } else {
-        px::fast::keyByBlack(bottom.data(), top.data(), count);
-        px::keyByBlack(same.data(), top.data(), count);
+        const auto transition = kTransitions[function - modes.size()];
+        const int level = 1 + levels % kLevels;
+        (px::operations().*transition)(bottom.data(), count, level);
+        (px::plain().*transition)(same.data(), count, level);
     }
     require(bottom == same, "fast and plain pixels");
 }
@@ -84,7 +94,6 @@ void checkPixels(fuzz::Input& input, int function) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzz::Input input(data, size);
-    const int function = input.below(kFunctions);
-    checkPixels(input, function);
+    checkPixels(input);
     return 0;
 }

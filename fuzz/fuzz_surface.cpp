@@ -6,9 +6,8 @@
 
 #include "common/limits.h"
 #include "fuzz/input.h"
-#include "px/kernels.h"
+#include "px/operations.h"
 #include "px/output.h"
-#include "px/output_fast.h"
 
 namespace {
 
@@ -20,13 +19,18 @@ constexpr int kMostHeight = 760;
 constexpr int kStageWidth = 1280;
 constexpr int kStageHeight = 720;
 
-enum Way { BLEND, ADD, MULTIPLY, TOP_LEFT_OUT, KEY_BY_ALPHA, KEY_BY_BLACK, WAYS };
+// A picture as it is, or both by a mode, with and without the top layer's alpha.
+struct Way {
+    int mode;
+    bool alpha;
+};
 
 struct Pictures {
     Pixels bottom = Pixels(kFramePixels);
     Pixels top = Pixels(kFramePixels);
     std::vector<uint8_t> alpha = std::vector<uint8_t>(kFramePixels);
-    Pixels mixed[WAYS];
+    std::vector<Way> ways = {{MODE_TOP, false}};
+    std::vector<Pixels> mixed;  // by each way
 
     Pictures() {
         for (uint32_t i = 0; i < kFramePixels; ++i) {
@@ -34,15 +38,21 @@ struct Pictures {
             top[i] = i % 5 == 0 ? uint16_t{0} : static_cast<uint16_t>(i * 40503u >> 3 & 0xFFFF);
             alpha[i] = static_cast<uint8_t>(i * 7 / 3 % 16);
         }
-        for (Pixels& pixels : mixed) {
-            pixels = bottom;
+        mixed.push_back(bottom);
+        for (int mode = 0; mode < kMixModes; ++mode) {
+            const auto mix = px::plain().mixes[mode].pixels;
+            for (int withAlpha = 0; withAlpha < 2 && mix != nullptr; ++withAlpha) {
+                ways.push_back({mode, withAlpha != 0});
+                Pixels& out = mixed.emplace_back(bottom);
+                const px::Layers both = layers(ways.back(), out);
+                for (int i = 0; i < kFramePixels; i += kFrameWidth) {
+                    mix(out.data() + i, both.from(i), kFrameWidth);
+                }
+            }
         }
-        const auto mix = [&](Way way) { return mixed[way].data(); };
-        px::blendPixels(mix(BLEND), mix(BLEND), top.data(), kFramePixels);
-        px::addPixels(mix(ADD), mix(ADD), top.data(), kFramePixels);
-        px::multiplyPixels(mix(MULTIPLY), mix(MULTIPLY), top.data(), kFramePixels);
-        px::keyByAlpha(mix(KEY_BY_ALPHA), top.data(), alpha.data(), kFramePixels);
-        px::keyByBlack(mix(KEY_BY_BLACK), top.data(), kFramePixels);
+    }
+    px::Layers layers(Way way, Pixels& under) const {
+        return {under.data(), top.data(), way.alpha ? alpha.data() : nullptr};
     }
 };
 
@@ -57,18 +67,17 @@ struct Surface {
           view{memory.data(), width, height, pitch, composite} {}
 };
 
-void placeFast(const px::OutputView& view, const Pictures& pictures, int way) {
-    if (way < TOP_LEFT_OUT) {
-        px::fast::mixPicture(view, static_cast<px::fast::Mix>(way), pictures.bottom.data(),
-                             pictures.top.data());
-    } else if (way == TOP_LEFT_OUT) {
-        px::fast::placePicture(view, pictures.bottom.data());
-    } else {
-        Pixels bottom = pictures.bottom;
-        const uint8_t* alpha = way == KEY_BY_ALPHA ? pictures.alpha.data() : nullptr;
-        px::fast::keyPicture(view, bottom.data(), pictures.top.data(), alpha);
-        require(bottom == pictures.mixed[way], "the key stays in the bottom layer");
+void placeFast(const px::OutputView& view, const Pictures& pictures, size_t number) {
+    const Way way = pictures.ways[number];
+    if (way.mode == MODE_TOP) {
+        px::operations().placePicture(view, pictures.bottom.data());
+        return;
     }
+    Pixels bottom = pictures.bottom;
+    px::operations().mixPicture(view, way.mode, pictures.layers(way, bottom));
+    const bool stays = px::plain().mixes[way.mode].inPlace;
+    require(bottom == (stays ? pictures.mixed[number] : pictures.bottom),
+            "a mix in place stays in the bottom layer, and no other");
 }
 
 void placePlain(const px::OutputView& view, const Pixels& frame) {
@@ -88,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const int width = (shape & 1) == 0 ? kStageWidth : 1 + input.word() % kMostWidth;
     const int height = (shape & 2) == 0 ? kStageHeight : 1 + input.word() % kMostHeight;
     const size_t pitch = 2 * static_cast<size_t>(width + input.below(20));
-    const int way = input.below(WAYS);
+    const auto way = static_cast<size_t>(input.below(static_cast<int>(pictures.ways.size())));
     Surface plain(width, height, pitch, composite);
     Surface fast(width, height, pitch, composite);
     placeFast(fast.view, pictures, way);

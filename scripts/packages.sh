@@ -106,7 +106,7 @@ need_arm() {
 
 need_tests() {
     need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
-    need "benchmarks" libbenchmark-dev libxcb-render0-dev
+    need "benchmarks" libxcb-render0-dev
     need "tests with real windows and keys" xvfb libx11-dev libxext-dev libxtst-dev
     need "the stage script on a real server" xinit
     need "saves disturbed at each of their system calls" strace

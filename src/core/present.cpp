@@ -16,7 +16,7 @@
 
 #include "common/rgb565.h"
 #include "core/display.h"
-#include "px/widen.h"
+#include "px/operations.h"
 
 namespace {
 
@@ -315,8 +315,9 @@ bool takeRow(const SDL_Surface* video, int row) {
         static_cast<const uint8_t*>(video->pixels) + static_cast<ptrdiff_t>(row) * video->pitch;
     uint8_t* const shown = imageRow(row);
     if (road.form.bits == kWideForm.bits) {
-        return px::fast::widenChanged(reinterpret_cast<uint32_t*>(shown),
-                                      reinterpret_cast<const uint16_t*>(now), road.target.width);
+        return px::operations().widenChanged(reinterpret_cast<uint32_t*>(shown),
+                                             reinterpret_cast<const uint16_t*>(now),
+                                             road.target.width);
     }
     if (memcmp(shown, now, rowBytes()) == 0) {
         return false;

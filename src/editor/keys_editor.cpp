@@ -1,8 +1,8 @@
 // What the keys do on the playlist screen, and the order of its handler's parts.
 #include "editor/keys_editor.h"
+#include "common/slots.h"
 #include "editor/editor.h"
 #include "input/keys.h"
-#include "input/slots.h"
 
 namespace {
 

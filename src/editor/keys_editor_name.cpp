@@ -5,10 +5,10 @@
 #include <cctype>
 #include <cstring>
 
+#include "common/slots.h"
 #include "editor/editor.h"
 #include "editor/keys_editor.h"
 #include "input/keys.h"
-#include "input/slots.h"
 
 namespace {
 

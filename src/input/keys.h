@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "common/limits.h"
-#include "input/slots.h"
+#include "common/slots.h"
 
 // A key-down event, repeats included: its SDL key symbol, and the character that the keyboard's
 // layout makes of it (UTF-16, 0 none).

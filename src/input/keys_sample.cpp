@@ -10,43 +10,28 @@
 namespace {
 
 struct KeyBinding {
-    int slot;
+    InputSlot slot;
     SDLKey key;
 };
 
 // Deliberate: "q" and "w" each drive two slots, a control and a filter letter.
 // [quirk_q_and_w_drive_two_slots]
 constexpr KeyBinding kKeyboard[] = {
-    {KEY_UP, SDLK_UP},
-    {KEY_RIGHT, SDLK_RIGHT},
-    {KEY_DOWN, SDLK_DOWN},
-    {KEY_LEFT, SDLK_LEFT},
-    {KEY_A, SDLK_a},
-    {KEY_X, SDLK_x},
-    {KEY_Z, SDLK_z},
-    {KEY_S, SDLK_s},
-    {KEY_Q, SDLK_q},
-    {KEY_W, SDLK_w},
-    {KEY_TAB, SDLK_TAB},
-    {KEY_SPACE, SDLK_SPACE},
-    {KEY_RETURN, SDLK_RETURN},
-    {KEY_BACKSPACE, SDLK_BACKSPACE},
-    {KEY_1, SDLK_1},
-    {KEY_2, SDLK_2},
-    {KEY_3, SDLK_3},
-    {KEY_4, SDLK_4},
-    {KEY_5, SDLK_5},
-    {KEY_6, SDLK_6},
-    {22, SDLK_q},
-    {23, SDLK_w},
-    {24, SDLK_e},
-    {25, SDLK_r},
-    {26, SDLK_t},
-    {27, SDLK_y},
-    {28, SDLK_u},
-    {29, SDLK_i},
-    {30, SDLK_o},
-    {KEY_F, SDLK_f},
+    {KEY_UP, SDLK_UP},         {KEY_RIGHT, SDLK_RIGHT},
+    {KEY_DOWN, SDLK_DOWN},     {KEY_LEFT, SDLK_LEFT},
+    {KEY_A, SDLK_a},           {KEY_X, SDLK_x},
+    {KEY_Z, SDLK_z},           {KEY_S, SDLK_s},
+    {KEY_Q, SDLK_q},           {KEY_W, SDLK_w},
+    {KEY_TAB, SDLK_TAB},       {KEY_SPACE, SDLK_SPACE},
+    {KEY_RETURN, SDLK_RETURN}, {KEY_BACKSPACE, SDLK_BACKSPACE},
+    {KEY_1, SDLK_1},           {KEY_2, SDLK_2},
+    {KEY_3, SDLK_3},           {KEY_4, SDLK_4},
+    {KEY_5, SDLK_5},           {KEY_6, SDLK_6},
+    {KEY_FILTER_Q, SDLK_q},    {KEY_FILTER_W, SDLK_w},
+    {KEY_FILTER_E, SDLK_e},    {KEY_FILTER_R, SDLK_r},
+    {KEY_FILTER_T, SDLK_t},    {KEY_FILTER_Y, SDLK_y},
+    {KEY_FILTER_U, SDLK_u},    {KEY_FILTER_I, SDLK_i},
+    {KEY_FILTER_O, SDLK_o},    {KEY_F, SDLK_f},
 };
 
 constexpr int kWheelRight = 7;  // buttons 4 to 7: up, down, left, right

@@ -1,13 +1,5 @@
 #include "mixer/filters.h"
 
-namespace {
-
-constexpr const char* kFilterNames[kFilterIds] = {
-    "NONE", "MIRROR", "SCROLL", "INVERT", "BURNED", "ZOOM", "HUE", "GAME BOY", "GLITCH", "SNOW",
-};
-
-}  // namespace
-
 void c_filters::initFilters() {
     for (FilterSlot(&layerSlots)[kFilterSlots] : slots) {
         for (FilterSlot& slot : layerSlots) {
@@ -18,7 +10,7 @@ void c_filters::initFilters() {
 }
 
 const char* c_filters::getFilterName(int id) {
-    return kFilterNames[id >= 0 && id < kFilterIds ? id : FILTER_NONE];
+    return filterOf(id).name;
 }
 
 FilterSlot* c_filters::activeSlot(int layer, int id) {

@@ -6,20 +6,7 @@
 #include <cstdint>
 
 #include "common/limits.h"
-
-enum FilterId : int32_t {
-    FILTER_NONE = 0,
-    FILTER_MIRROR = 1,
-    FILTER_SCROLL = 2,
-    FILTER_INVERT = 3,
-    FILTER_BURNED = 4,
-    FILTER_ZOOM = 5,
-    FILTER_HUE = 6,
-    FILTER_GAME_BOY = 7,
-    FILTER_GLITCH = 8,
-    FILTER_SNOW = 9,
-};
-inline constexpr int kFilterIds = 10;
+#include "px/filters.h"
 
 struct FilterSlot {
     int32_t id;
@@ -38,7 +25,8 @@ public:
     int getFilterCoef(int layer, int id);              // 0 when no slot answers
     void setFilterCoef(int layer, int id, int value);  // nothing happens when no slot answers
 
-    // The effects rewrite one layer (0 bottom, 1 top) of finalTilesTracks in place.
+    // The effects rewrite one layer (0 bottom, 1 top) of finalTilesTracks in place. Each by its own
+    // name; applyAll goes by kFilters.
     void fx_invert(int layer);
     void fx_brulure(int layer, int dir);
     void fx_snow(int layer, int dir);
@@ -56,5 +44,6 @@ public:
     int32_t selected;  // the slot (0 to 8) whose letter was held last
 
 private:
+    void run(FilterId id, int layer, int dir, int hold);
     FilterSlot* activeSlot(int layer, int id);
 };

@@ -18,16 +18,6 @@ constexpr int kScrubWidth = 640;
 constexpr int kScrubHeight = 50;
 constexpr int kPixelsPerFrame = 5;
 
-struct ModeKey {
-    int key;
-    MixMode mode;
-};
-// The last pressed key of the list wins.
-constexpr ModeKey kModeKeys[] = {
-    {KEY_1, MODE_TOP},      {KEY_2, MODE_BLEND}, {KEY_3, MODE_ADD},
-    {KEY_4, MODE_MULTIPLY}, {KEY_5, MODE_KEY},   {KEY_6, MODE_HALF_HALF},
-};
-
 MixLayer& activeLayer() {
     return mix->layer[mix->activeLayer];
 }
@@ -108,7 +98,7 @@ void togglePanel(const c_keys& input) {
 }
 
 void chooseMode(const c_keys& input) {
-    for (const ModeKey& each : kModeKeys) {
+    for (const ModeControl& each : kModes) {
         if (input.pressed(each.key)) {
             mix->mode = each.mode;
         }
@@ -118,9 +108,9 @@ void chooseMode(const c_keys& input) {
 // The last held letter of the row wins. True while any is held.
 bool selectFilter(const c_keys& input) {
     mix->filterKeyHeld = 0;
-    for (int letter = KEY_FILTER_FIRST; letter <= KEY_FILTER_LAST; ++letter) {
+    for (int letter = KEY_FILTER_Q; letter <= KEY_FILTER_O; ++letter) {
         if (input.held(letter)) {
-            _filters->selected = letter - KEY_FILTER_FIRST;
+            _filters->selected = letter - KEY_FILTER_Q;
             mix->filterKeyHeld = kFilterKeyDown;
         }
     }

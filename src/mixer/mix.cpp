@@ -10,7 +10,6 @@
 #include "mixer/filters.h"
 #include "moxel/moxel.h"
 #include "options/options.h"
-#include "px/output.h"
 
 namespace {
 
@@ -73,25 +72,7 @@ void c_mix::finRender(int position, int length) {
     _filters->applyAll(hold);
 
     VideoOutput output;
-    switch (mode) {
-        case MODE_ADD:
-            mixAdd(output.pixels());
-            break;
-        case MODE_BLEND:
-            mixBlend(output.pixels());
-            break;
-        case MODE_KEY:
-            mixKey(output.pixels());
-            break;
-        case MODE_MULTIPLY:
-            mixMultiply(output.pixels());
-            break;
-        case MODE_HALF_HALF:
-            mixHalfHalf();
-            break;
-        default:
-            break;
-    }
+    mixLayers(mode, output.view());
 
     // Deliberate: outside mode 0 the picture is on the surface already, so fade and flash show in
     // mode 0 alone; the next frame's copy overwrites what they changed.

@@ -10,16 +10,8 @@
 #include <cstdint>
 
 #include "common/limits.h"
-
-enum MixMode : int32_t {
-    MODE_TOP = 0,
-    MODE_ADD = 1,
-    MODE_BLEND = 2,
-    MODE_KEY = 3,
-    MODE_MULTIPLY = 4,
-    MODE_NOTHING = 5,  // no control selects it
-    MODE_HALF_HALF = 6,
-};
+#include "px/modes.h"
+#include "px/output.h"
 
 enum PlayDirection : int32_t { PLAY_FORWARD = 0, PLAY_BACKWARD = 1 };
 
@@ -42,6 +34,7 @@ public:
     void finRender(int position, int length);
     void drawUI();
 
+    // Each mode by its own name; finRender goes by `mode`.
     void mixBlend(unsigned short* out);
     void mixAdd(unsigned short* out);
     void mixMultiply(unsigned short* out);
@@ -66,4 +59,9 @@ public:
     int32_t scrubbing;
     int32_t flash;  // 15 when triggered, counts down to 0
     int32_t fade;   // 0 to 15
+
+private:
+    // The picture that the mode makes of both layers, where it makes one.
+    void mixLayers(int which, const px::OutputView& view);
+    void mixOnto(MixMode which, uint16_t* out);
 };

@@ -48,17 +48,6 @@ constexpr int kFpsTextX = 34;
 constexpr int kFpsTextAbove = 12;
 constexpr int kFpsColour = 0xAAAAAA;
 
-struct ModeButton {
-    MixMode mode;
-    const char* label;
-    const char* secondLine;  // or null
-};
-constexpr ModeButton kModeButtons[] = {
-    {MODE_TOP, "none", nullptr},     {MODE_BLEND, "blend", nullptr},
-    {MODE_ADD, "add", nullptr},      {MODE_MULTIPLY, "multiply", nullptr},
-    {MODE_KEY, "alpha /", "chroma"}, {MODE_HALF_HALF, "half half", nullptr},
-};
-
 int white() {
     return static_cast<int>(_colorW);
 }
@@ -113,7 +102,7 @@ void drawLayerBox(const PanelSizes& sizes, const MixLayer& layer, bool active, i
 }
 
 void drawModeButtons(const PanelSizes& sizes, int mode, int x, int y) {
-    for (const ModeButton& button : kModeButtons) {
+    for (const ModeControl& button : kModes) {
         _lib->CSS_rectNoBorder(x, y, sizes.buttonWidth, sizes.buttonHeight,
                                boxColour(button.mode == mode), kOpacity);
         text(button.label, x + kLabelInset, y + kLabelInset, sizes.font);

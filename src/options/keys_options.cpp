@@ -1,10 +1,10 @@
 // What mouse, keys and controller do on the options screen.
 #include <SDL.h>
 
+#include "common/slots.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "input/keys.h"
-#include "input/slots.h"
 #include "layout/options_layout.h"
 #include "mixer/filters.h"
 #include "options/options.h"

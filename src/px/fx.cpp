@@ -1,3 +1,5 @@
+// The plain effects. Two measures of a pixel: weight L = 2 r + g + 2 b (0 to 187), intensity
+// S = r + g / 2 + b (0 to 93).
 #include "px/fx.h"
 
 #include <algorithm>
@@ -6,6 +8,7 @@
 #include "common/limits.h"
 #include "common/rgb565.h"
 #include "px/fx_numbers.h"
+#include "px/plain.h"
 
 namespace px {
 
@@ -30,6 +33,11 @@ void copyPixels(uint16_t* to, const uint16_t* from, int count) {
     memcpy(to, from, static_cast<size_t>(count) * sizeof *to);
 }
 
+// Where the two overlap.
+void movePixels(uint16_t* to, const uint16_t* from, int count) {
+    memmove(to, from, static_cast<size_t>(count) * sizeof *to);
+}
+
 uint16_t snowPixel(uint16_t p, int t) {
     const int change = t - kSnowCentre;
     return pack(std::clamp(redOf(p) + change, 0, 31), std::clamp(greenOf(p) + 2 * change, 0, 63),
@@ -48,48 +56,60 @@ struct ZoomPicture {
     const uint16_t* row(int y) const { return pixels + y * kZoomWidth; }
 };
 
-void rotateRow(uint16_t* row, int offset) {
-    std::rotate(row, row + (kFrameWidth - offset), row + kFrameWidth);
+// The last `tail` of `count` pixels come to the front. `room` holds half of them.
+void rotatePixels(uint16_t* pixels, int count, int tail, uint16_t* room) {
+    const int head = count - tail;
+    if (head < tail) {
+        copyPixels(room, pixels, head);
+        movePixels(pixels, pixels + head, tail);
+        copyPixels(pixels + tail, room, head);
+    } else {
+        copyPixels(room, pixels + head, tail);
+        movePixels(pixels + tail, pixels, head);
+        copyPixels(pixels, room, tail);
+    }
 }
 
-}  // namespace
-
-void invertFrame(uint16_t* frame) {
+// Photographic negative.
+void invertFrame(uint16_t* frame, const Setting&) {
     for (int i = 0; i < kFramePixels; ++i) {
         frame[i] = static_cast<uint16_t>(frame[i] ^ kWhole);
     }
 }
 
-void burnFrame(uint16_t* frame, int direction) {
-    const uint16_t light = burnColour(direction);
+// Two tones: black where L is below 90, else the direction's colour: light grey, red, green,
+// yellow; black for any other direction.
+void burnFrame(uint16_t* frame, const Setting& setting) {
+    const uint16_t light = burnColour(setting.direction);
     for (int i = 0; i < kFramePixels; ++i) {
         frame[i] = weightOf(frame[i]) < kBurnThreshold ? uint16_t{0} : light;
     }
 }
 
-int snowEntries(int direction) {
-    return kSnowEntries[direction & 3];
-}
-
-void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
+// Brightness noise. Pixel i takes entry (i + 1) mod n of the noise, t = 0 to 19, and gains t - 10
+// in red and blue and 2 t - 20 in green, each held in its range.
+void snowFrame(uint16_t* frame, const Setting& setting) {
+    const int entries = snowEntries(setting.direction);
     int entry = 0;
     for (int i = 0; i < kFramePixels; ++i) {
         ++entry;
         if (entry == entries) {
             entry = 0;
         }
-        frame[i] = snowPixel(frame[i], table[entry]);
+        frame[i] = snowPixel(frame[i], setting.noise[entry]);
     }
 }
 
+// The centre, 320 x 180 pixels from column 160 of row 90 on, enlarged twice.
+//
 // Deliberate: away from direction 0 the odd columns and rows keep the picture that was there, a
 // screen door of both. [quirk_zoom_away_from_up_is_a_screen_door]
-void zoomFrame(uint16_t* frame, int direction) {
+void zoomFrame(uint16_t* frame, const Setting& setting) {
     const ZoomPicture picture(frame);
     for (int y = 0; y < kZoomHeight; ++y) {
         uint16_t* out = rowOf(frame, 2 * y);
         const uint16_t* source = picture.row(y);
-        if (direction != 0) {
+        if (setting.direction != 0) {
             for (int x = 0; x < kZoomWidth; ++x) {
                 out[2 * x] = source[x];
             }
@@ -103,13 +123,16 @@ void zoomFrame(uint16_t* frame, int direction) {
     }
 }
 
-void gameBoyFrame(uint16_t* frame) {
+// Four shades of green by L: up to 45, 90, 135 and above.
+void gameBoyFrame(uint16_t* frame, const Setting&) {
     for (int i = 0; i < kFramePixels; ++i) {
         frame[i] = gameBoyShade(weightOf(frame[i]));
     }
 }
 
-void mirrorFrame(uint16_t* frame, int direction) {
+// One half mirrored over the other: 0 keeps the bottom, 1 the left, 2 the top, 3 the right.
+void mirrorFrame(uint16_t* frame, const Setting& setting) {
+    const int direction = setting.direction;
     constexpr int kHalfHeight = kFrameHeight / 2;
     for (int y = 0; y < kHalfHeight && direction % 2 == 0; ++y) {
         uint16_t* upper = rowOf(frame, y);
@@ -127,12 +150,35 @@ void mirrorFrame(uint16_t* frame, int direction) {
     }
 }
 
-// A tint depends on the intensity alone: 94 values say all about it.
-void hueFrame(uint16_t* frame, int direction) {
-    const auto tintOf = tints(direction);
+// Monochrome by S: 0 grey, 1 red, 2 green, 3 yellow. 94 tints say all about it.
+void hueFrame(uint16_t* frame, const Setting& setting) {
+    const auto tintOf = tints(setting.direction);
     for (int i = 0; i < kFramePixels; ++i) {
         frame[i] = tintOf[static_cast<size_t>(intensityOf(frame[i]))];
     }
+}
+
+bool isAcross(int direction) {
+    return direction == 1 || direction == 3;
+}
+
+// Rotates the frame right by `offset` pixels (directions 1, 3; at most 640) or down by `offset`
+// rows (0, 2; at most 360).
+void scrollFrame(uint16_t* frame, const Setting& setting) {
+    uint16_t room[kFramePixels / 2];
+    if (!isAcross(setting.direction)) {
+        rotatePixels(frame, kFramePixels, setting.offset * kFrameWidth, room);
+        return;
+    }
+    for (int y = 0; y < kFrameHeight; ++y) {
+        rotatePixels(rowOf(frame, y), kFrameWidth, setting.offset, room);
+    }
+}
+
+}  // namespace
+
+int snowEntries(int direction) {
+    return kSnowEntries[direction & 3];
 }
 
 int nextScrollOffset(int offset, int direction, bool hold) {
@@ -143,7 +189,7 @@ int nextScrollOffset(int offset, int direction, bool hold) {
     }
     // Deliberate: across, 640 itself wraps, so 638 is followed by 2; downwards 360 is reached, a
     // full turn. [quirk_scroll_wraps_at_640_across_and_past_360_down]
-    const bool across = direction == 1 || direction == 3;
+    const bool across = isAcross(direction);
     if (across ? o >= kFrameWidth : o > kFrameHeight) {
         o = kScrollStep;
     }
@@ -153,14 +199,15 @@ int nextScrollOffset(int offset, int direction, bool hold) {
     return o;
 }
 
-void scrollFrame(uint16_t* frame, int direction, int offset) {
-    if (direction == 1 || direction == 3) {
-        for (int y = 0; y < kFrameHeight; ++y) {
-            rotateRow(rowOf(frame, y), offset);
-        }
-    } else {
-        std::rotate(frame, rowOf(frame, kFrameHeight - offset), frame + kFramePixels);
-    }
+void addPlainEffects(Operations& table) {
+    table.effects[FILTER_INVERT] = invertFrame;
+    table.effects[FILTER_BURNED] = burnFrame;
+    table.effects[FILTER_SNOW] = snowFrame;
+    table.effects[FILTER_ZOOM] = zoomFrame;
+    table.effects[FILTER_GAME_BOY] = gameBoyFrame;
+    table.effects[FILTER_MIRROR] = mirrorFrame;
+    table.effects[FILTER_HUE] = hueFrame;
+    table.effects[FILTER_SCROLL] = scrollFrame;
 }
 
 }  // namespace px

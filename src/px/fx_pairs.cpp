@@ -6,6 +6,7 @@
 #include <array>
 
 #include "common/limits.h"
+#include "px/fx.h"
 #include "px/fx_numbers.h"
 #include "px/pairs.h"
 
@@ -70,36 +71,35 @@ Pair snowed(const Fields& fields, Pair p, Pair change) {
     return {blue | green << 5 | red << 11};
 }
 
-}  // namespace
-
-void invertFrame(uint16_t* frame) {
+void invertFrame(uint16_t* frame, const Setting&) {
     mapFrame(frame, [](Pair p) { return Not(p); });
 }
 
-void burnFrame(uint16_t* frame, int direction) {
+void burnFrame(uint16_t* frame, const Setting& setting) {
     const Fields fields;
-    const Pair light = {held(both(burnColour(direction)))};
+    const Pair light = {held(both(burnColour(setting.direction)))};
     const Pair threshold = {held(both(kBurnThreshold))};
     mapFrame(frame,
              [=](Pair p) { return IfAtLeast(weightOf(fields, p), threshold, light, Pair{0}); });
 }
 
-void gameBoyFrame(uint16_t* frame) {
+void gameBoyFrame(uint16_t* frame, const Setting&) {
     static constexpr auto kShades = gameBoyShades();
     const Fields fields;
     mapFrame(frame, [=](Pair p) { return lookUp(kShades, weightOf(fields, p)); });
 }
 
-void hueFrame(uint16_t* frame, int direction) {
+void hueFrame(uint16_t* frame, const Setting& setting) {
+    const int direction = setting.direction;
     static constexpr std::array kTints = {tints(0), tints(1), tints(2), tints(3)};
     const auto& tint = kTints[direction >= 0 && direction < 3 ? static_cast<size_t>(direction) : 3];
     const Fields fields;
     mapFrame(frame, [=, &tint](Pair p) { return lookUp(tint, intensityOf(fields, p)); });
 }
 
-void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
+void snowFrame(uint16_t* frame, const Setting& setting) {
     SnowRun run;
-    spreadSnow(table, entries, run);
+    spreadSnow(setting.noise, snowEntries(setting.direction), run);
     const Fields fields;
     for (int start = 0; start < kFramePixels; start += run.length) {
         uint16_t* const out = frame + start;
@@ -110,6 +110,16 @@ void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
             StoreU(snowed(fields, LoadU(kPixels, out + i), change), kPixels, out + i);
         }
     }
+}
+
+}  // namespace
+
+void addEffects(Operations& table) {
+    table.effects[FILTER_INVERT] = invertFrame;
+    table.effects[FILTER_BURNED] = burnFrame;
+    table.effects[FILTER_SNOW] = snowFrame;
+    table.effects[FILTER_GAME_BOY] = gameBoyFrame;
+    table.effects[FILTER_HUE] = hueFrame;
 }
 
 }  // namespace px::pairs

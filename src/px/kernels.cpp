@@ -1,6 +1,8 @@
-#include "px/kernels.h"
+// The plain mixes and transitions. `a` and `b` below are pixels of the bottom and of the top layer.
+#include <algorithm>
 
 #include "common/rgb565.h"
+#include "px/plain.h"
 
 namespace px {
 
@@ -49,47 +51,65 @@ void applyTables(uint16_t* pixels, int count, const FieldTables& tables) {
     }
 }
 
-}  // namespace
-
-void blendPixels(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count) {
+// Half of each: every field loses its lowest bit, is halved and added.
+void blendPixels(uint16_t* out, const Layers& layers, int count) {
     for (int i = 0; i < count; ++i) {
-        out[i] = static_cast<uint16_t>(((bottom[i] & kHalvingMask) >> 1) +
-                                       ((top[i] & kHalvingMask) >> 1));
+        out[i] = static_cast<uint16_t>(((layers.bottom[i] & kHalvingMask) >> 1) +
+                                       ((layers.top[i] & kHalvingMask) >> 1));
     }
 }
 
-void addPixels(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count) {
+// Sum of each field, held at its maximum.
+void addPixels(uint16_t* out, const Layers& layers, int count) {
     for (int i = 0; i < count; ++i) {
-        out[i] = addPixel(bottom[i], top[i]);
+        out[i] = addPixel(layers.bottom[i], layers.top[i]);
     }
 }
 
-void multiplyPixels(uint16_t* out, const uint16_t* bottom, const uint16_t* top, int count) {
+// Product of each field over its maximum: rA rB / 31, gA gB / 63, bA bB / 31.
+void multiplyPixels(uint16_t* out, const Layers& layers, int count) {
     for (int i = 0; i < count; ++i) {
-        const uint16_t a = bottom[i];
-        const uint16_t b = top[i];
+        const uint16_t a = layers.bottom[i];
+        const uint16_t b = layers.top[i];
         out[i] = pack(redOf(a) * redOf(b) / 31, greenOf(a) * greenOf(b) / 63,
                       blueOf(a) * blueOf(b) / 31);
     }
 }
 
-void keyByAlpha(uint16_t* bottom, const uint16_t* top, const uint8_t* alpha, int count) {
+// Top over bottom by alpha a: f = fB a / 15 + fA (15 - a) / 15, each quotient truncated.
+void keyByAlpha(uint16_t* out, const Layers& layers, int count) {
     for (int i = 0; i < count; ++i) {
-        const uint16_t a = bottom[i];
-        const uint16_t b = top[i];
-        // With alpha 0 the sum below is the bottom pixel itself.
-        bottom[i] =
-            pack(mixField(redOf(b), redOf(a), alpha[i]), mixField(greenOf(b), greenOf(a), alpha[i]),
-                 mixField(blueOf(b), blueOf(a), alpha[i]));
+        const uint16_t a = layers.bottom[i];
+        const uint16_t b = layers.top[i];
+        const uint8_t alpha = layers.alpha[i];  // with 0 the sum below is the bottom pixel itself
+        out[i] = pack(mixField(redOf(b), redOf(a), alpha), mixField(greenOf(b), greenOf(a), alpha),
+                      mixField(blueOf(b), blueOf(a), alpha));
     }
 }
 
-void keyByBlack(uint16_t* bottom, const uint16_t* top, int count) {
+// Top over bottom; only pure black (0x0000) of the top is transparent.
+void keyByBlack(uint16_t* out, const Layers& layers, int count) {
     for (int i = 0; i < count; ++i) {
-        bottom[i] = top[i] != 0 ? top[i] : bottom[i];
+        const uint16_t a = layers.bottom[i];
+        const uint16_t b = layers.top[i];
+        out[i] = b != 0 ? b : a;
     }
 }
 
+void keyPixels(uint16_t* out, const Layers& layers, int count) {
+    (layers.alpha != nullptr ? keyByAlpha : keyByBlack)(out, layers, count);
+}
+
+// The left half of the row from the top layer.
+void halvePixels(uint16_t* out, const Layers& layers, int count) {
+    const int half = count / 2;
+    std::copy_n(layers.top, half, out);
+    if (out != layers.bottom) {
+        std::copy(layers.bottom + half, layers.bottom + count, out + half);
+    }
+}
+
+// White flash, level k: r = (31 k + (15 - k) r) / 15, b likewise, g = (126 k + (31 - 2 k) g) / 31.
 void flashPixels(uint16_t* pixels, int count, int level) {
     FieldTables tables;
     for (int v = 0; v < 32; ++v) {
@@ -105,6 +125,7 @@ void flashPixels(uint16_t* pixels, int count, int level) {
     applyTables(pixels, count, tables);
 }
 
+// Fade to black, with k = 15 - level: r = k r / 15, b likewise, g = 2 k g / 30.
 void fadePixels(uint16_t* pixels, int count, int level) {
     const int k = kMaxLevel - level;
     FieldTables tables;
@@ -116,6 +137,19 @@ void fadePixels(uint16_t* pixels, int count, int level) {
         tables.green[v] = pack(0, 2 * k * v / 30, 0);
     }
     applyTables(pixels, count, tables);
+}
+
+}  // namespace
+
+void addPlainKernels(Operations& table) {
+    constexpr bool kInPlace = true;
+    table.mixes[MODE_BLEND] = {blendPixels, !kInPlace, nullptr};
+    table.mixes[MODE_ADD] = {addPixels, !kInPlace, nullptr};
+    table.mixes[MODE_MULTIPLY] = {multiplyPixels, !kInPlace, nullptr};
+    table.mixes[MODE_KEY] = {keyPixels, kInPlace, nullptr};
+    table.mixes[MODE_HALF_HALF] = {halvePixels, kInPlace, nullptr};
+    table.flash = flashPixels;
+    table.fade = fadePixels;
 }
 
 }  // namespace px

@@ -6,7 +6,7 @@
 
 namespace px::pairs {
 
-// As px::keyByAlpha for whole groups of pixels; returns how many pixels that were.
+// The rule of MODE_KEY for whole groups of pixels, in place; returns how many pixels that were.
 int keyByAlpha(uint16_t* bottom, const uint16_t* top, const uint8_t* alpha, int count);
 
 }  // namespace px::pairs

@@ -7,6 +7,7 @@
 #include "common/limits.h"
 #include "common/rgb565.h"
 #include "px/fx.h"
+#include "px/operations.h"
 
 namespace {
 
@@ -38,9 +39,17 @@ uint16_t at(const Frame& frame, int x, int y) {
     return frame[static_cast<size_t>(y * kFrameWidth + x)];
 }
 
+void apply(FilterId id, Frame& frame, int direction = 0) {
+    px::plain().effects[id](frame.data(), {direction, 0, nullptr});
+}
+
+void snow(Frame& frame, const uint8_t (&table)[7]) {
+    px::plain().effects[FILTER_SNOW](frame.data(), {3, 0, table});
+}
+
 TEST(Invert, EveryPixel_IsItsNegative) {
     Frame frame = everyPixel();
-    px::invertFrame(frame.data());
+    apply(FILTER_INVERT, frame);
     for (size_t i = 0; i < 65536; ++i) {
         ASSERT_EQ(frame[i], 65535 - i);
     }
@@ -48,21 +57,21 @@ TEST(Invert, EveryPixel_IsItsNegative) {
 
 TEST(Invert, Twice_GivesBackTheFrame) {
     Frame frame = noise(1);
-    px::invertFrame(frame.data());
-    px::invertFrame(frame.data());
+    apply(FILTER_INVERT, frame);
+    apply(FILTER_INVERT, frame);
     EXPECT_EQ(frame, noise(1));
 }
 
 // L of pure blue is 62.
 TEST(Burned, PureBlueInDirection1_IsBlack) {
     Frame frame = solid(0x001F);
-    px::burnFrame(frame.data(), 1);
+    apply(FILTER_BURNED, frame, 1);
     EXPECT_EQ(frame, solid(0));
 }
 
 TEST(Burned, WhiteInDirection1_IsRed) {
     Frame frame = solid(0xFFFF);
-    px::burnFrame(frame.data(), 1);
+    apply(FILTER_BURNED, frame, 1);
     EXPECT_EQ(frame, solid(0xF800));
 }
 
@@ -70,7 +79,7 @@ TEST(Burned, EveryPixelAndDirection_FollowsTheThreshold) {
     const uint16_t colours[] = {0xF79E, 0xF800, 0x07E0, 0xFFE0, 0x0000};
     for (int direction = 0; direction < 5; ++direction) {
         Frame frame = everyPixel();
-        px::burnFrame(frame.data(), direction);
+        apply(FILTER_BURNED, frame, direction);
         for (int p = 0; p < 65536; ++p) {
             const int weight = 2 * (p >> 11) + ((p >> 5) & 63) + 2 * (p & 31);
             ASSERT_EQ(frame[static_cast<size_t>(p)], weight < 90 ? 0 : colours[direction]) << p;
@@ -80,19 +89,19 @@ TEST(Burned, EveryPixelAndDirection_FollowsTheThreshold) {
 
 TEST(GameBoy, Black_IsTheDarkestShade) {
     Frame frame = solid(0);
-    px::gameBoyFrame(frame.data());
+    apply(FILTER_GAME_BOY, frame);
     EXPECT_EQ(frame, solid(0x39E0));
 }
 
 TEST(GameBoy, White_IsTheLightestShade) {
     Frame frame = solid(0xFFFF);
-    px::gameBoyFrame(frame.data());
+    apply(FILTER_GAME_BOY, frame);
     EXPECT_EQ(frame, solid(0xFFFD));
 }
 
 TEST(GameBoy, EveryPixel_FollowsItsWeight) {
     Frame frame = everyPixel();
-    px::gameBoyFrame(frame.data());
+    apply(FILTER_GAME_BOY, frame);
     for (int p = 0; p < 65536; ++p) {
         const int weight = 2 * (p >> 11) + ((p >> 5) & 63) + 2 * (p & 31);
         const int shade = weight <= 45    ? 0x39E0
@@ -106,7 +115,7 @@ TEST(GameBoy, EveryPixel_FollowsItsWeight) {
 TEST(Hue, EveryPixelAndDirection_FollowsItsIntensity) {
     for (int direction = 0; direction < 4; ++direction) {
         Frame frame = everyPixel();
-        px::hueFrame(frame.data(), direction);
+        apply(FILTER_HUE, frame, direction);
         for (int p = 0; p < 65536; ++p) {
             const int s = (p >> 11) + (((p >> 5) & 63) >> 1) + (p & 31);
             const int m = std::min(s, 31);
@@ -127,7 +136,7 @@ TEST(Mirror, RedLeftAndBlueRightInDirection1_IsAllRed) {
     for (int i = 0; i < kFramePixels; ++i) {
         frame[static_cast<size_t>(i)] = i % kFrameWidth < 320 ? 0xF800 : 0x001F;
     }
-    px::mirrorFrame(frame.data(), 1);
+    apply(FILTER_MIRROR, frame, 1);
     EXPECT_EQ(frame, solid(0xF800));
 }
 
@@ -135,7 +144,7 @@ TEST(Mirror, EveryDirection_KeepsItsHalf) {
     const Frame before = noise(5);
     for (int direction = 0; direction < 4; ++direction) {
         Frame frame = before;
-        px::mirrorFrame(frame.data(), direction);
+        apply(FILTER_MIRROR, frame, direction);
         for (int y = 0; y < kFrameHeight; ++y) {
             for (int x = 0; x < kFrameWidth; ++x) {
                 const int fromY = direction == 0   ? std::max(y, 359 - y)
@@ -154,7 +163,7 @@ TEST(Mirror, EveryDirection_KeepsItsHalf) {
 TEST(Zoom, Direction0_FillsTheFrameWithTheCentre) {
     const Frame before = noise(6);
     Frame frame = before;
-    px::zoomFrame(frame.data(), 0);
+    apply(FILTER_ZOOM, frame, 0);
     for (int y = 0; y < kFrameHeight; ++y) {
         for (int x = 0; x < kFrameWidth; ++x) {
             ASSERT_EQ(at(frame, x, y), at(before, 160 + x / 2, 90 + y / 2)) << x << " " << y;
@@ -166,7 +175,7 @@ TEST(Zoom, quirk_zoom_away_from_up_is_a_screen_door) {
     const Frame before = noise(7);
     for (int direction = 1; direction < 4; ++direction) {
         Frame frame = before;
-        px::zoomFrame(frame.data(), direction);
+        apply(FILTER_ZOOM, frame, direction);
         for (int y = 0; y < kFrameHeight; ++y) {
             for (int x = 0; x < kFrameWidth; ++x) {
                 const bool zoomed = x % 2 == 0 && y % 2 == 0;
@@ -181,7 +190,7 @@ TEST(Zoom, quirk_zoom_away_from_up_is_a_screen_door) {
 TEST(Snow, FirstPixel_TakesEntryOneAndTheTableWraps) {
     const uint8_t table[7] = {19, 10, 11, 12, 13, 14, 15};
     Frame frame = solid(px::pack(10, 20, 10));
-    px::snowFrame(frame.data(), table, 7);
+    snow(frame, table);
     EXPECT_EQ(frame[0], px::pack(10, 20, 10));
     EXPECT_EQ(frame[1], px::pack(11, 22, 11));
     EXPECT_EQ(frame[5], px::pack(15, 30, 15));
@@ -192,10 +201,10 @@ TEST(Snow, FirstPixel_TakesEntryOneAndTheTableWraps) {
 TEST(Snow, Fields_StayInTheirRange) {
     const uint8_t table[7] = {0, 0, 19, 0, 19, 0, 19};
     Frame dark = solid(px::pack(3, 5, 3));
-    px::snowFrame(dark.data(), table, 7);
+    snow(dark, table);
     EXPECT_EQ(dark[0], 0);
     Frame light = solid(px::pack(28, 60, 28));
-    px::snowFrame(light.data(), table, 7);
+    snow(light, table);
     EXPECT_EQ(light[1], 0xFFFF);
 }
 
@@ -206,7 +215,7 @@ TEST(Snow, quirk_short_snow_tables_make_stripes) {
     EXPECT_EQ(px::snowEntries(3), 7);
     const uint8_t table[7] = {0, 5, 19, 2, 17, 9, 11};
     Frame frame = solid(px::pack(15, 30, 15));
-    px::snowFrame(frame.data(), table, 7);
+    snow(frame, table);
     for (size_t i = 7; i < frame.size(); ++i) {
         ASSERT_EQ(frame[i], frame[i - 7]);
     }
@@ -275,16 +284,20 @@ TEST(ScrollOffset, quirk_scroll_wraps_at_640_across_and_past_360_down) {
     EXPECT_EQ(px::nextScrollOffset(360, 2, false), 2);
 }
 
+Frame scrolled(const Frame& before, int direction, int offset) {
+    Frame frame = before;
+    px::plain().effects[FILTER_SCROLL](frame.data(), {direction, offset, nullptr});
+    return frame;
+}
+
 TEST(Scroll, Across_MovesEveryPixelRight) {
     const Frame before = noise(8);
-    for (const int offset : {2, 318, 638, 640}) {
-        for (const int direction : {1, 3}) {
-            Frame frame = before;
-            px::scrollFrame(frame.data(), direction, offset);
-            for (int y = 0; y < kFrameHeight; y += 17) {
-                for (int x = 0; x < kFrameWidth; ++x) {
-                    ASSERT_EQ(at(frame, (x + offset) % 640, y), at(before, x, y));
-                }
+    for (int offset = 2; offset <= 640; offset += 2) {
+        const Frame frame = scrolled(before, 1, offset);
+        ASSERT_EQ(scrolled(before, 3, offset), frame) << offset;
+        for (int y = 0; y < kFrameHeight; y += 17) {
+            for (int x = 0; x < kFrameWidth; ++x) {
+                ASSERT_EQ(at(frame, (x + offset) % 640, y), at(before, x, y)) << offset;
             }
         }
     }
@@ -292,14 +305,14 @@ TEST(Scroll, Across_MovesEveryPixelRight) {
 
 TEST(Scroll, Down_MovesEveryRowDown) {
     const Frame before = noise(9);
-    for (const int offset : {2, 180, 358, 360}) {
-        for (const int direction : {0, 2}) {
-            Frame frame = before;
-            px::scrollFrame(frame.data(), direction, offset);
-            for (int y = 0; y < kFrameHeight; ++y) {
-                ASSERT_EQ(at(frame, 5, (y + offset) % 360), at(before, 5, y));
-                ASSERT_EQ(at(frame, 639, (y + offset) % 360), at(before, 639, y));
+    for (int offset = 2; offset <= 360; offset += 2) {
+        const Frame frame = scrolled(before, 2, offset);
+        ASSERT_EQ(scrolled(before, 0, offset), frame) << offset;
+        for (int y = 0; y < kFrameHeight; ++y) {
+            for (int x = 0; x < kFrameWidth; x += 17) {
+                ASSERT_EQ(at(frame, x, (y + offset) % 360), at(before, x, y)) << offset;
             }
+            ASSERT_EQ(at(frame, 639, (y + offset) % 360), at(before, 639, y)) << offset;
         }
     }
 }

@@ -1,40 +1,31 @@
-#include "px/fx_fast.h"
+// The effects on vectors: the rules of fx.cpp. Included once for every vector width, see
+// pixel_ops-inl.h.
+#if defined(VELMORA_FX_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VELMORA_FX_INL_H
+#undef VELMORA_FX_INL_H
+#else
+#define VELMORA_FX_INL_H
+#endif
 
 #include <cstring>
 
 #include "common/limits.h"
+#include "px/division.h"
+#include "px/fx.h"
 #include "px/fx_numbers.h"
 #include "px/fx_pairs.h"
-
-#ifdef VELMORA_HIGHWAY
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "px/fx_fast.cpp"
-#include <hwy/foreach_target.h>
-
+#include "px/operations.h"
 #include "px/pixel_ops-inl.h"
 
+#if !VELMORA_PLAIN_TARGET
 HWY_BEFORE_NAMESPACE();
 namespace px::HWY_NAMESPACE {
 
-#if VELMORA_PLAIN_TARGET
-
-using px::burnFrame;
-using px::gameBoyFrame;
-using px::hueFrame;
-using px::invertFrame;
-using px::mirrorFrame;
-using px::snowFrame;
-using px::zoomFrame;
-
-#else
-
 #if VELMORA_PAIRS_TARGET
 
-using px::pairs::burnFrame;
-using px::pairs::gameBoyFrame;
-using px::pairs::hueFrame;
-using px::pairs::invertFrame;
-using px::pairs::snowFrame;
+void addPixelEffects(Operations& table) {
+    px::pairs::addEffects(table);
+}
 
 #else
 
@@ -61,18 +52,18 @@ HWY_INLINE hn::Mask<Pixels> atLeast(Vector value, int limit) {
     return hn::Eq(hn::SaturatedSub(all(limit), value), hn::Zero(kPixels));
 }
 
-void invertFrame(uint16_t* frame) {
+void invertFrame(uint16_t* frame, const Setting&) {
     mapFrame(frame, [](Vector p) HWY_ATTR { return hn::Not(p); });
 }
 
-void burnFrame(uint16_t* frame, int direction) {
-    const Vector light = all(burnColour(direction));
+void burnFrame(uint16_t* frame, const Setting& setting) {
+    const Vector light = all(burnColour(setting.direction));
     mapFrame(frame, [light](Vector p) HWY_ATTR {
         return hn::IfThenElseZero(atLeast(weightOf(p), kBurnThreshold), light);
     });
 }
 
-void gameBoyFrame(uint16_t* frame) {
+void gameBoyFrame(uint16_t* frame, const Setting&) {
     mapFrame(frame, [](Vector p) HWY_ATTR {
         const Vector weight = weightOf(p);
         Vector shade = all(kGameBoyShades[0]);
@@ -89,7 +80,8 @@ HWY_INLINE Vector above31(Vector value) {
     return hn::SaturatedSub(value, all(31));
 }
 
-void hueFrame(uint16_t* frame, int direction) {
+void hueFrame(uint16_t* frame, const Setting& setting) {
+    const int direction = setting.direction;
     switch (direction) {
         case 0:
             mapFrame(frame, [](Vector p) HWY_ATTR {
@@ -140,9 +132,9 @@ void spreadSnow(const uint8_t* table, int entries, SnowRun& run) {
     }
 }
 
-void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
+void snowFrame(uint16_t* frame, const Setting& setting) {
     SnowRun run;
-    spreadSnow(table, entries, run);
+    spreadSnow(setting.noise, snowEntries(setting.direction), run);
     int at = 0;
     for (int i = 0; i < kFramePixels; i += lanes()) {
         const Vector more = load(run.more + at);
@@ -160,11 +152,19 @@ void snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
     }
 }
 
+void addPixelEffects(Operations& table) {
+    table.effects[FILTER_INVERT] = invertFrame;
+    table.effects[FILTER_BURNED] = burnFrame;
+    table.effects[FILTER_SNOW] = snowFrame;
+    table.effects[FILTER_GAME_BOY] = gameBoyFrame;
+    table.effects[FILTER_HUE] = hueFrame;
+}
+
 #endif
 
-void zoomFrame(uint16_t* frame, int direction) {
-    if (direction == 0) {
-        px::zoomFrame(frame, direction);  // as fast as it gets already
+void zoomFrame(uint16_t* frame, const Setting& setting) {
+    if (setting.direction == 0) {
+        plain().effects[FILTER_ZOOM](frame, setting);  // as fast as it gets already
         return;
     }
     uint16_t middle[kZoomWidth * kZoomHeight];
@@ -182,9 +182,10 @@ void zoomFrame(uint16_t* frame, int direction) {
     }
 }
 
-void mirrorFrame(uint16_t* frame, int direction) {
+void mirrorFrame(uint16_t* frame, const Setting& setting) {
+    const int direction = setting.direction;
     if (direction % 2 == 0) {
-        px::mirrorFrame(frame, direction);  // copies of whole rows
+        plain().effects[FILTER_MIRROR](frame, setting);  // copies of whole rows
         return;
     }
     for (int y = 0; y < kFrameHeight; ++y) {
@@ -201,82 +202,14 @@ void mirrorFrame(uint16_t* frame, int direction) {
     }
 }
 
-#endif
+void addEffects(Operations& table) {
+    addPixelEffects(table);
+    table.effects[FILTER_ZOOM] = zoomFrame;
+    table.effects[FILTER_MIRROR] = mirrorFrame;
+}
 
 }  // namespace px::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 #endif
 
-#if !defined(VELMORA_HIGHWAY) || HWY_ONCE
-namespace px {
-
-#ifdef VELMORA_HIGHWAY
-HWY_EXPORT(invertFrame);
-HWY_EXPORT(burnFrame);
-HWY_EXPORT(snowFrame);
-HWY_EXPORT(zoomFrame);
-HWY_EXPORT(gameBoyFrame);
-HWY_EXPORT(mirrorFrame);
-HWY_EXPORT(hueFrame);
-
-void fast::invertFrame(uint16_t* frame) {
-    HWY_DYNAMIC_DISPATCH(invertFrame)(frame);
-}
-
-void fast::burnFrame(uint16_t* frame, int direction) {
-    HWY_DYNAMIC_DISPATCH(burnFrame)(frame, direction);
-}
-
-void fast::snowFrame(uint16_t* frame, const uint8_t* table, int entries) {
-    HWY_DYNAMIC_DISPATCH(snowFrame)(frame, table, entries);
-}
-
-void fast::zoomFrame(uint16_t* frame, int direction) {
-    HWY_DYNAMIC_DISPATCH(zoomFrame)(frame, direction);
-}
-
-void fast::gameBoyFrame(uint16_t* frame) {
-    HWY_DYNAMIC_DISPATCH(gameBoyFrame)(frame);
-}
-
-void fast::mirrorFrame(uint16_t* frame, int direction) {
-    HWY_DYNAMIC_DISPATCH(mirrorFrame)(frame, direction);
-}
-
-void fast::hueFrame(uint16_t* frame, int direction) {
-    HWY_DYNAMIC_DISPATCH(hueFrame)(frame, direction);
-}
-#endif
-
-namespace {
-
-// The last `tail` of `count` pixels come to the front. `room` holds half of them.
-void rotatePixels(uint16_t* pixels, int count, int tail, uint16_t* room) {
-    const auto bytes = [](int n) { return static_cast<size_t>(n) * sizeof(uint16_t); };
-    const int head = count - tail;
-    if (head < tail) {
-        memcpy(room, pixels, bytes(head));
-        memmove(pixels, pixels + head, bytes(tail));
-        memcpy(pixels + tail, room, bytes(head));
-    } else {
-        memcpy(room, pixels + head, bytes(tail));
-        memmove(pixels + tail, pixels, bytes(head));
-        memcpy(pixels, room, bytes(tail));
-    }
-}
-
-}  // namespace
-
-void fast::scrollFrame(uint16_t* frame, int direction, int offset) {
-    uint16_t room[kFramePixels / 2];
-    if (direction != 1 && direction != 3) {
-        rotatePixels(frame, kFramePixels, offset * kFrameWidth, room);
-        return;
-    }
-    for (int y = 0; y < kFrameHeight; ++y) {
-        rotatePixels(frame + y * kFrameWidth, kFrameWidth, offset, room);
-    }
-}
-
-}  // namespace px
 #endif

@@ -1,20 +1,18 @@
-#include "px/widen.h"
-
-#ifdef VELMORA_HIGHWAY
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "px/widen_fast.cpp"
-#include <hwy/foreach_target.h>
+// Widening on vectors: the rule of widen.h. Included once for every vector width, see
+// pixel_ops-inl.h.
+#if defined(VELMORA_WIDEN_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VELMORA_WIDEN_INL_H
+#undef VELMORA_WIDEN_INL_H
+#else
+#define VELMORA_WIDEN_INL_H
+#endif
 
 #include "px/pixel_ops-inl.h"
+#include "px/widen.h"
 
+#if !VELMORA_PLAIN_TARGET
 HWY_BEFORE_NAMESPACE();
 namespace px::HWY_NAMESPACE {
-
-#if VELMORA_PLAIN_TARGET
-
-using px::widenChanged;
-
-#else
 
 // Green and blue are the lower half of a wide pixel, red the upper one. Both are made in 16 bits,
 // and stand in memory in turns, the lower half first, as these processors keep their words.
@@ -87,20 +85,8 @@ bool widenChanged(uint32_t* wide, const uint16_t* pixels, int count) {
     return changed;
 }
 
-#endif
-
 }  // namespace px::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
-
-#if HWY_ONCE
-namespace px {
-
-HWY_EXPORT(widenChanged);
-
-bool fast::widenChanged(uint32_t* wide, const uint16_t* pixels, int count) {
-    return HWY_DYNAMIC_DISPATCH(widenChanged)(wide, pixels, count);
-}
-
-}  // namespace px
 #endif
+
 #endif
