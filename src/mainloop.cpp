@@ -72,6 +72,7 @@ void drawMix() {
         drawLayers();
         clearBesidePicture();
         const MixLayer& active = mix->layer[mix->activeLayer];
+        mix->topBar = _options->topbar;
         mix->finRender(active.frame, moxel[active.deck].frameCount);
         mix->lecture();
         mix->drawUI();

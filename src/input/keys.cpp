@@ -6,7 +6,6 @@
 #include "common/geometry.h"
 #include "core/all.h"
 #include "core/globals.h"
-#include "options/options.h"
 
 void c_keys::initKeys() {
     std::fill(std::begin(gKeys), std::end(gKeys), KEY_UP_STATE);
@@ -52,13 +51,5 @@ void c_keys::actions() {
             break;
         default:
             break;
-    }
-}
-
-void c_keys::actionsOptions() {
-    if (_options->page == 0) {
-        actionsOptionsScreen0();
-    } else if (_options->page == 1) {
-        actionsOptionsScreen1();
     }
 }

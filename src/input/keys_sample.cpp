@@ -57,14 +57,14 @@ void sampleKeyboard(c_keys& input) {
 }
 
 // An unassigned entry asks for button 99, which no controller has.
-void sampleController(c_keys& input) {
+void sampleController(c_keys& input, SDL_Joystick* controller) {
     if (SDL_NumJoysticks() <= 0) {
         return;
     }
     for (int entry = 0; entry < kPadEntries; ++entry) {
         const int button = input.padButton[entry];
         sample(input.gKeys[kSlotOfPadEntry[entry]],
-               button >= 0 && SDL_JoystickGetButton(joy, button) != 0);
+               button >= 0 && SDL_JoystickGetButton(controller, button) != 0);
     }
 }
 
@@ -88,16 +88,16 @@ void promoteEdges(c_keys& input) {
     }
 }
 
-void moveMouse(c_keys& input, int windowX, int windowY) {
-    const Point offset = pictureOffset(all->appW, all->appH);
-    input.mouseX = windowX - offset.x;
-    input.mouseY = windowY - offset.y;
+// `picture`: its top left in the window.
+void moveMouse(c_keys& input, Point picture, int windowX, int windowY) {
+    input.mouseX = windowX - picture.x;
+    input.mouseY = windowY - picture.y;
 }
 
-void pressButton(c_keys& input, const SDL_MouseButtonEvent& button) {
+void pressButton(c_keys& input, Point picture, const SDL_MouseButtonEvent& button) {
     input.mouseClick = 1;
     input.clickReleased = 0;
-    moveMouse(input, button.x, button.y);
+    moveMouse(input, picture, button.x, button.y);
 }
 
 // A press of this frame stays a click for its one frame, however short it was.
@@ -117,7 +117,7 @@ void pressKey(c_keys& input, const SDL_keysym& key) {
     }
 }
 
-void handleEvent(c_keys& input, const SDL_Event& event) {
+void handleEvent(c_keys& input, Point picture, const SDL_Event& event) {
     switch (event.type) {
         case SDL_KEYDOWN:
             pressKey(input, event.key.keysym);
@@ -128,16 +128,10 @@ void handleEvent(c_keys& input, const SDL_Event& event) {
             input.lastKeySym = 0;
             break;
         case SDL_MOUSEBUTTONDOWN:
-            pressButton(input, event.button);
+            pressButton(input, picture, event.button);
             break;
         case SDL_MOUSEBUTTONUP:
             releaseButton(input);
-            break;
-        case SDL_JOYBUTTONDOWN:
-            ++_debugInt;
-            break;
-        case SDL_QUIT:
-            isExit = 0;
             break;
         default:
             break;
@@ -186,17 +180,10 @@ bool belongsInQueue(c_keys& input, const SDL_Event& event) {
     }
 }
 
-int SDLCALL filterEvent(const SDL_Event* event) {
-    return belongsInQueue(*keys, *event) ? 1 : 0;
-}
-
-void drainEvents(c_keys& input) {
-    input.typedCount = 0;
-    while (SDL_PollEvent(&g_Event) != 0) {
-        handleEvent(input, g_Event);
-    }
+// What came without taking room in the queue.
+void takeMotionAndWheel(c_keys& input, Point picture) {
     if (input.moved != 0) {
-        moveMouse(input, input.movedX, input.movedY);
+        moveMouse(input, picture, input.movedX, input.movedY);
         input.moved = 0;
     }
     input.wheel = input.turned;
@@ -206,7 +193,8 @@ void drainEvents(c_keys& input) {
 }  // namespace
 
 void c_keys::watchEvents() {
-    SDL_SetEventFilter(filterEvent);
+    SDL_SetEventFilter(
+        [](const SDL_Event* event) { return belongsInQueue(*keys, *event) ? 1 : 0; });
 }
 
 void c_keys::updateGKeys() {
@@ -214,8 +202,16 @@ void c_keys::updateGKeys() {
     if (pressed(KEY_F) && writing == 0) {
         toggleFullScreen();
     }
-    sampleController(*this);
+    sampleController(*this, joy);
     countWatchedKeys(*this);
     promoteEdges(*this);
-    drainEvents(*this);
+
+    const Point picture = pictureOffset(all->appW, all->appH);
+    typedCount = 0;
+    while (SDL_PollEvent(&g_Event) != 0) {
+        handleEvent(*this, picture, g_Event);
+        _debugInt += g_Event.type == SDL_JOYBUTTONDOWN ? 1 : 0;
+        isExit = g_Event.type == SDL_QUIT ? 0 : isExit;
+    }
+    takeMotionAndWheel(*this, picture);
 }

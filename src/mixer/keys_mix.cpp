@@ -18,8 +18,8 @@ constexpr int kScrubWidth = 640;
 constexpr int kScrubHeight = 50;
 constexpr int kPixelsPerFrame = 5;
 
-MixLayer& activeLayer() {
-    return mix->layer[mix->activeLayer];
+MixLayer& activeLayer(c_mix& mixer) {
+    return mixer.layer[mixer.activeLayer];
 }
 
 // Deliberate: frame 0 draws the changed layer whole, and nothing makes the other layer do the same.
@@ -27,99 +27,98 @@ MixLayer& activeLayer() {
 // tiles of the picture before until a block of its clip begins, under Space not before Space is let
 // go.
 // [quirk_deck_change_under_space_leaves_the_other_layer]
-void showDeck(int deck) {
-    MixLayer& layer = activeLayer();
+void showDeck(MixLayer& layer, int deck, c_moxel& clip) {
     layer.deck = deck;
-    moxel[deck].refresh();
+    clip.refresh();
     layer.frame = 0;
 }
 
 // While a filter letter was held in the last frame, the arrows belong to the filter. Without decks
 // there is nothing to change to.
-void changeDeck(const c_keys& input) {
-    if (mix->filterKeyHeld != 0 || mix->nbDecks == 0) {
+void changeDeck(const c_keys& input, c_mix& mixer, c_moxel* clips) {
+    if (mixer.filterKeyHeld != 0 || mixer.nbDecks == 0) {
         return;
     }
+    MixLayer& layer = activeLayer(mixer);
     if (input.pressed(KEY_LEFT) || input.pressed(PAD_LEFT)) {
-        const int deck = activeLayer().deck;
-        showDeck(deck == 0 ? mix->nbDecks - 1 : deck - 1);
+        const int deck = layer.deck == 0 ? mixer.nbDecks - 1 : layer.deck - 1;
+        showDeck(layer, deck, clips[deck]);
     }
     if (input.pressed(KEY_RIGHT) || input.pressed(PAD_RIGHT)) {
-        const int deck = activeLayer().deck + 1;
-        showDeck(deck == mix->nbDecks ? 0 : deck);
+        const int deck = layer.deck + 1 == mixer.nbDecks ? 0 : layer.deck + 1;
+        showDeck(layer, deck, clips[deck]);
     }
 }
 
-void setPace(const c_keys& input) {
-    mix->targetFps = kStagePace;
+void setPace(const c_keys& input, c_mix& mixer) {
+    mixer.targetFps = kStagePace;
     if (!input.heldOn(KEY_X) || input.held(KEY_W)) {
         return;
     }
     if (input.held(KEY_UP)) {
-        mix->targetFps = kFastPace;
+        mixer.targetFps = kFastPace;
     }
     if (input.held(KEY_DOWN)) {
-        mix->targetFps = kSlowPace;
+        mixer.targetFps = kSlowPace;
     }
 }
 
-void reverseDirection(const c_keys& input) {
+void reverseDirection(const c_keys& input, MixLayer& layer) {
     if (input.pressed(KEY_Z) && !input.held(KEY_W)) {
-        activeLayer().direction = 1 - activeLayer().direction;
+        layer.direction = 1 - layer.direction;
     }
     if (input.pressed(PAD_CONFIRM) && !input.held(PAD_BLOCK_REVERSE)) {
-        activeLayer().direction = 1 - activeLayer().direction;
+        layer.direction = 1 - layer.direction;
     }
 }
 
-void triggerFlash(const c_keys& input) {
+void triggerFlash(const c_keys& input, c_mix& mixer) {
     if (input.pressed(KEY_S) && !input.held(KEY_W)) {
-        mix->flash = kFlashLevels;
+        mixer.flash = kFlashLevels;
     }
 }
 
-void moveFade(const c_keys& input) {
+void moveFade(const c_keys& input, c_mix& mixer) {
     if (input.held(KEY_A) && !input.held(KEY_W)) {
-        if (mix->fade < kFadeLevels) {
-            ++mix->fade;
+        if (mixer.fade < kFadeLevels) {
+            ++mixer.fade;
         }
-    } else if (mix->fade != 0) {
-        --mix->fade;
+    } else if (mixer.fade != 0) {
+        --mixer.fade;
     }
 }
 
-void togglePanel(const c_keys& input) {
+void togglePanel(const c_keys& input, c_mix& mixer) {
     if (input.pressed(KEY_TAB) && input.anyKeyCount == 1) {
-        mix->showUI = mix->showUI == 0 ? 1 : 0;
+        mixer.showUI = mixer.showUI == 0 ? 1 : 0;
     }
     if (input.pressed(PAD_SHOW_UI)) {
-        mix->showUI = mix->showUI == 0 ? 1 : 0;
+        mixer.showUI = mixer.showUI == 0 ? 1 : 0;
     }
 }
 
-void chooseMode(const c_keys& input) {
+void chooseMode(const c_keys& input, c_mix& mixer) {
     for (const ModeControl& each : kModes) {
         if (input.pressed(each.key)) {
-            mix->mode = each.mode;
+            mixer.mode = each.mode;
         }
     }
 }
 
 // The last held letter of the row wins. True while any is held.
-bool selectFilter(const c_keys& input) {
-    mix->filterKeyHeld = 0;
+bool selectFilter(const c_keys& input, c_mix& mixer, c_filters& filters) {
+    mixer.filterKeyHeld = 0;
     for (int letter = KEY_FILTER_Q; letter <= KEY_FILTER_O; ++letter) {
         if (input.held(letter)) {
-            _filters->selected = letter - KEY_FILTER_Q;
-            mix->filterKeyHeld = kFilterKeyDown;
+            filters.selected = letter - KEY_FILTER_Q;
+            mixer.filterKeyHeld = kFilterKeyDown;
         }
     }
-    return mix->filterKeyHeld != 0;
+    return mixer.filterKeyHeld != 0;
 }
 
-void changeFilter(const c_keys& input) {
+void changeFilter(const c_keys& input, FilterSlot& slot) {
     constexpr int kDirectionKeys[] = {KEY_UP, KEY_RIGHT, KEY_DOWN, KEY_LEFT};
-    FilterSlot& slot = _filters->slots[mix->activeLayer][_filters->selected];
     if (input.pressed(KEY_BACKSPACE)) {
         slot.on = slot.on == 0 ? 1 : 0;
     }
@@ -130,33 +129,33 @@ void changeFilter(const c_keys& input) {
     }
 }
 
-void chooseLayer(const c_keys& input) {
+void chooseLayer(const c_keys& input, c_mix& mixer) {
     if (input.pressed(KEY_UP)) {
-        mix->activeLayer = 1;
+        mixer.activeLayer = 1;
     }
     if (input.pressed(KEY_DOWN)) {
-        mix->activeLayer = 0;
+        mixer.activeLayer = 0;
     }
     if (input.pressed(PAD_UP)) {
-        mix->activeLayer = 1;
+        mixer.activeLayer = 1;
     }
     if (input.pressed(PAD_DOWN)) {
-        mix->activeLayer = 0;
+        mixer.activeLayer = 0;
     }
 }
 
-void holdLayers(const c_keys& input) {
-    mix->hold = input.held(KEY_SPACE) || input.held(PAD_HOLD) ? 1 : 0;
+void holdLayers(const c_keys& input, c_mix& mixer) {
+    mixer.hold = input.held(KEY_SPACE) || input.held(PAD_HOLD) ? 1 : 0;
 }
 
 // Deliberate: the list is opened by pad with hold down, and what holds the layers is not looked at
 // while the list is open. So the picture stands until the list is closed, let go or not; the same
 // with Return under Space. Closed with both buttons down, the list opens again.
 // [quirk_list_opened_by_pad_holds_the_picture]
-void openOverMenu(const c_keys& input) {
+void openOverMenu(const c_keys& input, c_mix& mixer, c_all& screens) {
     if (input.pressed(KEY_RETURN) || (input.heldOn(PAD_HOLD) && input.held(PAD_SHOW_UI))) {
-        all->subState = SUB_OVERMENU;
-        mix->showUI = 0;
+        screens.subState = SUB_OVERMENU;
+        mixer.showUI = 0;
     }
 }
 
@@ -178,47 +177,49 @@ int wrapFrame(int frame, int frameCount) {
 // so that its frame 0, which would draw it whole, does not show: tiles in which it stands still
 // keep the clip before until the drag comes to the beginning of a block, or the clip after the
 // drag. [quirk_deck_change_under_a_scrub_leaves_tiles]
-void scrub(c_keys& input) {
-    const c_moxel& clip = moxel[activeLayer().deck];
-    if (mix->filterKeyHeld != 0 || clip.state != CLIP_READY) {
+void scrub(c_keys& input, c_mix& mixer, const c_moxel& clip) {
+    MixLayer& layer = activeLayer(mixer);
+    if (mixer.filterKeyHeld != 0 || clip.state != CLIP_READY) {
         return;
     }
     if (input.mouseClick != 0 &&
         input.isMouseXYIn(kScrubX, kScrubY, kScrubWidth, kScrubHeight) != 0) {
-        mix->scrubX = input.mouseX;
-        mix->scrubFrame = activeLayer().frame;
-        mix->scrubbing = 1;
+        mixer.scrubX = input.mouseX;
+        mixer.scrubFrame = layer.frame;
+        mixer.scrubbing = 1;
     }
     const int frameCount = clip.frameCount;
-    if (input.mouseHeld != 0 && mix->scrubbing == 1 && frameCount > 0) {
-        const int moved = (input.mouseX - mix->scrubX) / kPixelsPerFrame;
-        activeLayer().frame = wrapFrame(mix->scrubFrame + moved, frameCount);
+    if (input.mouseHeld != 0 && mixer.scrubbing == 1 && frameCount > 0) {
+        const int moved = (input.mouseX - mixer.scrubX) / kPixelsPerFrame;
+        layer.frame = wrapFrame(mixer.scrubFrame + moved, frameCount);
     }
 }
 
-void endScrub(const c_keys& input) {
+void endScrub(const c_keys& input, c_mix& mixer) {
     if (input.mouseClick == 0 && input.mouseHeld == 0) {
-        mix->scrubbing = 0;
+        mixer.scrubbing = 0;
     }
 }
 
 }  // namespace
 
 void c_keys::actionsMix() {
-    changeDeck(*this);
-    setPace(*this);
-    reverseDirection(*this);
-    triggerFlash(*this);
-    moveFade(*this);
-    togglePanel(*this);
-    chooseMode(*this);
-    if (selectFilter(*this)) {
-        changeFilter(*this);
+    c_mix& mixer = *mix;
+    c_filters& filters = *_filters;
+    changeDeck(*this, mixer, moxel);
+    setPace(*this, mixer);
+    reverseDirection(*this, activeLayer(mixer));
+    triggerFlash(*this, mixer);
+    moveFade(*this, mixer);
+    togglePanel(*this, mixer);
+    chooseMode(*this, mixer);
+    if (selectFilter(*this, mixer, filters)) {
+        changeFilter(*this, filters.slots[mixer.activeLayer][filters.selected]);
     } else {
-        chooseLayer(*this);
+        chooseLayer(*this, mixer);
     }
-    holdLayers(*this);
-    openOverMenu(*this);
-    scrub(*this);
-    endScrub(*this);
+    holdLayers(*this, mixer);
+    openOverMenu(*this, mixer, *all);
+    scrub(*this, mixer, moxel[activeLayer(mixer).deck]);
+    endScrub(*this, mixer);
 }

@@ -9,7 +9,6 @@
 #include "core/globals.h"
 #include "mixer/filters.h"
 #include "moxel/moxel.h"
-#include "options/options.h"
 
 namespace {
 
@@ -88,7 +87,7 @@ void c_mix::finRender(int position, int length) {
         scale2x(top);
     }
     // Guard: the playlists' scan may have read the header of a file without frames into the slot.
-    if (_options->topbar != 0 && length > 0) {
+    if (topBar != 0 && length > 0) {
         const px::OutputView view = output.view();
         const int64_t bar = int64_t{position} * all->appW / length;
         px::fillRowStart(view, kTopBarRow, static_cast<int>(bar), kWhite);

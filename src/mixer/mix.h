@@ -60,6 +60,8 @@ public:
     int32_t flash;  // 15 when triggered, counts down to 0
     int32_t fade;   // 0 to 15
 
+    int32_t topBar = 0;  // 1: finRender draws it. The main loop hands in the preference
+
 private:
     // The picture that the mode makes of both layers, where it makes one.
     void mixLayers(int which, const px::OutputView& view);

@@ -48,21 +48,29 @@ constexpr int kFpsTextX = 34;
 constexpr int kFpsTextAbove = 12;
 constexpr int kFpsColour = 0xAAAAAA;
 
-int white() {
-    return static_cast<int>(_colorW);
-}
+// Who draws, where and in which colours.
+struct Brush {
+    c_lib& lib;
+    c_ttf& font;
+    SDL_Surface* surface;
+    int white, lit, unlit;
+    const PanelSizes& sizes;
 
-int boxColour(bool lit) {
-    return static_cast<int>(lit ? _colorB : _colorN);
-}
-
-void text(const char* words, int x, int y, int font) {
-    ttf->drawTextH(screen[1], words, static_cast<short>(x), static_cast<short>(y), white(), font);
-}
+    void box(int x, int y, int width, int height, bool isLit) const {
+        lib.CSS_rectNoBorder(x, y, width, height, isLit ? lit : unlit, kOpacity);
+    }
+    void bar(int x, int y, int width) const {
+        lib.CSS_rectNoBorderNoAlpha(x, y, width, kBarHeight, white);
+    }
+    void text(const char* words, int x, int y) const {
+        font.drawTextH(surface, words, static_cast<short>(x), static_cast<short>(y), white,
+                       sizes.font);
+    }
+};
 
 // The file's name without folder and extension. Paths come from the playlists file, whose reader
 // gives 91 characters at most.
-void drawClipTitle(const std::string& path, int x, int y, int font) {
+void drawClipTitle(const Brush& brush, const std::string& path, int x, int y) {
     char title[kMaxTitle];
     const size_t slash = path.find_last_of("/\\");
     const size_t from = slash == std::string::npos ? 0 : slash + 1;
@@ -70,61 +78,62 @@ void drawClipTitle(const std::string& path, int x, int y, int font) {
     const size_t shown = std::min(length - std::min<size_t>(length, kExtension), kMaxTitle - 1);
     path.copy(title, shown, from);
     title[shown] = '\0';
-    text(title, x, y, font);
+    brush.text(title, x, y);
 }
 
-void drawFrameRate(const PanelSizes& sizes, int top) {
-    _lib->CSS_rectNoBorderNoAlpha(kPanelX, top - kFpsBoxHeight - sizes.gap, kFpsBoxWidth,
-                                  kFpsBoxHeight, 0);
-    ttf->drawIntH(screen[1], fps, kFpsTextX, static_cast<short>(top - kFpsTextAbove - sizes.gap),
-                  kFpsColour, 0);
+void drawFrameRate(const Brush& brush, int rate, int panelTop) {
+    const int bottom = panelTop - brush.sizes.gap;
+    brush.lib.CSS_rectNoBorderNoAlpha(kPanelX, bottom - kFpsBoxHeight, kFpsBoxWidth, kFpsBoxHeight,
+                                      0);
+    brush.font.drawIntH(brush.surface, rate, kFpsTextX, static_cast<short>(bottom - kFpsTextAbove),
+                        kFpsColour, 0);
 }
 
-void drawBars(const PanelSizes& sizes, const MixLayer& layer, int decks, int y) {
-    const int frames = moxel[layer.deck].frameCount;
+void drawBars(const Brush& brush, const MixLayer& layer, int frames, int decks, int y) {
+    const PanelSizes& sizes = brush.sizes;
     const int deckWidth = sizes.boxWidth / decks;
     if (frames > 0) {
-        _lib->CSS_rectNoBorderNoAlpha(kPanelX, y + sizes.boxHeight - kFrameBarFromBottom,
-                                      sizes.boxWidth * (1 + layer.frame) / frames, kBarHeight,
-                                      white());
+        brush.bar(kPanelX, y + sizes.boxHeight - kFrameBarFromBottom,
+                  sizes.boxWidth * (1 + layer.frame) / frames);
     }
-    _lib->CSS_rectNoBorderNoAlpha(kPanelX + layer.deck * deckWidth,
-                                  y + sizes.boxHeight - kBarHeight, deckWidth, kBarHeight, white());
+    brush.bar(kPanelX + layer.deck * deckWidth, y + sizes.boxHeight - kBarHeight, deckWidth);
 }
 
-void drawLayerBox(const PanelSizes& sizes, const MixLayer& layer, bool active, int decks, int y) {
-    _lib->CSS_rectNoBorder(kPanelX, y, sizes.boxWidth, sizes.boxHeight, boxColour(active),
-                           kOpacity);
-    drawClipTitle(moxel[layer.deck].path, kPanelX + layout::kPanelNameX, y + kNameY, sizes.font);
+void drawLayerBox(const Brush& brush, const MixLayer& layer, const c_moxel& clip, bool active,
+                  int decks, int y) {
+    brush.box(kPanelX, y, brush.sizes.boxWidth, brush.sizes.boxHeight, active);
+    drawClipTitle(brush, clip.path, kPanelX + layout::kPanelNameX, y + kNameY);
     if (decks > 0) {
-        drawBars(sizes, layer, decks, y);
+        drawBars(brush, layer, clip.frameCount, decks, y);
     }
 }
 
-void drawModeButtons(const PanelSizes& sizes, int mode, int x, int y) {
+void drawModeButtons(const Brush& brush, int mode, int x, int y) {
     for (const ModeControl& button : kModes) {
-        _lib->CSS_rectNoBorder(x, y, sizes.buttonWidth, sizes.buttonHeight,
-                               boxColour(button.mode == mode), kOpacity);
-        text(button.label, x + kLabelInset, y + kLabelInset, sizes.font);
+        brush.box(x, y, brush.sizes.buttonWidth, brush.sizes.buttonHeight, button.mode == mode);
+        brush.text(button.label, x + kLabelInset, y + kLabelInset);
         if (button.secondLine != nullptr) {
-            text(button.secondLine, x + kLabelInset, y + kLabelInset + kSecondLine, sizes.font);
+            brush.text(button.secondLine, x + kLabelInset, y + kLabelInset + kSecondLine);
         }
-        x += sizes.step;
+        x += brush.sizes.step;
     }
 }
 
-void drawFilterRow(const PanelSizes& sizes, int layer, bool active, int x, int y) {
+// `selected`: the lit slot, or none.
+void drawFilterRow(const Brush& brush, const FilterSlot (&slots)[kFilterSlots], int selected, int x,
+                   int y) {
+    const PanelSizes& sizes = brush.sizes;
     for (int number = 0; number < kFilterSlots; ++number) {
-        const FilterSlot& slot = _filters->slots[layer][number];
-        _lib->CSS_rectNoBorder(x, y, sizes.buttonWidth, sizes.buttonHeight,
-                               boxColour(active && number == _filters->selected), kOpacity);
+        const FilterSlot& slot = slots[number];
+        brush.box(x, y, sizes.buttonWidth, sizes.buttonHeight, number == selected);
         if (slot.on != 0) {
-            _lib->CSS_rectNoBorder(x, y + sizes.buttonHeight - kBarHeight, sizes.buttonWidth,
-                                   kBarHeight, white(), kOpaque);
+            brush.lib.CSS_rectNoBorder(x, y + sizes.buttonHeight - kBarHeight, sizes.buttonWidth,
+                                       kBarHeight, brush.white, kOpaque);
         }
-        text(_filters->getFilterName(slot.id), x + kLabelInset, y + kLabelInset, sizes.font);
-        ttf->drawIntH(screen[1], slot.dir + 1, static_cast<short>(x + kLabelInset),
-                      static_cast<short>(y + kLabelInset + kSecondLine), white(), sizes.font);
+        brush.text(filterOf(slot.id).name, x + kLabelInset, y + kLabelInset);
+        brush.font.drawIntH(brush.surface, slot.dir + 1, static_cast<short>(x + kLabelInset),
+                            static_cast<short>(y + kLabelInset + kSecondLine), brush.white,
+                            sizes.font);
         x += sizes.step;
     }
 }
@@ -136,18 +145,28 @@ void c_mix::drawUI() {
         return;
     }
     const PanelSizes& sizes = all->composite != 0 ? kComposite : kHdmi;
+    const Brush brush = {*_lib,
+                         *ttf,
+                         screen[1],
+                         static_cast<int>(_colorW),
+                         static_cast<int>(_colorB),
+                         static_cast<int>(_colorN),
+                         sizes};
     uiX = kPanelX;
     uiY = all->appH - sizes.fromBottom;
     const int bottomY = uiY + kLayerStep + sizes.gap;
-    drawFrameRate(sizes, uiY);
-    drawLayerBox(sizes, layer[1], activeLayer == 1, nbDecks, uiY);
-    drawLayerBox(sizes, layer[0], activeLayer == 0, nbDecks, bottomY);
+    drawFrameRate(brush, fps, uiY);
+    drawLayerBox(brush, layer[1], moxel[layer[1].deck], activeLayer == 1, nbDecks, uiY);
+    drawLayerBox(brush, layer[0], moxel[layer[0].deck], activeLayer == 0, nbDecks, bottomY);
 
+    constexpr int kNone = -1;
     const int right = kPanelX + sizes.boxWidth + sizes.gap;
+    const int selected = _filters->selected;
     if (filterKeyHeld == 0) {
-        drawModeButtons(sizes, mode, right, bottomY);
+        drawModeButtons(brush, mode, right, bottomY);
     } else if (filterKeyHeld == kFilterKeyDown) {
-        drawFilterRow(sizes, 1, activeLayer == 1, right, uiY);
-        drawFilterRow(sizes, 0, activeLayer == 0, right, uiY + sizes.rowStep);
+        drawFilterRow(brush, _filters->slots[1], activeLayer == 1 ? selected : kNone, right, uiY);
+        drawFilterRow(brush, _filters->slots[0], activeLayer == 0 ? selected : kNone, right,
+                      uiY + sizes.rowStep);
     }
 }

@@ -163,3 +163,11 @@ void c_keys::actionsOptionsScreen1() {
     forgetNotice(*this);
     chooseSquare(*this);
 }
+
+void c_keys::actionsOptions() {
+    if (_options->page == 0) {
+        actionsOptionsScreen0();
+    } else if (_options->page == 1) {
+        actionsOptionsScreen1();
+    }
+}

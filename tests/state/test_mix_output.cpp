@@ -82,7 +82,7 @@ TEST_F(MixOutput, HalfHalf_TopToTheLeft) {
 TEST_F(MixOutput, Mode5_SurfaceStaysButForTheTopBar) {
     render(MODE_NOTHING);
     EXPECT_TRUE(allOf(kBefore));
-    _options->topbar = 1;
+    mix->topBar = 1;
     mix->finRender(5, 10);
     const Picture expected = newPicture(1280, 720, kBefore);
     fill(expected.get(), 0, 5, 640, 1, 0xFFFF);
@@ -136,7 +136,7 @@ TEST_F(MixOutput, quirk_fade_and_flash_show_in_mode_0_only) {
 }
 
 TEST_F(MixOutput, TopBar_PositionOfLength) {
-    _options->topbar = 1;
+    mix->topBar = 1;
     const struct {
         int position, length, width;
     } cases[] = {{0, 10, 0},  {1, 10, 128}, {9, 10, 1152},
@@ -151,7 +151,7 @@ TEST_F(MixOutput, TopBar_PositionOfLength) {
 }
 
 TEST_F(MixOutput, TopBarOfAClipWithoutFrames_IsNotDrawn) {
-    _options->topbar = 1;
+    mix->topBar = 1;
     setLayers(kBottom, kTop);
     mix->mode = MODE_TOP;
     mix->finRender(3, 0);
@@ -200,7 +200,7 @@ TEST_F(MixOutputComposite, EveryMode_CentredOnBlack) {
 
 TEST_F(MixOutputComposite, TopBar_OfTheDisplaysWidth) {
     pretendClip(0, 10);
-    _options->topbar = 1;
+    mix->topBar = 1;
     mix->finRender(5, 10);
     const Picture expected = newPicture(720, 480);
     fill(expected.get(), 0, 5, 360, 1, 0xFFFF);

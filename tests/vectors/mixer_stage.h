@@ -17,7 +17,6 @@
 #include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
-#include "options/options.h"
 #include "tests/support/frames.h"
 
 using nlohmann::json;
@@ -44,7 +43,6 @@ public:
         moxelAlpha16 = alpha.data();
         moxel = clips.get();
         all = &application;
-        _options = &options;
         _filters = &filters;
         mix = &mixer;
         filters.initFilters();
@@ -68,7 +66,6 @@ public:
         moxelAlpha16 = nullptr;
         moxel = nullptr;
         all = nullptr;
-        _options = nullptr;
         _filters = nullptr;
         mix = nullptr;
     }
@@ -113,7 +110,6 @@ public:
     std::vector<uint16_t> surface;
     std::unique_ptr<c_moxel[]> clips;
     c_all application{};
-    c_options options{};
     c_filters filters{};
     c_mix mixer{};
 };

@@ -67,7 +67,7 @@ TEST_P(FinRender, EveryFrame_MatchesItsChecksums) {
     MixerStage stage(test);
     stage.fill(stage.tracks, 0, test, "tracks0");
     stage.fill(stage.tracks, 1, test, "tracks1");
-    stage.options.topbar = test.at("topbar");
+    stage.mixer.topBar = test.at("topbar");
     if (test.contains("srand")) {
         srand(test.at("srand"));
     }
