@@ -6,6 +6,7 @@
 
 #include "common/geometry.h"
 #include "common/limits.h"
+#include "px/filters.h"
 
 namespace layout {
 
@@ -26,10 +27,12 @@ constexpr Area slotBox(int slot) {
 // Page 0: the palette, a chip for each filter.
 inline constexpr Area kFirstChip = {7, 140, 56, 20};
 inline constexpr int kChipStep = 60;
+static_assert(kFirstChip.x + kChipStep * (kFilterIds - 1) + kFirstChip.w <= kFrameWidth,
+              "every filter has a chip inside the picture");
 // Deliberate: the palette answers from its first chip to 580 pixels on, gaps included, which leaves
-// out the right 16 pixels of the last chip; further to the right would name an eleventh filter.
+// out the right 16 pixels of the last chip; further to the right would name a filter more.
 // [quirk_last_chip_ends_early]
-inline constexpr Area kPaletteArea = {7, 140, 580, 20};
+inline constexpr Area kPaletteArea = {7, 140, kChipStep * kFilterIds - 20, 20};
 
 // Deliberate: four more places to drop a filter on, a cross of squares that nothing marks. They
 // stand for the first four letters; performers who know them use them.

@@ -5,8 +5,8 @@
 #include "clip/frame.h"
 #include "core/globals.h"
 #include "mixer/filters.h"
-#include "mixer/mix.h"
 #include "moxel/moxel.h"
+#include "px/modes.h"
 
 namespace {
 
