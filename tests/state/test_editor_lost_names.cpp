@@ -77,8 +77,8 @@ TEST_F(LostNames, NewPlaylist_IsRefusedWithALineAndThePageStays) {
         EXPECT_EQ(playlist->nbFamilles, 1) << name;
         EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST) << name;
         EXPECT_EQ(editor->notice, name.size() > 92
-                                        ? "92 signs is the most: use a shorter name"
-                                        : "a playlist cannot keep this name: use another one");
+                                      ? "92 signs is the most: use a shorter name"
+                                      : "a playlist cannot keep this name: use another one");
     }
     playlist->newName = std::string(92, 'n');
     click(kOk);

@@ -15,9 +15,7 @@ protected:
         addFamille("B", {"b0.m19"});
         frame();
     }
-    static bool says(const char* words) {
-        return editor->notice.find(words) != std::string::npos;
-    }
+    static bool says(const char* words) { return editor->notice.find(words) != std::string::npos; }
     static bool saidOnPage() {
         draw();
         return says("could not be saved") && countPixels(screen[0], 324, 476, 300, 12, 0xFD80) > 50;

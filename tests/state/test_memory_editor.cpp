@@ -66,8 +66,7 @@ const Operation kOperations[] = {
     {"MovePlaylistDown", [] {}, [] { playlist->deplacerFamille(0, 4); }},
     {"CreatePlaylist", [] { playlist->newName = "a name of twenty"; },
      [] { playlist->createNewFamille(); }},
-    {"CopyPlaylist", [] { editor->select(page::LEFT, 1); },
-     [] { editor->useButton(page::COPY); }},
+    {"CopyPlaylist", [] { editor->select(page::LEFT, 1); }, [] { editor->useButton(page::COPY); }},
     {"CarryPlaylist",
      [] {
          editor->select(page::LEFT, 1);
