@@ -8,17 +8,8 @@
 #include "input/keys.h"
 #include "moxel/moxel.h"
 
-namespace {
-
-// Goes also when there is no memory for what is drawn on it.
-struct FreeSurface {
-    void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
-};
-using Paper = std::unique_ptr<SDL_Surface, FreeSurface>;
-
-}  // namespace
-
-// The page's surface lives for the frame: its format follows the work surface's at any moment.
+// The page's surface lives for the frame, also when there is no memory for what is drawn on it: its
+// format follows the work surface's at any moment.
 void Editor::draw(SDL_Surface* surface, SDL_Surface* atlas) {
     const c_moxel& clip = *model.previewClip;
     if (model.previewActive != 0 && clip.state == CLIP_READY && clip.frameCount > 0) {
@@ -26,9 +17,10 @@ void Editor::draw(SDL_Surface* surface, SDL_Surface* atlas) {
         return;
     }
     const SDL_PixelFormat& format = *surface->format;
-    const Paper paper(SDL_CreateRGBSurface(SDL_SWSURFACE, kFrameWidth, kFrameHeight,
-                                           format.BitsPerPixel, format.Rmask, format.Gmask,
-                                           format.Bmask, format.Amask));
+    const std::unique_ptr<SDL_Surface, void (*)(SDL_Surface*)> paper(
+        SDL_CreateRGBSurface(SDL_SWSURFACE, kFrameWidth, kFrameHeight, format.BitsPerPixel,
+                             format.Rmask, format.Gmask, format.Bmask, format.Amask),
+        SDL_FreeSurface);
     if (paper == nullptr) {
         return;
     }

@@ -1,5 +1,8 @@
 // What the keys do on the playlist screen, and the order of its handler's parts.
 #include "editor/keys_editor.h"
+
+#include <tuple>
+
 #include "common/slots.h"
 #include "editor/editor.h"
 #include "input/keys.h"
@@ -27,8 +30,12 @@ bool confirms(const c_keys& input) {
     return input.pressed(KEY_X) || input.pressed(PAD_CONFIRM);
 }
 
+bool wentDown(const c_keys& input, const Arrow& arrow) {
+    return input.pressed(arrow.key) || input.pressed(arrow.pad);
+}
+
 bool arrowDue(const c_keys& input, Editor& editor, const Arrow& arrow) {
-    if (input.pressed(arrow.key) || input.pressed(arrow.pad)) {
+    if (wentDown(input, arrow)) {
         editor.holdFrames = 0;
         return true;
     }
@@ -37,10 +44,6 @@ bool arrowDue(const c_keys& input, Editor& editor, const Arrow& arrow) {
     }
     ++editor.holdFrames;
     return editor.holdFrames >= kRepeatAfter && editor.holdFrames % kRepeatEvery == 0;
-}
-
-bool wentDown(const c_keys& input, const Arrow& arrow) {
-    return input.pressed(arrow.key) || input.pressed(arrow.pad);
 }
 
 // Beyond the outer edge of a list, below its last row, and where a list is empty.
@@ -87,12 +90,10 @@ void moveSelection(Editor& editor, const Arrow& arrow, bool fresh) {
         }
         return;
     }
-    int list = editor.model.dragSource;
-    if (arrow.dx != 0) {
-        list = arrow.dx < 0 ? page::LEFT : page::RIGHT;
-    }
-    editor.select(list, editor.selectedRow(list) + arrow.dy);
-    list = editor.model.dragSource;
+    const int beside = arrow.dx < 0 ? page::LEFT : page::RIGHT;
+    const int towards = arrow.dx != 0 ? beside : editor.model.dragSource;
+    editor.select(towards, editor.selectedRow(towards) + arrow.dy);
+    const int list = editor.model.dragSource;
     scrollIntoView(editor.model.scroll[list], editor.selectedRow(list));
 }
 
@@ -185,17 +186,9 @@ void actOnPage(const c_keys& input, Editor& editor, bool keysWrote) {
 }
 
 // What a press of the mouse can change so that another control lies under the pointer.
-struct View {
-    int32_t page;
-    int32_t question;
-    int32_t preview;
-
-    explicit View(const Editor& editor)
-        : page(editor.model.editPage),
-          question(editor.question),
-          preview(editor.model.previewActive) {}
-    bool operator==(const View&) const = default;
-};
+auto viewOf(const Editor& editor) {
+    return std::tuple(editor.model.editPage, editor.question, editor.model.previewActive);
+}
 
 }  // namespace
 
@@ -219,7 +212,7 @@ void useEditor(c_keys& input, Editor& editor) {
         editor.muted = 0;
     }
     editor.holdSelection();
-    const View before(editor);
+    const auto before = viewOf(editor);
     const bool wroteBefore = editor.takesLetters();
     const bool keysWrote = input.writing != 0 && !wroteBefore;
     const bool byMouse = input.mouseClick != 0 || editor.press != PRESS_NOTHING;
@@ -230,7 +223,7 @@ void useEditor(c_keys& input, Editor& editor) {
         editor.endPreview();
         editor.letGo();
     }
-    if (byMouse && !(before == View(editor))) {
+    if (byMouse && before != viewOf(editor)) {
         editor.shut(input.mouseClick != 0);
     }
     const bool writes = editor.takesLetters();
