@@ -3,6 +3,7 @@
 #include "common/geometry.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "draw/painter.h"
 #include "draw/picture.h"
 #include "px/introfade.h"
 
@@ -31,9 +32,7 @@ void c_intro::place() {
 void c_intro::draw(SDL_Surface* s) {
     --counter;
     if (logo != nullptr) {
-        SDL_Rect at = {static_cast<int16_t>(offsetX + kLogoX),
-                       static_cast<int16_t>(offsetY + kLogoY), 0, 0};
-        SDL_BlitSurface(logo, nullptr, s, &at);
+        Painter(s, {offsetX, offsetY}).piece(logo, 0, 0, logo->w, logo->h, kLogoX, kLogoY);
     }
     auto* row = static_cast<uint8_t*>(s->pixels);
     for (int y = 0; y < s->h; ++y) {

@@ -180,4 +180,13 @@ TEST_F(HomeComposite, Menu_CentredInTheDisplay) {
     expectMenu({40, 60}, with(kNoController, "no playlists", "720 x 480"));
 }
 
+TEST_F(Home, Selection_OnASurfaceOf32BitsIsWhite) {
+    const Picture deep(
+        SDL_CreateRGBSurface(SDL_SWSURFACE, 1280, 720, 32, 0xFF0000, 0x00FF00, 0x0000FF, 0));
+    _home->draw(deep.get());
+    // Item 0's cell, and the frame in it.
+    const uint8_t* row = static_cast<uint8_t*>(deep->pixels) + (180 + 60 + 15) * deep->pitch;
+    EXPECT_EQ(reinterpret_cast<const uint32_t*>(row)[320 + 264 + 9] & 0xFFFFFF, 0xFFFFFFu);
+}
+
 }  // namespace

@@ -152,4 +152,12 @@ TEST_F(Lib, ButtonWithAnyText_SameBox) {
     }
 }
 
+TEST_F(Lib, BoxWithoutBorder_ByAScratchSurfaceOf32BitsHasItsColour) {
+    SDL_FreeSurface(_lib->scratch);
+    _lib->scratch =
+        SDL_CreateRGBSurface(SDL_SWSURFACE, 1280, 720, 32, 0xFF0000, 0x00FF00, 0x0000FF, 0);
+    _lib->CSS_rectNoBorder(100, 50, 60, 40, 0x00FF0000, 100);
+    EXPECT_EQ(countPixels(screen[1], 100, 50, 60, 40, 0xF800), 60 * 40);
+}
+
 }  // namespace
