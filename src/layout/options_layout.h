@@ -32,7 +32,7 @@ static_assert(kFirstChip.x + kChipStep * (kFilterIds - 1) + kFirstChip.w <= kFra
 // Deliberate: the palette answers from its first chip to 580 pixels on, gaps included, which leaves
 // out the right 16 pixels of the last chip; further to the right would name a filter more.
 // [quirk_last_chip_ends_early]
-inline constexpr Area kPaletteArea = {7, 140, kChipStep * kFilterIds - 20, 20};
+inline constexpr Area kPaletteArea = {7, 140, kChipStep* kFilterIds - 20, 20};
 
 // Deliberate: four more places to drop a filter on, a cross of squares that nothing marks. They
 // stand for the first four letters; performers who know them use them.
