@@ -74,21 +74,21 @@ private:
     size_t at_ = 0;
 };
 
-void step(int choice, FILE* stream, Model& model) {
+void step(int choice, xml::Scanner& scanner, Model& model) {
     const char* target = kTargets[static_cast<size_t>(choice / 4) % std::size(kTargets)];
     const char* name = kNames[static_cast<size_t>(choice / 4) % std::size(kNames)];
     switch (choice % 4) {
         case 0:
-            require(xml::readNode(stream, name) == model.readNode(name), "readNode");
+            require(scanner.readNode(name) == model.readNode(name), "readNode");
             break;
         case 1:
-            require(xml::skipTo(stream, target) == model.skipTo(target), "skipTo");
+            require(scanner.skipTo(target) == model.skipTo(target), "skipTo");
             break;
         case 2:
-            require(xml::skipChar(stream) == model.skipChar(), "skipChar");
+            require(scanner.skipChar() == model.skipChar(), "skipChar");
             break;
         default:
-            xml::readPrologue(stream);
+            scanner.readPrologue();
             model.readPrologue();
             break;
     }
@@ -104,9 +104,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         choices[i] = input.byte();
     }
     Model model(input.rest());
-    const fuzz::Stream stream = fuzz::openStream(input.rest());
+    xml::Scanner scanner({reinterpret_cast<const char*>(input.rest().data()), input.rest().size()});
     for (int i = 0; i < steps; ++i) {
-        step(choices[i], stream.get(), model);
+        step(choices[i], scanner, model);
     }
     return 0;
 }

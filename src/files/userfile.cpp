@@ -4,11 +4,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 
 #include "common/limits.h"
+#include "files/pending_file.h"
+#include "files/regular_file.h"
 #include "files/xmlscan.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -16,6 +21,7 @@ constexpr mode_t kFolderMode = 0777;
 constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes away
 constexpr mode_t kPrivateMode = 0600;
 constexpr mode_t kRights = 0777;
+constexpr size_t kPieceBytes = size_t{1} << 19;
 constexpr int kMostLinks = 40;  // one behind the other, as many as the system itself follows
 
 // The longest of the files is the playlists': the start, then what is read of each playlist with
@@ -24,22 +30,16 @@ constexpr size_t kMostBytes =
     xml::kDeclarationChars + 1 + xml::kMotBudget +
     kPlaylists * (xml::kMotBudget + (1 + kTracksRead) * 2 * xml::kNoeudBudget);
 
-std::string folderOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash);
-}
-
 // The file that links lead to, whether it is there or not. False when they lead round or cannot be
 // followed.
-bool followLinks(std::string& path) {
+bool followLinks(fs::path& path) {
     char target[PATH_MAX];
     for (int links = 0; links <= kMostLinks; ++links) {
         const ssize_t length = readlink(path.c_str(), target, sizeof target);
         if (length < 0) {
             return errno == EINVAL || errno == ENOENT;
         }
-        const std::string next(target, static_cast<size_t>(length));
-        path = next.starts_with('/') ? next : folderOf(path) + "/" + next;
+        path = files::folderOf(path) / std::string(target, static_cast<size_t>(length));
     }
     return false;
 }
@@ -57,42 +57,19 @@ void keepOwnerAndMode(int descriptor, const struct stat& old) {
 }
 
 // `old` is null for a file that is not there yet.
-bool writeDurably(const std::string& path, const std::string& content, const struct stat* old) {
-    // What a power cut left has rights of its own.
-    unlink(path.c_str());
-    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                                old != nullptr ? kPrivateMode : kNewFileMode);
-    if (descriptor < 0) {
-        return false;
-    }
+bool writeAs(files::PendingFile& file, const std::string& content, const struct stat* old) {
     if (old != nullptr) {
-        keepOwnerAndMode(descriptor, *old);
+        keepOwnerAndMode(file.descriptor(), *old);
     }
-    FILE* file = fdopen(descriptor, "wb");
-    if (file == nullptr) {
-        close(descriptor);
-        return false;
-    }
-    bool written = fwrite(content.data(), 1, content.size(), file) == content.size();
-    written = fflush(file) == 0 && written;
-    written = fsync(descriptor) == 0 && written;
-    return fclose(file) == 0 && written;
+    return file.write({reinterpret_cast<const uint8_t*>(content.data()), content.size()}) &&
+           file.finish();
 }
 
-// Makes the rename itself survive a power cut.
-void syncFolder(const std::string& folder) {
-    const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (handle >= 0) {
-        fsync(handle);
-        close(handle);
-    }
-}
-
-bool readToTheEnd(int descriptor, std::string& bytes) {
-    bytes.resize(kMostBytes);
+bool readToTheEnd(int descriptor, size_t most, std::string& bytes) {
     size_t filled = 0;
-    while (filled < kMostBytes) {
-        const ssize_t got = read(descriptor, bytes.data() + filled, kMostBytes - filled);
+    while (filled < most) {
+        bytes.resize(std::min(most, filled + kPieceBytes));
+        const ssize_t got = read(descriptor, bytes.data() + filled, bytes.size() - filled);
         if (got < 0 && errno == EINTR) {
             continue;
         }
@@ -108,32 +85,29 @@ bool readToTheEnd(int descriptor, std::string& bytes) {
     return true;
 }
 
-// False also for what is no regular file: a pipe would hold the program up for good.
-bool readRegularFile(int descriptor, std::string& bytes) {
-    struct stat facts;
-    return fstat(descriptor, &facts) == 0 && S_ISREG(facts.st_mode) &&
-           readToTheEnd(descriptor, bytes);
-}
-
-// A stream with memory of its own, which must have room for one byte at least.
-FILE* streamOf(const std::string& bytes) {
-    FILE* stream = fmemopen(nullptr, bytes.size() + 1, "w+");
-    if (stream == nullptr) {
-        return nullptr;
-    }
-    if (fwrite(bytes.data(), 1, bytes.size(), stream) != bytes.size() ||
-        fseek(stream, 0, SEEK_SET) != 0) {
-        fclose(stream);
-        return nullptr;
-    }
-    return stream;
-}
-
 }  // namespace
 
+std::string workingDirectory() {
+    char buffer[PATH_MAX];
+    return getcwd(buffer, sizeof buffer) != nullptr ? buffer : "";
+}
+
+std::optional<std::string> readRegular(const std::string& path, size_t most) {
+    const int descriptor = openRegular(path);
+    if (descriptor < 0) {
+        return std::nullopt;
+    }
+    std::string bytes;
+    const bool whole = readToTheEnd(descriptor, most, bytes);
+    const int reason = errno;
+    close(descriptor);
+    errno = reason;
+    return whole ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
 bool replaceFile(const std::string& path, const std::string& content) {
-    mkdir(folderOf(path).c_str(), kFolderMode);
-    std::string target = path;
+    mkdir(files::folderOf(path).c_str(), kFolderMode);
+    fs::path target = path;
     if (!followLinks(target)) {
         return false;
     }
@@ -142,29 +116,18 @@ bool replaceFile(const std::string& path, const std::string& content) {
     if (there ? !S_ISREG(facts.st_mode) : errno != ENOENT) {
         return false;
     }
-    const std::string folder = folderOf(target);
-    const std::string temporary = target + ".tmp";
-    if (!writeDurably(temporary, content, there ? &facts : nullptr) ||
-        rename(temporary.c_str(), target.c_str()) != 0) {
-        unlink(temporary.c_str());
-        return false;
-    }
-    syncFolder(folder);
-    return true;
+    const std::string temporary = target.string() + ".tmp";
+    // What a power cut left has rights of its own.
+    unlink(temporary.c_str());
+    files::PendingFile file;
+    return file.create(temporary, there ? kPrivateMode : kNewFileMode) &&
+           writeAs(file, content, there ? &facts : nullptr) && file.commit(target);
 }
 
-FILE* UserFile::open(const std::string& path) {
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        unreadable_ = unreadable_ || errno != ENOENT;
-        return nullptr;
-    }
-    std::string bytes;
-    const bool read = readRegularFile(descriptor, bytes);
-    close(descriptor);
-    FILE* stream = read ? streamOf(bytes) : nullptr;
-    unreadable_ = unreadable_ || stream == nullptr;
-    return stream;
+std::optional<std::string> UserFile::read(const std::string& path) {
+    std::optional<std::string> bytes = readRegular(path, kMostBytes);
+    unreadable_ = unreadable_ || (!bytes && errno != ENOENT);
+    return bytes;
 }
 
 bool UserFile::replace(const std::string& path, const std::string& content) const {

@@ -42,8 +42,14 @@ inline constexpr Area kDropSquares[] = {
 
 // Page 0: check boxes.
 inline constexpr int kCheckBoxSize = 24;
-inline constexpr Point kBox1280 = {20, 50};
-inline constexpr Point kBox1024 = {170, 50};
+struct OfferedSize {
+    int width;  // of the application
+    int height;
+    const char* label;
+    Point box;
+};
+inline constexpr OfferedSize kOfferedSizes[] = {{1280, 720, "1280 x 720", {20, 50}},
+                                                {1024, 768, "1024 x 768", {170, 50}}};
 inline constexpr Point kBoxTopbar = {340, 30};
 inline constexpr Point kBoxFps = {340, 70};
 // Deliberate: a check box answers over its label too, but not in its lowest rows.

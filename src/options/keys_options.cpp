@@ -26,28 +26,27 @@ bool leaves(c_keys& input) {
 }
 
 // Who goes on after a save that failed has its next way out saved again.
-void forgetNotice(c_keys& input) {
+void forgetNotice(const c_keys& input, c_options& options) {
     if (input.mouseClick != 0) {
-        _options->notice = nullptr;
+        options.notice = nullptr;
     }
 }
 
-void openControllerPage(c_keys& input) {
+void openControllerPage(c_keys& input, c_options& options) {
     if (clickedIn(input, layout::kConfigureToo) || clickedIn(input, layout::kConfigure)) {
-        _options->page = 1;
+        options.page = 1;
     }
 }
 
 // The video mode follows when the screen is left. A composite output has one size.
-void chooseResolution(c_keys& input) {
-    if (all->composite != 0) {
+void chooseResolution(c_keys& input, c_all& sizes) {
+    if (sizes.composite != 0) {
         return;
     }
-    if (clickedIn(input, layout::checkBoxArea(layout::kBox1280))) {
-        all->applyResolution(1280, 720);
-    }
-    if (clickedIn(input, layout::checkBoxArea(layout::kBox1024))) {
-        all->applyResolution(1024, 768);
+    for (const layout::OfferedSize& size : layout::kOfferedSizes) {
+        if (clickedIn(input, layout::checkBoxArea(size.box))) {
+            sizes.applyResolution(size.width, size.height);
+        }
     }
 }
 
@@ -57,65 +56,65 @@ void flipFlag(c_keys& input, Point box, int32_t& flag) {
     }
 }
 
-void takeFilter(c_keys& input) {
+void takeFilter(c_keys& input, c_options& options) {
     if (clickedIn(input, layout::kPaletteArea)) {
-        _options->dragging = 1;
-        _options->draggedFilter = (input.mouseX - layout::kPaletteArea.x) / layout::kChipStep;
+        options.dragging = 1;
+        options.draggedFilter = (input.mouseX - layout::kPaletteArea.x) / layout::kChipStep;
     }
 }
 
-void bind(int slot) {
-    for (FilterSlot(&layerSlots)[kFilterSlots] : _filters->slots) {
-        layerSlots[slot].id = _options->draggedFilter;
+void bind(c_filters& filters, int slot, int id) {
+    for (FilterSlot(&layerSlots)[kFilterSlots] : filters.slots) {
+        layerSlots[slot].id = id;
     }
 }
 
 // Every place that holds the mouse takes the filter: two drop squares share a corner.
-void dropFilter(c_keys& input) {
-    if (_options->dragging == 0 || input.mouseClick != 0 || input.mouseHeld != 0) {
+void dropFilter(c_keys& input, c_options& options, c_filters& filters) {
+    if (options.dragging == 0 || input.mouseClick != 0 || input.mouseHeld != 0) {
         return;
     }
-    _options->dragging = 0;
-    _options->notice = nullptr;
+    options.dragging = 0;
+    options.notice = nullptr;
     for (int slot = 0; slot < kFilterSlots; ++slot) {
         if (mouseIn(input, layout::slotBox(slot))) {
-            bind(slot);
+            bind(filters, slot, options.draggedFilter);
         }
     }
     int slot = 0;
     for (const layout::Area& square : layout::kDropSquares) {
         if (mouseIn(input, square)) {
-            bind(slot);
+            bind(filters, slot, options.draggedFilter);
         }
         ++slot;
     }
 }
 
 // The lowest of the buttons that are down.
-void assignPressedButton() {
+void assignPressedButton(SDL_Joystick* joystick, c_keys& input, c_options& options) {
     if (SDL_NumJoysticks() <= 0) {
         return;
     }
     for (int button = 0; button < kButtonsScanned; ++button) {
-        if (SDL_JoystickGetButton(joy, button) != 0) {
-            keys->padButton[layout::kMapEntries[_options->anchorEntry]] = button;
-            _options->waitingButton = 0;
+        if (SDL_JoystickGetButton(joystick, button) != 0) {
+            input.padButton[layout::kMapEntries[options.anchorEntry]] = button;
+            options.waitingButton = 0;
             return;
         }
     }
 }
 
 // A button that goes down in the frame of "cancel" still counts; "no button" is final.
-void waitForButton(c_keys& input) {
+void waitForButton(c_keys& input, c_options& options, SDL_Joystick* joystick) {
     if (clickedIn(input, layout::kNoButton)) {
-        keys->padButton[layout::kMapEntries[_options->anchorEntry]] = kPadUnassigned;
-        _options->waitingButton = 0;
+        input.padButton[layout::kMapEntries[options.anchorEntry]] = kPadUnassigned;
+        options.waitingButton = 0;
         return;
     }
     if (input.pressed(KEY_Z) || clickedIn(input, layout::kCancel)) {
-        _options->waitingButton = 0;
+        options.waitingButton = 0;
     }
-    assignPressedButton();
+    assignPressedButton(joystick, input, options);
 }
 
 // Deliberate: the controller's own back does not leave its page, where a press shows which square
@@ -125,12 +124,12 @@ bool leavesControllerPage(c_keys& input) {
 }
 
 // Where two squares share a corner the later one is meant.
-void chooseSquare(c_keys& input) {
+void chooseSquare(c_keys& input, c_options& options) {
     for (int entry = 0; entry < kPadEntries; ++entry) {
         const Point at = layout::kAnchors[entry];
         if (clickedIn(input, {at.x, at.y, layout::kAnchorSize, layout::kAnchorSize})) {
-            _options->anchorEntry = entry;
-            _options->waitingButton = 1;
+            options.anchorEntry = entry;
+            options.waitingButton = 1;
         }
     }
 }
@@ -138,30 +137,32 @@ void chooseSquare(c_keys& input) {
 }  // namespace
 
 void c_keys::actionsOptionsScreen0() {
+    c_options& options = *_options;
     if (leaves(*this)) {
-        _options->quitOptions();
+        options.quitOptions();
         return;
     }
-    forgetNotice(*this);
-    openControllerPage(*this);
-    chooseResolution(*this);
-    flipFlag(*this, layout::kBoxTopbar, _options->topbar);
-    flipFlag(*this, layout::kBoxFps, _options->fps);
-    takeFilter(*this);
-    dropFilter(*this);
+    forgetNotice(*this, options);
+    openControllerPage(*this, options);
+    chooseResolution(*this, *all);
+    flipFlag(*this, layout::kBoxTopbar, options.topbar);
+    flipFlag(*this, layout::kBoxFps, options.fps);
+    takeFilter(*this, options);
+    dropFilter(*this, options, *_filters);
 }
 
 void c_keys::actionsOptionsScreen1() {
-    if (_options->waitingButton != 0) {
-        waitForButton(*this);
+    c_options& options = *_options;
+    if (options.waitingButton != 0) {
+        waitForButton(*this, options, joy);
         return;
     }
     if (leavesControllerPage(*this)) {
-        _options->quitControllerPage();
+        options.quitControllerPage();
         return;
     }
-    forgetNotice(*this);
-    chooseSquare(*this);
+    forgetNotice(*this, options);
+    chooseSquare(*this, options);
 }
 
 void c_keys::actionsOptions() {

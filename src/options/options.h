@@ -15,6 +15,7 @@
 #include <string>
 
 #include "common/geometry.h"
+#include "files/preferences.h"
 #include "files/userfile.h"
 #include "layout/options_layout.h"
 
@@ -27,6 +28,7 @@ public:
     bool saveXML();  // false: said, the old file stands
     void lireXMLController();
     bool saveXMLController();  // likewise
+    // Kept without a caller: the scanner's steps (xmlscan.h) on the open `file`.
     std::string lireMot(const std::string& target);
     std::string lireNoeud(const std::string& name);
     int finLigne();
@@ -58,7 +60,7 @@ public:
     int32_t draggedFilter;           // its id
     int32_t waitingButton;           // 1: page 1 waits for a controller button
     std::string homeDir;             // working directory at start-up
-    FILE* file;                      // open while read or written
+    FILE* file;                      // of lireMot, lireNoeud and finLigne; null when closed
     int32_t topbar;                  // 1: draw the white lines at the top of the mix
     int32_t fps;                     // 1: draw the frame rate on the mix screen
     int32_t anchorEntry;             // square that waits for its button, 0 to 13
@@ -69,6 +71,7 @@ public:
     UserFile controllerFile;
 
 private:
+    files::Preferences preferences() const;
     void drawCheckBox(SDL_Surface* surface, SDL_Surface* texture, int on, Point at,
                       const char* label);
     void drawController(SDL_Surface* surface);

@@ -24,8 +24,6 @@ constexpr int kChipRgb = 0x404040;
 
 constexpr Point kNotice = {150, 338};
 
-constexpr int kWidths[] = {1280, 1024};
-
 Point from(Point corner, Point step) {
     return {corner.x + step.x, corner.y + step.y};
 }
@@ -78,8 +76,9 @@ void c_options::drawCheckBox(SDL_Surface* surface, SDL_Surface* texture, int on,
 void c_options::drawDisplayOptions(SDL_Surface* surface, SDL_Surface* texture) {
     write(surface, "SCREEN RESOLUTION", {7, 10}, _colorR);
     write(surface, "This option has no effect when using a Composite cable", {7, 30}, _colorW);
-    drawCheckBox(surface, texture, all->appW == kWidths[0], layout::kBox1280, "1280 x 720");
-    drawCheckBox(surface, texture, all->appW == kWidths[1], layout::kBox1024, "1024 x 768");
+    for (const layout::OfferedSize& size : layout::kOfferedSizes) {
+        drawCheckBox(surface, texture, all->appW == size.width, size.box, size.label);
+    }
     write(surface, "OTHER", {327, 10}, _colorR);
     drawCheckBox(surface, texture, topbar, layout::kBoxTopbar, "show top white line");
     drawCheckBox(surface, texture, fps, layout::kBoxFps, "show framerate");

@@ -52,6 +52,7 @@ public:
     bool saveFamille();       // saves and scans; false: it could not be saved
     void removeFamille(int index);
     void deplacerFamille(int from, int to);
+    // Kept without a caller: the scanner's steps (xmlscan.h) on the open `file`.
     std::string lireMot(const std::string& target);
     std::string lireNoeud(const std::string& nodeName);
     int finLigne();
@@ -86,7 +87,7 @@ public:
     int32_t nbFamilles;
     // Guard: one record more than can be in use; moving a famille opens its gap there.
     Famille familles[kPlaylists + 1];
-    FILE* file;           // of the reader; null when closed
+    FILE* file;           // of lireMot, lireNoeud and finLigne; null when closed
     int32_t loadTrack;    // track being loaded
     int32_t loadSlot;     // clip slot being filled; equals the clips loaded so far
     int32_t loadDone;     // 1 once the famille is loaded to its end
@@ -117,7 +118,6 @@ public:
     UserFile userFile;  // one that could not be read is not written over
 
 private:
-    bool readFamille(Famille& famille);
     void setTrackCount(Famille& famille, int count);
     void insertTrack(Famille& famille, int at, Track track);
     void endLoad();

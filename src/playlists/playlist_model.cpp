@@ -1,8 +1,5 @@
 // The list of playlists in memory: set-up, scan, create, remove, move.
-#include <unistd.h>
-
 #include <algorithm>
-#include <climits>
 #include <tuple>
 
 #include "common/memory.h"
@@ -15,11 +12,6 @@ namespace {
 
 constexpr int kWeightUnit = 250000;
 constexpr const char* kUnusedPath = "m2x/none";
-
-std::string workingDirectory() {
-    char buffer[PATH_MAX];
-    return getcwd(buffer, sizeof buffer) != nullptr ? buffer : "";
-}
 
 // A header read through a slot that holds a clip: the slot's own goes back, so that the clip goes
 // on playing.

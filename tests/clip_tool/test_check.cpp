@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "clip_tool/pictures.h"
+#include "files/preferences.h"
 #include "pure/vectors.h"
 #include "support/folder.h"
 #include "tools/clip/base/atomic_file.h"
@@ -47,13 +48,13 @@ protected:
     std::vector<Finding> prefs(const std::string& inside) {
         write("f.xml", kStart + inside + "</all>\n");
         maker::Findings findings;
-        maker::checkPrefsFile(maker::readElements("f.xml", maker::prefsElements()), findings);
+        maker::checkPrefsFile(maker::readElements("f.xml", files::kPreferenceElements), findings);
         return findings.all();
     }
     std::vector<Finding> controller(const std::string& inside) {
         write("c.xml", kStart + inside + "</all>\n");
         maker::Findings findings;
-        maker::checkControllerFile(maker::readElements("c.xml", maker::controllerElements()),
+        maker::checkControllerFile(maker::readElements("c.xml", files::kControllerElements),
                                    findings);
         return findings.all();
     }
@@ -91,7 +92,7 @@ TEST_F(UserFiles, EveryKnownPlaylistsFile_IsReadAsTheProgramReadsIt) {
 
 TEST_F(UserFiles, MissingFiles_AreNotThere) {
     EXPECT_FALSE(maker::readPlaylists("no.xml").there);
-    EXPECT_FALSE(maker::readElements("no.xml", {"mode"}).there);
+    EXPECT_FALSE(maker::readElements("no.xml", files::kPreferenceElements).there);
     EXPECT_FALSE(maker::readPlaylists(".").there);
     maker::Findings findings;
     maker::checkPlaylistsFile({}, findings);

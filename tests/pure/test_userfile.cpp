@@ -246,23 +246,8 @@ TEST_F(UserFiles, OwnerThatCannotBeKept_NobodyGetsRightsThatTheyDidNotHave) {
     }
 }
 
-// What a stream gives up to its end.
-std::string rest(FILE* stream) {
-    std::string bytes;
-    for (int c = fgetc(stream); c != EOF; c = fgetc(stream)) {
-        bytes += static_cast<char>(c);
-    }
-    return bytes;
-}
-
 std::string opened(UserFile& file, const std::string& path) {
-    FILE* stream = file.open(path);
-    if (stream == nullptr) {
-        return "null";
-    }
-    const std::string bytes = rest(stream);
-    fclose(stream);
-    return bytes;
+    return file.read(path).value_or("null");
 }
 
 TEST_F(UserFiles, EveryByte_ReadAsItIs) {

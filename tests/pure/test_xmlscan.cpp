@@ -18,27 +18,27 @@ std::string pastTheEnd(size_t count) {
 
 TEST(XmlScan, TabIndentedElement_TextBetweenItsTags) {
     CountedStream stream("\t\t<name>one</name>\n\t\t<name>two words</name>\n\t</playlist>\n");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "one");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "two words");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "one");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "two words");
 }
 
 TEST(XmlScan, ElementWithoutText_EmptyString) {
     CountedStream stream("<name></name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "");
     EXPECT_EQ(stream.position(), 13u);
 }
 
 TEST(XmlScan, TextIsRaw_SpacesAndEntitiesStay) {
     CountedStream stream("<name> a &amp; <b>%s\t\n</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), " a &amp; <b>%s\t\n");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), " a &amp; <b>%s\t\n");
 }
 
 TEST(XmlScan, LongestWholeTexts_92ForNameAnd91ForTrack) {
     const std::string name(92, 'n');
     const std::string track(91, 't');
     CountedStream stream("<name>" + name + "</name>\n<track>" + track + "</track>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), name);
-    EXPECT_EQ(xml::readNode(stream.file(), "track"), track);
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), name);
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("track"), track);
     EXPECT_EQ(stream.position(), stream.reads());
 }
 
@@ -46,118 +46,118 @@ TEST(XmlScan, LongestWholeTexts_92ForNameAnd91ForTrack) {
 TEST(XmlScan, NameOf100_First92AndNextCallStartsInTheRest) {
     const std::string first(92, 'a');
     CountedStream stream("<name>" + first + "bbbbbbbc</name><name>next</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), first);
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), first);
     EXPECT_EQ(stream.position(), 6u + 99u);
-    EXPECT_EQ(xml::skipChar(stream.file()), 'c');
+    EXPECT_EQ(xml::Scanner(stream.file()).skipChar(), 'c');
 }
 
 TEST(XmlScan, quirk_long_text_is_cut_by_its_closing_tag) {
     // 93 characters and six of the closing tag are 99: the whole tag does not fit any more.
     CountedStream name("<name>" + std::string(92, 'x') + "y</name>");
-    EXPECT_EQ(xml::readNode(name.file(), "name"), std::string(92, 'x'));
+    EXPECT_EQ(xml::Scanner(name.file()).readNode("name"), std::string(92, 'x'));
     EXPECT_EQ(name.position(), 105u);
     CountedStream track("<track>" + std::string(91, 'x') + "y</track>");
-    EXPECT_EQ(xml::readNode(track.file(), "track"), std::string(91, 'x'));
+    EXPECT_EQ(xml::Scanner(track.file()).readNode("track"), std::string(91, 'x'));
     EXPECT_EQ(track.position(), 106u);
 }
 
 TEST(XmlScan, quirk_missing_opening_tag_counts_as_found) {
     // 99 characters without the tag, then a text up to the closing tag.
     CountedStream stream(std::string(99, '.') + "late</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "late");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "late");
     EXPECT_EQ(stream.position(), 110u);
 }
 
 TEST(XmlScan, OpeningTagEndsAtThe99thCharacter_Found) {
     CountedStream stream(std::string(93, '.') + "<name>in</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "in");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "in");
 }
 
 // The hundredth character is the ">" of the tag; the text starts with it.
 TEST(XmlScan, OpeningTagEndsOneLater_TextStartsInsideIt) {
     CountedStream stream(std::string(94, '.') + "<name>in</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), ">in");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), ">in");
 }
 
 TEST(XmlScan, EndOfPlaylistBeforeTheTrack_Returned) {
     CountedStream stream("\t</playlist>\n");
-    EXPECT_EQ(xml::readNode(stream.file(), "track"), "</playlist>");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("track"), "</playlist>");
     EXPECT_EQ(stream.position(), 12u);
 }
 
 TEST(XmlScan, EndOfAllBeforeTheTrack_Returned) {
     CountedStream stream("</all>\n");
-    EXPECT_EQ(xml::readNode(stream.file(), "track"), "</all>");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("track"), "</all>");
     EXPECT_EQ(stream.position(), 6u);
 }
 
 TEST(XmlScan, SentinelsInsideTheText_AreText) {
     CountedStream stream("<name>a</all>b</playlist>c</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "a</all>b</playlist>c");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "a</all>b</playlist>c");
 }
 
 TEST(XmlScan, Attribute_TagIsNotRecognised) {
     CountedStream stream("<name lang=\"fr\">a</name><name>b</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "b");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "b");
 }
 
 TEST(XmlScan, Capitals_AreNotRecognised) {
     CountedStream stream("<NAME>a</NAME><name>b</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), "b");
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), "b");
 }
 
 TEST(XmlScan, SkipToTarget_LeavesTheStreamJustAfterIt) {
     CountedStream stream("\t<playlist>\n");
-    EXPECT_EQ(xml::skipTo(stream.file(), "<playlist>"), "");
-    EXPECT_EQ(xml::skipChar(stream.file()), '\n');
+    EXPECT_EQ(xml::Scanner(stream.file()).skipTo("<playlist>"), "");
+    EXPECT_EQ(xml::Scanner(stream.file()).skipChar(), '\n');
 }
 
 TEST(XmlScan, SkipToWithEndAhead_ReturnsTheEnd) {
     CountedStream stream("\n</all>\n");
-    EXPECT_EQ(xml::skipTo(stream.file(), "<playlist>"), "</all>");
+    EXPECT_EQ(xml::Scanner(stream.file()).skipTo("<playlist>"), "</all>");
     EXPECT_EQ(stream.position(), 7u);
 }
 
 TEST(XmlScan, SkipToWithoutEither_Consumes43) {
     CountedStream stream(std::string(60, '.'));
-    EXPECT_EQ(xml::skipTo(stream.file(), "<playlist>"), "");
+    EXPECT_EQ(xml::Scanner(stream.file()).skipTo("<playlist>"), "");
     EXPECT_EQ(stream.position(), 43u);
 }
 
 TEST(XmlScan, SkipToTargetEndingAtThe43rd_Found) {
     CountedStream stream(std::string(33, '.') + "<playlist>x");
-    EXPECT_EQ(xml::skipTo(stream.file(), "<playlist>"), "");
+    EXPECT_EQ(xml::Scanner(stream.file()).skipTo("<playlist>"), "");
     EXPECT_EQ(stream.position(), 43u);
-    EXPECT_EQ(xml::skipChar(stream.file()), 'x');
+    EXPECT_EQ(xml::Scanner(stream.file()).skipChar(), 'x');
 }
 
 TEST(XmlScan, SkipToTheEndItself_CountsAsTarget) {
     CountedStream stream("</all>");
-    EXPECT_EQ(xml::skipTo(stream.file(), "</all>"), "");
+    EXPECT_EQ(xml::Scanner(stream.file()).skipTo("</all>"), "");
 }
 
 TEST(XmlScan, Prologue_43CharactersOneMoreAndTheRoot) {
     CountedStream stream(std::string(kDeclaration) + "\n\n<all>\n");
-    xml::readPrologue(stream.file());
+    xml::Scanner(stream.file()).readPrologue();
     EXPECT_EQ(stream.position(), 50u);
 }
 
 // Nothing of the declaration is looked at: not even a tag inside it.
 TEST(XmlScan, PrologueWithoutDeclaration_Skips44AllTheSame) {
     CountedStream stream("<all>" + std::string(39, '.') + "<all>\n");
-    xml::readPrologue(stream.file());
+    xml::Scanner(stream.file()).readPrologue();
     EXPECT_EQ(stream.position(), 49u);
 }
 
 TEST(XmlScan, PastTheEnd_EveryCallEndsWithinItsBudget) {
     CountedStream stream("");
-    EXPECT_EQ(xml::skipChar(stream.file()), EOF);
+    EXPECT_EQ(xml::Scanner(stream.file()).skipChar(), EOF);
     EXPECT_EQ(stream.reads(), 1u);
-    EXPECT_EQ(xml::skipTo(stream.file(), "<all>"), "");
+    EXPECT_EQ(xml::Scanner(stream.file()).skipTo("<all>"), "");
     EXPECT_EQ(stream.reads(), 1u + 43u);
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), pastTheEnd(92));
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), pastTheEnd(92));
     EXPECT_EQ(stream.reads(), 1u + 43u + 198u);
-    EXPECT_EQ(xml::readNode(stream.file(), "track"), pastTheEnd(91));
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("track"), pastTheEnd(91));
     EXPECT_EQ(stream.reads(), 1u + 43u + 2 * 198u);
 }
 
@@ -167,10 +167,34 @@ TEST(XmlScan, RealEndOfFile_GivesBytesFF) {
     ASSERT_NE(file, nullptr);
     fputs("<name>cut", file);
     rewind(file);
-    EXPECT_EQ(xml::readNode(file, "name"), "cut" + pastTheEnd(89));
-    EXPECT_EQ(xml::skipTo(file, "<playlist>"), "");
-    EXPECT_EQ(xml::skipChar(file), EOF);
+    EXPECT_EQ(xml::Scanner(file).readNode("name"), "cut" + pastTheEnd(89));
+    EXPECT_EQ(xml::Scanner(file).skipTo("<playlist>"), "");
+    EXPECT_EQ(xml::Scanner(file).skipChar(), EOF);
     fclose(file);
+}
+
+TEST(XmlScan, Bytes_ReadAsAStreamAndLeftAtTheirEnd) {
+    xml::Scanner scanner("<name>one</name>x<name>cut");
+    EXPECT_EQ(scanner.readNode("name"), "one");
+    EXPECT_EQ(scanner.skipChar(), 'x');
+    EXPECT_EQ(scanner.readNode("name"), "cut" + pastTheEnd(89));
+    EXPECT_EQ(scanner.skipChar(), EOF);
+    EXPECT_EQ(scanner.skipTo("<all>"), "");
+}
+
+// No element is named twice by mistake: each is looked for behind the one before.
+TEST(XmlScan, Nodes_InTheOrderAsked) {
+    const char* const names[] = {"b", "a", "b"};
+    const std::string document =
+        std::string(kDeclaration) + "\n\n<all>\n\t<b>1</b>\n\t<a>2</a>\n\t<b>3</b>\n</all>\n";
+    EXPECT_EQ(xml::readNodes(document, names), (std::vector<std::string>{"1", "2", "3"}));
+}
+
+TEST(XmlScan, NumberOf_DecimalBeginningOrZero) {
+    EXPECT_EQ(xml::numberOf("1280"), 1280);
+    EXPECT_EQ(xml::numberOf(" -7x"), -7);
+    EXPECT_EQ(xml::numberOf("x7"), 0);
+    EXPECT_EQ(xml::numberOf(""), 0);
 }
 
 TEST(XmlScan, LongestText_92ForNameAnd91ForTrack) {
@@ -224,9 +248,9 @@ TEST(XmlScan, TextsByChance_ComeBackWhenTheyAreSaidTo) {
         const std::string open = "\t\t<" + name + ">";
         const std::string close = "</" + name + ">\n";
         CountedStream stream(open + "a" + close + open + text + close + open + "z" + close);
-        EXPECT_EQ(xml::readNode(stream.file(), name), "a");
-        const std::string back = xml::readNode(stream.file(), name);
-        const std::string next = xml::readNode(stream.file(), name);
+        EXPECT_EQ(xml::Scanner(stream.file()).readNode(name), "a");
+        const std::string back = xml::Scanner(stream.file()).readNode(name);
+        const std::string next = xml::Scanner(stream.file()).readNode(name);
         const bool end = back == "</all>" || back == "</playlist>";
         ASSERT_EQ(xml::comesBack(text, name), back == text && next == "z" && !end)
             << name << ": " << ::testing::PrintToString(text);
@@ -239,7 +263,7 @@ TEST(XmlScan, TextsByChance_ComeBackWhenTheyAreSaidTo) {
 TEST(XmlScan, ByteFFAndZeroInTheFile_AreCharacters) {
     const std::string text = std::string("a\xFF") + '\0' + "\xE9";
     CountedStream stream("<name>" + text + "</name>");
-    EXPECT_EQ(xml::readNode(stream.file(), "name"), text);
+    EXPECT_EQ(xml::Scanner(stream.file()).readNode("name"), text);
 }
 
 }  // namespace

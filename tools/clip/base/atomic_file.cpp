@@ -1,19 +1,12 @@
 #include "tools/clip/base/atomic_file.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <string>
-#include <string_view>
-#include <utility>
 
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/interrupt.h"
@@ -25,11 +18,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kPieceBytes = size_t{1} << 20;
-// A temporary file: ".", the target's name, the mark, the writer's process number and a name part
-// by chance.
-constexpr const char* kMark = ".velmora-";
-constexpr std::string_view kByChance = "-XXXXXX";
-
 // The largest clip that there can be takes 240 MB; nothing else that is read whole comes near it.
 constexpr size_t kMostBytesRead = size_t{256} << 20;
 
@@ -41,16 +29,15 @@ constexpr size_t kMostBytesRead = size_t{256} << 20;
 class OpenFile {
 public:
     OpenFile(int descriptor) : descriptor_(descriptor) {}
-    ~OpenFile() { close(); }
+    ~OpenFile() {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
     int get() const { return descriptor_; }
-    bool close() {
-        const int descriptor = descriptor_;
-        descriptor_ = -1;
-        return descriptor < 0 || ::close(descriptor) == 0;
-    }
 
 private:
     int descriptor_;
@@ -68,111 +55,19 @@ void checkReplaceable(const fs::path& path) {
     }
 }
 
-// mkstemp makes the file private; a clip is as readable as any file that the user makes.
-void setOrdinaryMode(int descriptor) {
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(descriptor, 0666 & ~mask);
-}
-
-void writePieces(int descriptor, std::span<const uint8_t> bytes, const fs::path& path) {
-    while (!bytes.empty()) {
-        stopIfInterrupted();
-        const ssize_t written =
-            write(descriptor, bytes.data(), std::min(bytes.size(), kPieceBytes));
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0) {
-            fail("write", path);
-        }
-        bytes = bytes.subspan(static_cast<size_t>(written));
-    }
-}
-
-std::string temporaryStart(const fs::path& path) {
-    std::string start = ".";
-    start += path.filename().string();
-    return start += kMark;
-}
-
-// What stands behind temporaryStart() in the name of a file whose writer has ended.
-bool isAbandoned(const std::string& rest) {
-    const auto digit = [](unsigned char letter) { return std::isdigit(letter) != 0; };
-    const auto end = std::find_if_not(rest.begin(), rest.end(), digit);
-    if (end == rest.begin() || end - rest.begin() > std::numeric_limits<pid_t>::digits10 ||
-        static_cast<size_t>(rest.end() - end) != kByChance.size() || *end != kByChance[0]) {
-        return false;
-    }
-    const auto writer = static_cast<pid_t>(std::stol(rest));
-    return kill(writer, 0) != 0 && errno == ESRCH;
-}
-
-// A run that was killed could not remove its temporary file.
-void removeAbandoned(const fs::path& path) {
-    const std::string start = temporaryStart(path);
-    std::error_code error;
-    fs::directory_iterator entry(folderOf(path), error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        if (name.starts_with(start) && isAbandoned(name.substr(start.size()))) {
-            unlink(entry->path().c_str());
-        }
-    }
-}
-
-// Makes the new name itself last through a loss of power. Not every file system can.
-void syncFolder(const fs::path& folder) {
-    const OpenFile file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (file.get() >= 0) {
-        fsync(file.get());
-    }
-}
-
 }  // namespace
-
-fs::path folderOf(const fs::path& path) {
-    return path.has_parent_path() ? path.parent_path() : fs::path(".");
-}
 
 PendingFile::PendingFile(const fs::path& path, std::span<const uint8_t> bytes) {
     checkReplaceable(path);
-    removeAbandoned(path);
-    std::string name = (folderOf(path) / temporaryStart(path)).string();
-    name += std::to_string(getpid());
-    name += kByChance;
-    OpenFile file(mkstemp(name.data()));
-    if (file.get() < 0) {
+    if (!file_.createBeside(path) || !file_.write(bytes, stopIfInterrupted) || !file_.finish()) {
         fail("write", path);
-    }
-    try {
-        setOrdinaryMode(file.get());
-        writePieces(file.get(), bytes, path);
-        if (fsync(file.get()) != 0 || !file.close()) {
-            fail("write", path);
-        }
-    } catch (...) {
-        unlink(name.c_str());
-        throw;
-    }
-    temporary_ = name;
-}
-
-PendingFile::PendingFile(PendingFile&& other) noexcept
-    : temporary_(std::exchange(other.temporary_, {})) {}
-
-PendingFile::~PendingFile() {
-    if (!temporary_.empty()) {
-        unlink(temporary_.c_str());
     }
 }
 
 void PendingFile::commit(const fs::path& path) {
-    if (rename(temporary_.c_str(), path.c_str()) != 0) {
+    if (!file_.commit(path)) {
         fail("write", path);
     }
-    temporary_.clear();
-    syncFolder(folderOf(path));
 }
 
 FolderInMaking::FolderInMaking(const fs::path& folder) {

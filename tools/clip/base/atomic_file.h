@@ -1,10 +1,6 @@
 #pragma once
-// Files that appear whole or not at all.
-//
-// The bytes go to a temporary file beside the target, reach the disk, and take the target's name in
-// one step. Whatever goes wrong on the way, the target keeps what it held and the temporary file is
-// removed; what a killed run left is removed when the same target is written again. Errors and
-// interrupts are thrown (errors.h).
+// Files that appear whole or not at all (files/pending_file.h), and the folders for them. Errors
+// and interrupts are thrown (errors.h).
 
 #include <cstdint>
 #include <filesystem>
@@ -12,22 +8,23 @@
 #include <string>
 #include <vector>
 
+#include "files/pending_file.h"
+
 namespace maker {
+
+using files::folderOf;
 
 // A file that is written but has no name of its own yet.
 class PendingFile {
 public:
     // Writes the bytes beside `path`, which keeps what it holds.
     PendingFile(const std::filesystem::path& path, std::span<const uint8_t> bytes);
-    ~PendingFile();
-    PendingFile(PendingFile&& other) noexcept;
-    PendingFile& operator=(PendingFile&&) = delete;
 
     // Gives it this name, in the folder where it was written.
     void commit(const std::filesystem::path& path);
 
 private:
-    std::string temporary_;  // empty once committed
+    files::PendingFile file_;
 };
 
 // Makes a folder and those above it, as far as they are missing, and takes them away again unless
@@ -44,9 +41,6 @@ public:
 private:
     std::vector<std::filesystem::path> made_;  // the innermost last
 };
-
-// The folder that a file's name stands in.
-std::filesystem::path folderOf(const std::filesystem::path& path);
 
 // Throws when the file cannot be written, as far as can be told without trying.
 void checkWritable(const std::filesystem::path& path);

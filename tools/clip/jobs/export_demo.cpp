@@ -1,5 +1,6 @@
 #include "tools/clip/jobs/export_demo.h"
 
+#include "files/playlists.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/interrupt.h"
@@ -11,7 +12,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kXmlDeclaration = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>";
 constexpr size_t kFrameRgbaBytes = size_t{kFramePixels} * 4;
 
 void makeFolder(const fs::path& folder) {
@@ -20,6 +20,17 @@ void makeFolder(const fs::path& folder) {
     if (error) {
         throw ToolError("cannot make the folder " + folder.string() + ": " + error.message());
     }
+}
+
+std::string playlistsXml(std::span<const demo::Playlist> playlists) {
+    std::vector<files::Playlist> list;
+    for (const demo::Playlist& playlist : playlists) {
+        list.push_back({playlist.name, {}});
+        for (const char* track : playlist.tracks) {
+            list.back().tracks.push_back(std::string(track) + ".m19");
+        }
+    }
+    return files::printPlaylists(list);
 }
 
 }  // namespace
@@ -50,18 +61,6 @@ void exportLoops(std::span<const demo::Loop> loops, const fs::path& folder, bool
         log(path,
             std::to_string(loop.frames) + " frames, " + std::to_string(bytes.size()) + " bytes");
     }
-}
-
-std::string playlistsXml(std::span<const demo::Playlist> playlists) {
-    std::string xml = std::string(kXmlDeclaration) + "\n\n<all>\n";
-    for (const demo::Playlist& playlist : playlists) {
-        xml += std::string("\t<playlist>\n\t\t<name>") + playlist.name + "</name>\n";
-        for (const char* track : playlist.tracks) {
-            xml += std::string("\t\t<track>") + track + ".m19</track>\n";
-        }
-        xml += "\t</playlist>\n";
-    }
-    return xml + "</all>\n";
 }
 
 bool exportPlaylists(std::span<const demo::Playlist> playlists, const fs::path& path) {

@@ -25,8 +25,6 @@ using ExportLog = std::function<void(const std::filesystem::path&, const std::st
 void exportLoops(std::span<const demo::Loop> loops, const std::filesystem::path& folder, bool force,
                  const ExportLog& log);
 
-std::string playlistsXml(std::span<const demo::Playlist> playlists);
-
 // Writes the playlists file and makes its folder; false when a file of that name is there.
 bool exportPlaylists(std::span<const demo::Playlist> playlists, const std::filesystem::path& path);
 

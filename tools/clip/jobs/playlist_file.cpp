@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <memory>
 #include <set>
 
+#include "common/limits.h"
+#include "common/messages.h"
+#include "files/playlists.h"
+#include "files/userfile.h"
 #include "files/xmlscan.h"
 #include "layout/page_layout.h"
-#include "playlists/playlist.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/jobs/clip_names.h"
@@ -15,130 +17,107 @@
 namespace maker {
 
 namespace fs = std::filesystem;
+using files::kPlaylistsName;
+using files::Playlist;
 
 namespace {
 
-constexpr const char* kFolder = "userdata";
-constexpr const char* kFile = "userdata/playlists.xml";
-constexpr const char* kCopy = "userdata/playlists.xml.old";
+using Playlists = std::vector<Playlist>;
 
-int countOf(const std::string& text, const std::string& part) {
-    int count = 0;
+size_t countOf(const std::string& text, const std::string& part) {
+    size_t count = 0;
     for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
         ++count;
     }
     return count;
 }
 
-int tracksIn(const c_playlist& playlists) {
-    int tracks = 0;
-    for (int f = 0; f < playlists.nbFamilles; ++f) {
-        tracks += playlists.familles[f].nbTracks;
-    }
-    return tracks;
-}
-
-// The class without its screen: nothing here needs a display.
-std::unique_ptr<c_playlist> readPlaylists() {
-    auto playlists = std::make_unique<c_playlist>();
-    playlists->baseDir = fs::current_path().string();
+Playlists readPlaylists() {
     std::error_code ignored;
-    if (fs::exists(kFile, ignored)) {
-        playlists->lireXML();
+    if (!fs::exists(kPlaylistsName, ignored)) {
+        return {};
     }
-    if (playlists->userFile.unreadable()) {
-        throw ToolError(std::string("cannot read ") + kFile);
+    UserFile file;
+    const std::optional<std::string> bytes = file.read(kPlaylistsName);
+    if (!bytes) {
+        std::puts(msg::kNoPlaylistsFile);
     }
-    return playlists;
+    if (file.unreadable()) {
+        throw ToolError(std::string("cannot read ") + kPlaylistsName);
+    }
+    return bytes ? files::parsePlaylists(*bytes) : Playlists();
 }
 
-bool sameTracks(const Famille& a, const Famille& b) {
-    return a.name == b.name && a.nbTracks == b.nbTracks &&
-           std::equal(a.tracks, a.tracks + a.nbTracks, b.tracks,
-                      [](const Track& x, const Track& y) { return x.path == y.path; });
-}
-
-// Reads the file again, to be sure.
-void save(c_playlist& playlists) {
-    FolderInMaking folder(kFolder);
-    playlists.saveXML();
-    const std::unique_ptr<c_playlist> saved = readPlaylists();
-    const bool same = saved->nbFamilles == playlists.nbFamilles &&
-                      std::equal(playlists.familles, playlists.familles + playlists.nbFamilles,
-                                 saved->familles, sameTracks);
-    if (!same) {
-        throw ToolError(std::string("cannot write ") + kFile);
+void save(const Playlists& playlists) {
+    FolderInMaking folder(folderOf(kPlaylistsName));
+    if (!UserFile().save(fs::current_path().string(), kPlaylistsName,
+                         [&] { return files::printPlaylists(playlists); })) {
+        throw ToolError(std::string("cannot write ") + kPlaylistsName);
     }
     folder.keep();
 }
 
 // What the program does not read would be gone once it is written.
-std::string keepCopy(const c_playlist& playlists) {
+std::string keepCopy(const Playlists& playlists) {
     std::error_code ignored;
-    if (!fs::exists(kFile, ignored)) {
+    if (!fs::exists(kPlaylistsName, ignored)) {
         return "";
     }
-    const std::vector<uint8_t> bytes = readWholeFile(kFile);
+    const std::vector<uint8_t> bytes = readWholeFile(kPlaylistsName);
     const std::string text(bytes.begin(), bytes.end());
-    if (countOf(text, "<playlist>") == playlists.nbFamilles &&
-        countOf(text, "<track>") == tracksIn(playlists)) {
+    size_t tracks = 0;
+    for (const Playlist& playlist : playlists) {
+        tracks += playlist.tracks.size();
+    }
+    if (countOf(text, "<playlist>") == playlists.size() && countOf(text, "<track>") == tracks) {
         return "";
     }
-    writeWholeFile(kCopy, bytes);
-    return kCopy;
+    const std::string copy = std::string(kPlaylistsName) + ".old";
+    writeWholeFile(copy, bytes);
+    return copy;
 }
 
 std::string partName(const std::string& name, int number) {
     return number == 1 ? name : name + " " + std::to_string(number);
 }
 
-Famille* findPlaylist(c_playlist& playlists, const std::string& name) {
-    Famille* end = playlists.familles + playlists.nbFamilles;
-    Famille* found = std::find_if(playlists.familles, end,
-                                  [&name](const Famille& famille) { return famille.name == name; });
-    return found == end ? nullptr : found;
-}
-
-Famille* createPlaylist(c_playlist& playlists, const std::string& name) {
-    if (playlists.nbFamilles >= kPlaylists) {
-        return nullptr;
-    }
-    Famille* created = &playlists.familles[playlists.nbFamilles++];
-    created->name = name;
-    created->nbTracks = 0;
-    return created;
+Playlist* findPlaylist(Playlists& playlists, const std::string& name) {
+    const auto found =
+        std::find_if(playlists.begin(), playlists.end(),
+                     [&name](const Playlist& playlist) { return playlist.name == name; });
+    return found == playlists.end() ? nullptr : &*found;
 }
 
 // Null when all are full and no other can be made.
-Famille* playlistWithRoom(c_playlist& playlists, const std::string& name) {
+Playlist* playlistWithRoom(Playlists& playlists, const std::string& name) {
     for (int number = 1;; ++number) {
-        Famille* famille = findPlaylist(playlists, partName(name, number));
-        if (famille == nullptr) {
-            return createPlaylist(playlists, partName(name, number));
+        Playlist* playlist = findPlaylist(playlists, partName(name, number));
+        if (playlist != nullptr && playlist->tracks.size() < kClipSlots) {
+            return playlist;
         }
-        if (famille->nbTracks < kClipSlots) {
-            return famille;
+        if (playlist == nullptr) {
+            return playlists.size() < kPlaylists
+                       ? &playlists.emplace_back(Playlist{partName(name, number), {}})
+                       : nullptr;
         }
     }
 }
 
-std::set<std::string> tracksOf(c_playlist& playlists, const std::string& name) {
+std::set<std::string> tracksOf(Playlists& playlists, const std::string& name) {
     std::set<std::string> tracks;
     int number = 1;
-    while (const Famille* famille = findPlaylist(playlists, partName(name, number++))) {
-        for (int t = 0; t < famille->nbTracks; ++t) {
-            tracks.insert(famille->tracks[t].path);
-        }
+    while (const Playlist* playlist = findPlaylist(playlists, partName(name, number++))) {
+        tracks.insert(playlist->tracks.begin(), playlist->tracks.end());
     }
     return tracks;
 }
 
-void noteAdded(PlaylistChange& change, const Famille& famille) {
-    if (change.parts.empty() || change.parts.back().name != famille.name) {
-        change.parts.push_back({famille.name, 0, 0});
+void noteAdded(PlaylistChange& change, const Playlist& playlist) {
+    if (change.parts.empty() || change.parts.back().name != playlist.name) {
+        change.parts.push_back({playlist.name, 0, 0});
     }
     ++change.parts.back().added;
-    change.parts.back().tracks = famille.nbTracks;
+    change.parts.back().tracks = static_cast<int>(playlist.tracks.size());
 }
 
 }  // namespace
@@ -155,10 +134,10 @@ std::string playlistName(const std::string& text) {
 }
 
 PlaylistChange addToPlaylist(const std::string& name, const std::vector<std::string>& tracks) {
-    const std::unique_ptr<c_playlist> playlists = readPlaylists();
+    Playlists playlists = readPlaylists();
     PlaylistChange change;
-    change.keptCopy = keepCopy(*playlists);
-    std::set<std::string> there = tracksOf(*playlists, name);
+    change.keptCopy = keepCopy(playlists);
+    std::set<std::string> there = tracksOf(playlists, name);
     for (const std::string& track : tracks) {
         if (!xml::comesBack(track, "track")) {
             change.lost.push_back(track);
@@ -167,16 +146,16 @@ PlaylistChange addToPlaylist(const std::string& name, const std::vector<std::str
         if (!there.insert(track).second) {
             continue;
         }
-        Famille* famille = playlistWithRoom(*playlists, name);
-        if (famille == nullptr) {
+        Playlist* playlist = playlistWithRoom(playlists, name);
+        if (playlist == nullptr) {
             change.leftOut.push_back(track);
             continue;
         }
-        famille->tracks[famille->nbTracks++].path = track;
-        noteAdded(change, *famille);
+        playlist->tracks.push_back(track);
+        noteAdded(change, *playlist);
     }
     if (!change.parts.empty()) {
-        save(*playlists);
+        save(playlists);
     }
     return change;
 }

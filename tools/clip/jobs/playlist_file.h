@@ -1,5 +1,5 @@
 #pragma once
-// Clips into the program's playlists file, read and written by the program's own code.
+// Clips into the program's playlists file.
 //
 // Works in the current directory, as the program does, which must not run meanwhile: it writes the
 // file from its memory. The other playlists stay as the program reads them. Errors are thrown as

@@ -7,6 +7,8 @@
 #include <optional>
 
 #include "common/limits.h"
+#include "files/preferences.h"
+#include "layout/options_layout.h"
 #include "mixer/filters.h"
 #include "tools/clip/base/names.h"
 #include "tools/clip/base/texts.h"
@@ -14,18 +16,6 @@
 namespace maker {
 
 namespace {
-
-constexpr const char* kPlaylistsName = "userdata/playlists.xml";
-constexpr const char* kPrefsName = "userdata/prefs.xml";
-constexpr const char* kControllerName = "userdata/gamecontroller.xml";
-
-// What the program's options screen offers, and the least that it reads back.
-struct Size {
-    int width;
-    int height;
-};
-constexpr Size kOfferedSizes[] = {{1280, 720}, {1024, 768}};
-constexpr Size kSmallest = {800, 600};
 
 // Why one text is read as another, where the cause is plain.
 std::string causeOf(const std::string& read, const std::string& written) {
@@ -105,8 +95,9 @@ bool readAsWritten(const char* where, const ElementText& element, const std::str
 
 void checkFlag(const ElementText& element, Findings& findings) {
     if (element.read != "0" && element.read != "1") {
-        findings.problem(kPrefsName, "<" + element.name + "> holds " + inQuotes(element.read) +
-                                         ", which is ignored: only 0 and 1 count");
+        findings.problem(files::kPreferencesName, "<" + element.name + "> holds " +
+                                                      inQuotes(element.read) +
+                                                      ", which is ignored: only 0 and 1 count");
     }
 }
 
@@ -116,31 +107,34 @@ std::optional<int> checkSize(const ElementText& element, int smallest, Findings&
     if (number && *number >= smallest) {
         return number;
     }
-    findings.problem(kPrefsName, "<" + element.name + "> holds " + inQuotes(element.read) +
-                                     ", which is ignored: less than " + std::to_string(smallest));
+    findings.problem(files::kPreferencesName,
+                     "<" + element.name + "> holds " + inQuotes(element.read) +
+                         ", which is ignored: less than " + std::to_string(smallest));
     return std::nullopt;
 }
 
 void checkOffered(int width, int height, Findings& findings) {
-    for (const Size& size : kOfferedSizes) {
+    for (const layout::OfferedSize& size : layout::kOfferedSizes) {
         if (size.width == width && size.height == height) {
             return;
         }
     }
-    findings.note(kPrefsName, "the resolution " + std::to_string(width) + " x " +
-                                  std::to_string(height) +
-                                  " is none that the options screen offers");
+    findings.note(files::kPreferencesName, "the resolution " + std::to_string(width) + " x " +
+                                               std::to_string(height) +
+                                               " is none that the options screen offers");
 }
 
 void checkFilter(const ElementText& element, int slot, Findings& findings) {
     const std::optional<int> id = plainNumber(element.read);
     const std::string label = "filter " + std::to_string(slot + 1);
     if (!id) {
-        findings.problem(kPrefsName, label + " is " + inQuotes(element.read) +
-                                         ", which is no number: it counts as its beginning or 0");
+        findings.problem(files::kPreferencesName,
+                         label + " is " + inQuotes(element.read) +
+                             ", which is no number: it counts as its beginning or 0");
     } else if (*id < 0 || *id >= kFilterIds) {
-        findings.problem(kPrefsName, label + " is " + std::to_string(*id) +
-                                         ", which is no filter: the slot does nothing");
+        findings.problem(
+            files::kPreferencesName,
+            label + " is " + std::to_string(*id) + ", which is no filter: the slot does nothing");
     }
 }
 
@@ -148,24 +142,26 @@ void checkFilter(const ElementText& element, int slot, Findings& findings) {
 
 void checkPlaylistsFile(const PlaylistsFile& file, Findings& findings) {
     if (!file.there) {
-        findings.problem(kPlaylistsName, "is missing: there is nothing to play");
+        findings.problem(files::kPlaylistsName, "is missing: there is nothing to play");
         return;
     }
-    noteFault(kPlaylistsName, file.fault, findings);
+    noteFault(files::kPlaylistsName, file.fault, findings);
     if (file.read.size() != file.written.size()) {
         const bool full = file.read.size() == kPlaylists && file.written.size() > kPlaylists;
-        findings.problem(kPlaylistsName, "holds " + counted(file.written.size(), "playlist") +
-                                             ", " + (full ? "of which only the first " : "but ") +
-                                             std::to_string(file.read.size()) + " are read");
+        findings.problem(files::kPlaylistsName,
+                         "holds " + counted(file.written.size(), "playlist") + ", " +
+                             (full ? "of which only the first " : "but ") +
+                             std::to_string(file.read.size()) + " are read");
     } else if (file.read.empty()) {
-        findings.problem(kPlaylistsName, "holds no playlists: there is nothing to play");
+        findings.problem(files::kPlaylistsName, "holds no playlists: there is nothing to play");
     }
     for (size_t i = 0; i < std::min(file.read.size(), file.written.size()); ++i) {
         const PlaylistText& read = file.read[i];
         const PlaylistText& written = file.written[i];
         if (read.name != written.name) {
-            findings.problem(kPlaylistsName, "the name of playlist " + std::to_string(i + 1) + " " +
-                                                 misread(read.name, written.name));
+            findings.problem(files::kPlaylistsName, "the name of playlist " +
+                                                        std::to_string(i + 1) + " " +
+                                                        misread(read.name, written.name));
         }
         checkTracks(read, written, findings);
     }
@@ -173,28 +169,30 @@ void checkPlaylistsFile(const PlaylistsFile& file, Findings& findings) {
 
 void checkPrefsFile(const ElementsFile& file, Findings& findings) {
     if (!file.there) {
-        findings.note(kPrefsName, "is missing: no filters are set, no lines are shown");
+        findings.note(files::kPreferencesName,
+                      "is missing: no filters are set, no lines are shown");
         return;
     }
-    noteFault(kPrefsName, file.fault, findings);
+    noteFault(files::kPreferencesName, file.fault, findings);
+    const auto& names = files::kPreferenceElements;
     std::optional<int> width;
     std::optional<int> height;
     int slot = 0;
     for (const ElementText& element : file.elements) {
-        const bool isFilter = element.name == "filter";
+        const bool isFilter = element.name == names.back();
         const std::string label =
             isFilter ? "filter " + std::to_string(slot + 1) : "<" + element.name + ">";
         slot += isFilter ? 1 : 0;
-        if (!readAsWritten(kPrefsName, element, label, findings)) {
+        if (!readAsWritten(files::kPreferencesName, element, label, findings)) {
             return;
         }
         if (isFilter) {
             checkFilter(element, slot - 1, findings);
-        } else if (element.name == "res_w") {
-            width = checkSize(element, kSmallest.width, findings);
-        } else if (element.name == "res_h") {
-            height = checkSize(element, kSmallest.height, findings);
-        } else if (element.name != "mode") {
+        } else if (element.name == names[files::PREF_WIDTH]) {
+            width = checkSize(element, files::kSmallestWidth, findings);
+        } else if (element.name == names[files::PREF_HEIGHT]) {
+            height = checkSize(element, files::kSmallestHeight, findings);
+        } else if (element.name != names[files::PREF_MODE]) {
             checkFlag(element, findings);
         }
     }
@@ -205,29 +203,29 @@ void checkPrefsFile(const ElementsFile& file, Findings& findings) {
 
 void checkControllerFile(const ElementsFile& file, Findings& findings) {
     if (!file.there) {
-        findings.note(kControllerName, "is missing: a controller's buttons do nothing");
+        findings.note(files::kControllerName, "is missing: a controller's buttons do nothing");
         return;
     }
-    noteFault(kControllerName, file.fault, findings);
+    noteFault(files::kControllerName, file.fault, findings);
     std::map<int, int> firstUse;
     int entry = 0;
     for (const ElementText& element : file.elements) {
         const std::string label = "button " + std::to_string(++entry);
-        if (!readAsWritten(kControllerName, element, label, findings)) {
+        if (!readAsWritten(files::kControllerName, element, label, findings)) {
             return;
         }
         const std::optional<int> button = plainNumber(element.read);
         if (!button) {
-            findings.problem(kControllerName,
+            findings.problem(files::kControllerName,
                              label + " is " + inQuotes(element.read) +
                                  ", which is no number: it counts as its beginning or 0");
         } else if (*button < 0) {
-            findings.problem(kControllerName,
+            findings.problem(files::kControllerName,
                              label + " is " + std::to_string(*button) + ": it does nothing");
         } else if (*button != kPadUnassigned && !firstUse.emplace(*button, entry).second) {
-            findings.note(kControllerName, "buttons " + std::to_string(firstUse[*button]) +
-                                               " and " + std::to_string(entry) + " are both " +
-                                               std::to_string(*button));
+            findings.note(files::kControllerName, "buttons " + std::to_string(firstUse[*button]) +
+                                                      " and " + std::to_string(entry) +
+                                                      " are both " + std::to_string(*button));
         }
     }
 }

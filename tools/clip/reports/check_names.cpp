@@ -93,10 +93,9 @@ void checkNames(const std::vector<PlaylistText>& playlists, Findings& findings) 
         }
     }
     if (playlists.size() > kOverMenuRows) {
-        findings.note("userdata/playlists.xml",
-                      "holds " + std::to_string(playlists.size()) +
-                          " playlists; the list over the mix has room for " +
-                          std::to_string(kOverMenuRows));
+        findings.note(files::kPlaylistsName, "holds " + std::to_string(playlists.size()) +
+                                                 " playlists; the list over the mix has room for " +
+                                                 std::to_string(kOverMenuRows));
     }
 }
 

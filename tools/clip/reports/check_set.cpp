@@ -5,6 +5,7 @@
 #include <set>
 
 #include "common/limits.h"
+#include "files/preferences.h"
 #include "layout/clipname.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
@@ -158,8 +159,7 @@ SetReport SetChecker::run() {
     if (!fs::is_directory(videos_, ignored)) {
         report_.findings.problem("videos", "there is no such folder, so there are no clips");
     }
-    const fs::path userdata = folder_ / "userdata";
-    const PlaylistsFile playlists = readPlaylists(userdata / "playlists.xml");
+    const PlaylistsFile playlists = readPlaylists(folder_ / files::kPlaylistsName);
     checkPlaylistsFile(playlists, report_.findings);
     clips_ = clipsBelow(videos_);
     // What is read beyond the playlists of a damaged file is nothing that anybody named.
@@ -170,8 +170,9 @@ SetReport SetChecker::run() {
     }
     checkNames(real, report_.findings);
     findUnnamed();
-    checkPrefsFile(readElements(userdata / "prefs.xml", prefsElements()), report_.findings);
-    checkControllerFile(readElements(userdata / "gamecontroller.xml", controllerElements()),
+    checkPrefsFile(readElements(folder_ / files::kPreferencesName, files::kPreferenceElements),
+                   report_.findings);
+    checkControllerFile(readElements(folder_ / files::kControllerName, files::kControllerElements),
                         report_.findings);
     return std::move(report_);
 }

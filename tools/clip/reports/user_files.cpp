@@ -1,11 +1,10 @@
 #include "tools/clip/reports/user_files.h"
 
-#include <cstdio>
+#include <limits>
 #include <map>
-#include <memory>
 #include <pugixml.hpp>
 
-#include "common/limits.h"
+#include "files/userfile.h"
 #include "files/xmlscan.h"
 
 namespace maker {
@@ -14,46 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct CloseFile {
-    void operator()(FILE* file) const { std::fclose(file); }
-};
-using FilePtr = std::unique_ptr<FILE, CloseFile>;
-
-// Null for what is no regular file: a pipe would keep the tool waiting.
-FilePtr openFile(const fs::path& path) {
-    std::error_code ignored;
-    return FilePtr(fs::is_regular_file(path, ignored) ? std::fopen(path.c_str(), "r") : nullptr);
-}
-
-// From its beginning, where the file then stands again: it may have no name any more.
-std::string contentOf(FILE* file) {
-    std::rewind(file);
-    std::string text;
-    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) {
-        text += static_cast<char>(c);
-    }
-    std::rewind(file);
-    return text;
-}
-
-// The playlist is dropped when the document ends before it does.
-bool readPlaylist(FILE* file, PlaylistText& playlist) {
-    if (xml::skipTo(file, "<playlist>") == xml::kEndOfAll) {
-        return false;
-    }
-    playlist.name = xml::readNode(file, "name");
-    std::string text = playlist.name;
-    for (int t = 0; t < kTracksRead && text != xml::kEndOfAll; ++t) {
-        text = xml::readNode(file, "track");
-        if (text == xml::kEndOfPlaylist || text == xml::kEndOfAll) {
-            break;
-        }
-        if (t < kTrackSlots) {
-            playlist.tracks.push_back(text);
-        }
-    }
-    return text != xml::kEndOfAll;
-}
+constexpr size_t kWhole = std::numeric_limits<size_t>::max();
 
 // Bytes stay bytes: the parser neither decodes nor mends them.
 pugi::xml_parse_result parse(const std::string& content, pugi::xml_document& document) {
@@ -120,40 +80,34 @@ std::vector<std::string> parsedElements(const pugi::xml_document& document,
 
 PlaylistsFile readPlaylists(const fs::path& path) {
     PlaylistsFile result;
-    const FilePtr file = openFile(path);
-    if (!file) {
+    const std::optional<std::string> content = readRegular(path, kWhole);
+    if (!content) {
         return result;
     }
     result.there = true;
-    xml::readPrologue(file.get());
-    PlaylistText playlist;
-    while (result.read.size() < kPlaylists && readPlaylist(file.get(), playlist)) {
-        result.read.push_back(std::move(playlist));
-        playlist = {};
-    }
-    const std::string content = contentOf(file.get());
+    result.read = files::parsePlaylists(*content);
     pugi::xml_document document;
-    result.fault = faultOf(parse(content, document));
-    result.written = result.fault.empty() ? parsedPlaylists(document) : plainPlaylists(content);
+    result.fault = faultOf(parse(*content, document));
+    result.written = result.fault.empty() ? parsedPlaylists(document) : plainPlaylists(*content);
     return result;
 }
 
-ElementsFile readElements(const fs::path& path, const std::vector<std::string>& names) {
+ElementsFile readElements(const fs::path& path, std::span<const char* const> names) {
     ElementsFile result;
-    const FilePtr file = openFile(path);
-    if (!file) {
+    const std::optional<std::string> content = readRegular(path, kWhole);
+    if (!content) {
         return result;
     }
     result.there = true;
-    const std::string content = contentOf(file.get());
     pugi::xml_document document;
-    result.fault = faultOf(parse(content, document));
+    result.fault = faultOf(parse(*content, document));
     std::map<std::string, size_t> used;
-    xml::readPrologue(file.get());
-    for (const std::string& name : names) {
-        ElementText element{name, xml::readNode(file.get(), name), "", false};
+    const std::vector<std::string> texts = xml::readNodes(*content, names);
+    for (size_t i = 0; i < names.size(); ++i) {
+        const std::string name = names[i];
+        ElementText element{name, texts[i], "", false};
         const std::vector<std::string> written =
-            result.fault.empty() ? parsedElements(document, name) : enclosed(content, name);
+            result.fault.empty() ? parsedElements(document, name) : enclosed(*content, name);
         const size_t number = used[name]++;
         if (number < written.size()) {
             element.there = true;
@@ -162,16 +116,6 @@ ElementsFile readElements(const fs::path& path, const std::vector<std::string>& 
         result.elements.push_back(element);
     }
     return result;
-}
-
-std::vector<std::string> prefsElements() {
-    std::vector<std::string> names{"mode", "topbar", "fps", "res_w", "res_h"};
-    names.insert(names.end(), kFilterSlots, "filter");
-    return names;
-}
-
-std::vector<std::string> controllerElements() {
-    return std::vector<std::string>(kPadEntries, "button");
 }
 
 }  // namespace maker

@@ -6,15 +6,15 @@
 // A missing file has `there` false and nothing else.
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "files/playlists.h"
+
 namespace maker {
 
-struct PlaylistText {
-    std::string name;
-    std::vector<std::string> tracks;
-};
+using PlaylistText = files::Playlist;
 
 struct PlaylistsFile {
     bool there = false;
@@ -39,10 +39,6 @@ struct ElementsFile {
 PlaylistsFile readPlaylists(const std::filesystem::path& path);
 
 // `names` in the order in which the program asks for them; a name may come several times.
-ElementsFile readElements(const std::filesystem::path& path, const std::vector<std::string>& names);
-
-// prefs.xml and gamecontroller.xml.
-std::vector<std::string> prefsElements();
-std::vector<std::string> controllerElements();
+ElementsFile readElements(const std::filesystem::path& path, std::span<const char* const> names);
 
 }  // namespace maker
