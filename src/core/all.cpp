@@ -4,11 +4,8 @@
 
 #include <cstdio>
 
-#include "common/geometry.h"
 #include "common/limits.h"
 #include "common/messages.h"
-#include "core/globals.h"
-#include "options/options.h"
 
 void c_all::initAll() {
     const SDL_VideoInfo* display = SDL_GetVideoInfo();
@@ -19,6 +16,7 @@ void c_all::initAll() {
     appW = kHdmiWidth;
     appH = kHdmiHeight;
     composite = 0;
+    placed = nullptr;
     shown = STATE_INTRO;
 }
 
@@ -34,9 +32,9 @@ void c_all::checkComposite() {
 }
 
 void c_all::applyResolution(int w, int h) {
-    const Point offset = pictureOffset(w, h);
     appW = w;
     appH = h;
-    _options->offsetX = offset.x;
-    _options->offsetY = offset.y;
+    if (placed != nullptr) {
+        *placed = pictureOffset(w, h);
+    }
 }

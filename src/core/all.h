@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "common/geometry.h"
+
 enum ScreenState : int {
     STATE_INTRO = 0,
     STATE_HOME = 1,
@@ -21,8 +23,8 @@ public:
     void initAll();
     // Detects a composite output; from then on the application has the display's size.
     void checkComposite();
-    // The chosen application size (pixels) and the options' picture offset. The video mode follows
-    // with updateResolution().
+    // The chosen application size (pixels), and the offset of the picture in it to `placed`. The
+    // video mode follows with updateResolution().
     void applyResolution(int w, int h);
 
     int state;             // ScreenState
@@ -31,5 +33,6 @@ public:
     int screenW, screenH;  // the display at start-up, pixels
     int appW, appH;        // the video surface, pixels
     int composite;         // 1 once a composite output was detected, never back to 0
+    Point* placed;         // the options' picture offset; null until they are there
     int shown;             // ScreenState of the frame drawn last
 };

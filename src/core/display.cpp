@@ -11,8 +11,6 @@
 #include "core/all.h"
 #include "core/globals.h"
 #include "core/present.h"
-#include "ui/home.h"
-#include "ui/intro.h"
 
 namespace {
 
@@ -57,16 +55,6 @@ void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
     }
 }
 
-// Those that keep their place. The preferences are read before they are made.
-void placeScreens() {
-    if (_intro != nullptr) {
-        _intro->place();
-    }
-    if (_home != nullptr) {
-        _home->place();
-    }
-}
-
 }  // namespace
 
 // Deliberate: the work surface keeps the size that it got at start-up.
@@ -75,7 +63,6 @@ void updateResolution() {
     const uint32_t flags = screen[1]->flags;
     openMode(flags, flags, msg::kNewResolutionRefused);
     clearSurfaces();
-    placeScreens();
 }
 
 void clearSurfaces() {

@@ -12,7 +12,7 @@
 
 #include "px/output.h"
 
-void updateResolution();  // the application size, same flags; surfaces cleared, screens placed anew
+void updateResolution();  // the application size, same flags; surfaces cleared
 void toggleFullScreen();  // the application size, full screen switched
 
 void clearSurfaces();  // work and video surface, black

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "common/geometry.h"
+#include "draw/painter.h"
 #include "files/preferences.h"
 #include "files/userfile.h"
 #include "layout/options_layout.h"
@@ -52,8 +53,7 @@ public:
     // Leaves page 1 for page 0: the controller map is saved, or likewise.
     void quitControllerPage();
 
-    int32_t offsetX;  // of the 640 x 360 picture in the application resolution
-    int32_t offsetY;
+    Point offset;  // of the 640 x 360 picture in the application resolution
     int32_t page;
     SDL_Surface* controllerPicture;  // null when its file is missing
     int32_t dragging;                // 1: a filter hangs at the mouse
@@ -72,18 +72,10 @@ public:
 
 private:
     files::Preferences preferences() const;
-    void drawCheckBox(SDL_Surface* surface, SDL_Surface* texture, int on, Point at,
-                      const char* label);
-    void drawController(SDL_Surface* surface);
-    void drawAnchors(SDL_Surface* surface);
-    void drawButtonNumber(SDL_Surface* surface, int entry);
-    void drawSharedFrame(int entry);
-    void drawLabels(SDL_Surface* surface);
-    void drawWaitingBox(SDL_Surface* surface);
-    void drawButton(const layout::Area& at, const char* words);
-    void write(SDL_Surface* surface, const char* words, Point at, uint32_t colour, int font = 0);
-    // The piece (x, y, w, h) of `from`, when there is such a picture.
-    void drawPiece(SDL_Surface* surface, SDL_Surface* from, SDL_Rect piece, Point at);
-    void drawBack(SDL_Surface* surface, SDL_Surface* texture);
-    void drawNotice(SDL_Surface* surface, Point at);
+    Painter painterOn(SDL_Surface* surface) const { return Painter(surface, offset); }
+    void drawController(Painter& painter) const;
+    void drawAnchors(Painter& painter);
+    void drawWaitingBox(Painter& painter) const;
+    void drawNotice(Painter& painter, Point at) const;
+    static void drawBack(Painter& painter, SDL_Surface* texture);
 };

@@ -71,6 +71,7 @@ void c_home::place() {
 }
 
 void c_home::draw(SDL_Surface* s) {
+    place();
     if (background != nullptr) {
         putPicture(background, s, offsetX, offsetY);
     }

@@ -20,7 +20,6 @@ class Painter;
 class c_home {
 public:
     void initHome();
-    void place();  // at the offset of the application resolution, whenever that changes
     void draw(SDL_Surface* s);  // one frame into the work surface
     void open(int item);        // what a HomeItem leads to
 
@@ -30,6 +29,7 @@ public:
     int32_t offsetY;
 
 private:
+    void place();  // at the offset of the application resolution
     void drawSelection(Painter& painter) const;
     void drawTexts(Painter& painter) const;
     uint32_t itemColour(int item) const;

@@ -31,6 +31,7 @@ void c_intro::place() {
 
 void c_intro::draw(SDL_Surface* s) {
     --counter;
+    place();
     if (logo != nullptr) {
         Painter(s, {offsetX, offsetY}).piece(logo, 0, 0, logo->w, logo->h, kLogoX, kLogoY);
     }

@@ -9,7 +9,6 @@
 class c_intro {
 public:
     void initIntro();
-    void place();  // at the offset of the application resolution, whenever that changes
     // One frame into the work surface `s`, which is never cleared: the effect accumulates.
     void draw(SDL_Surface* s);
 
@@ -18,4 +17,7 @@ public:
     int32_t counter;    // frames left; home follows when a draw brings it to 0
     int32_t offsetX;    // of the 640 x 360 picture
     int32_t offsetY;
+
+private:
+    void place();  // at the offset of the application resolution
 };

@@ -76,8 +76,8 @@ TEST_F(All, ApplyResolution_SizeAndPictureOffset) {
         all->applyResolution(each.w, each.h);
         EXPECT_EQ(all->appW, each.w);
         EXPECT_EQ(all->appH, each.h);
-        EXPECT_EQ(_options->offsetX, each.x);
-        EXPECT_EQ(_options->offsetY, each.y);
+        EXPECT_EQ(_options->offset.x, each.x);
+        EXPECT_EQ(_options->offset.y, each.y);
     }
     EXPECT_TRUE(scripted().modeCalls.empty());
 }

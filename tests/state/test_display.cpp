@@ -44,12 +44,15 @@ TEST_F(Display, UpdateResolution_IntroAndHomeStandInTheNewMiddle) {
     all->applyResolution(1024, 768);
     EXPECT_EQ(_home->offsetX, 320);
     updateResolution();
+    _intro->draw(screen[0]);
+    _home->draw(screen[0]);
     EXPECT_EQ(_home->offsetX, 192);
     EXPECT_EQ(_home->offsetY, 204);
     EXPECT_EQ(_intro->offsetX, 192);
     EXPECT_EQ(_intro->offsetY, 204);
     all->applyResolution(1280, 720);
     updateResolution();
+    _home->draw(screen[0]);
     EXPECT_EQ(_home->offsetX, 320);
     EXPECT_EQ(_home->offsetY, 180);
 }

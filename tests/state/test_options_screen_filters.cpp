@@ -157,8 +157,8 @@ TEST_F(OptionsActions, ResolutionBoxes_SetSizeAndOffsetAtOnceAndTheModeOnLeaving
         return [=](int x, int y) {
             all->applyResolution(800, 600);
             click(x, y);
-            return all->appW == width && all->appH == height && _options->offsetX == offsetX &&
-                   _options->offsetY == offsetY;
+            return all->appW == width && all->appH == height && _options->offset.x == offsetX &&
+                   _options->offset.y == offsetY;
         };
     };
     expectArea(20, 140, 50, 70, chooses(1280, 720, 320, 180));
@@ -179,8 +179,8 @@ TEST_F(CompositeOptionsActions, ResolutionBoxes_DoNothing) {
         click(x, y);
         EXPECT_EQ(all->appW, 720) << x;
         EXPECT_EQ(all->appH, 576) << x;
-        EXPECT_EQ(_options->offsetX, 40) << x;
-        EXPECT_EQ(_options->offsetY, 108) << x;
+        EXPECT_EQ(_options->offset.x, 40) << x;
+        EXPECT_EQ(_options->offset.y, 108) << x;
     }
     setKeys({1});
     keys->actions();

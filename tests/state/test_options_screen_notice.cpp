@@ -34,7 +34,7 @@ protected:
     // By the key, by the click.
     static void goBack(bool byKey) { byKey ? press(1) : click(600, 380); }
     void expectPage0(const char* line, const char* what) {
-        ExpectedPage expected(_options->offsetX, _options->offsetY);
+        ExpectedPage expected(_options->offset.x, _options->offset.y);
         expected.page0(atlas.get(), "no controller detected");
         expected.checkBox(atlas.get(), 20, 50, all->appW == 1280);
         expected.checkBox(atlas.get(), 170, 50, all->appW == 1024);
