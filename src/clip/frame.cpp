@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "clip/format.h"
 #include "clip/paint.h"
 #include "clip/tile_fast.h"
 
@@ -18,16 +19,7 @@ bool sameWords(const uint16_t* a, const uint16_t* b, int count) {
     return memcmp(a, b, static_cast<size_t>(count) * sizeof *a) == 0;
 }
 
-// What the tiles of a frame have in common.
-struct FrameJob {
-    const FrameDrawing& drawing;
-    uint16_t* out;
-    uint8_t* levels;
-    const uint8_t* keptLevels;
-    const uint8_t* records;
-    const uint32_t* recordOffsets;
-    const uint8_t* recordTypes;
-    size_t recordCount;
+struct FrameJob : FrameDrawing {
     fast::TilePainter& painter;
     int lastRecord = -1;
 
@@ -88,14 +80,13 @@ void drawEmpty(FrameJob& job, size_t entry, size_t offset) {
 // Draws those tiles of a row for which differs(tile, word of its code, shift in the word) holds.
 template <typename Differs>
 void drawRowTiles(FrameJob& job, int row, Differs differs) {
-    const uint16_t* const map = job.drawing.map + row * kTilesAcross;
-    const uint16_t* const codes = job.drawing.codes + row * kRowWords;
-    const bool flatOnly = job.drawing.flatOnly;
+    const uint16_t* const map = job.map + row * kTilesAcross;
+    const uint16_t* const codes = job.codes + row * kRowWords;
     size_t offset = static_cast<size_t>(row) * kTileSize * kFrameWidth;
     int tile = 0;
     for (int word = 0; word < kRowWords; ++word) {
         static_assert(CODE_FLAT == 0, "a word of 0 is five flat tiles");
-        size_t bits = flatOnly ? 0 : codes[word];
+        size_t bits = job.flatOnly ? 0 : codes[word];
         for (int shift = 0; shift < kWordCodeBits; shift += kCodeBits) {
             if (differs(tile, word, shift)) {
                 drawTile(job, map[tile], bits & kCodeMask, offset);
@@ -107,13 +98,14 @@ void drawRowTiles(FrameJob& job, int row, Differs differs) {
     }
 }
 
-// A row whose map and codes are those of the frame drawn last costs a comparison.
-void drawTileRow(FrameJob& job, int row) {
-    const uint16_t* const map = job.drawing.map + row * kTilesAcross;
-    const uint16_t* const codes = job.drawing.codes + row * kRowWords;
-    uint16_t* const drawnMap = job.drawing.drawnMap + row * kTilesAcross;
-    uint16_t* const drawnCodes = job.drawing.drawnCodes + row * kRowWords;
-    if (job.drawing.everything) {
+// A row whose map and codes are those of the frame drawn last costs a comparison. By itself, so
+// that its loops have all registers.
+[[gnu::noinline]] void drawTileRow(FrameJob& job, int row) {
+    const uint16_t* const map = job.map + row * kTilesAcross;
+    const uint16_t* const codes = job.codes + row * kRowWords;
+    uint16_t* const drawnMap = job.drawnMap + row * kTilesAcross;
+    uint16_t* const drawnCodes = job.drawnCodes + row * kRowWords;
+    if (job.everything) {
         drawRowTiles(job, row, [](int, int, int) { return true; });
     } else if (sameWords(map, drawnMap, kTilesAcross) && sameWords(codes, drawnCodes, kRowWords)) {
         return;
@@ -130,20 +122,9 @@ void drawTileRow(FrameJob& job, int row) {
 }  // namespace
 
 int drawFrame(const FrameDrawing& drawing) {
-    const Block& block = drawing.block;
     fast::TilePainter painter({drawing.out, drawing.levels, drawing.palette});
-    FrameJob job{
-        .drawing = drawing,
-        .out = drawing.out,
-        .levels = drawing.levels,
-        .keptLevels = drawing.keptLevels,
-        .records = block.records,
-        .recordOffsets = block.recordOffsets,
-        .recordTypes = block.recordTypes,
-        .recordCount = block.room.records,
-        .painter = painter,
-    };
-    for (int row = 0; row < block.tiles / kTilesAcross; ++row) {
+    FrameJob job{drawing, painter};
+    for (int row = 0; row < drawing.rows; ++row) {
         drawTileRow(job, row);
     }
     painter.flush();

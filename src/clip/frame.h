@@ -1,18 +1,21 @@
 #pragma once
 // Draws frames of a loaded block, from memory to memory: what runs on stage.
 
+#include <cstddef>
 #include <cstdint>
-
-#include "clip/block.h"
 
 namespace clip {
 
 struct FrameDrawing {
-    const Block& block;
+    int rows;               // of tiles
+    const uint16_t* map;    // the frame's entries
+    const uint16_t* codes;  // and its code words
     const uint16_t* palette;
-    const uint16_t* map;        // the frame's entries
-    const uint16_t* codes;      // and its code words
-    uint16_t* out;              // its first pixel; rows are 640 pixels apart
+    const uint8_t* records;  // of the block, as clip/block.h loads them
+    const uint32_t* recordOffsets;
+    const uint8_t* recordTypes;
+    size_t recordCount;
+    uint16_t* out;              // the frame's first pixel; rows are 640 pixels apart
     uint8_t* levels;            // its first level; null when alpha is not wanted
     const uint8_t* keptLevels;  // 64 that records of a clip without alpha show; null with alpha
     uint16_t* drawnMap;         // of the frame drawn last there; becomes this frame's

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "clip/block.h"
 #include "clip/frame.h"
 #include "clip/plain_tile.h"
 

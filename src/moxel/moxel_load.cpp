@@ -213,14 +213,13 @@ int32_t c_moxel::load19AA() {
     return 1;
 }
 
-// currentBlock, as far as it is loaded.
+// The block that is being loaded, as far as it is.
 clip::Block c_moxel::loadedBlock() const {
     return {
         .frames = clip::framesInBlock(currentBlock, blockCount, frameCount),
         .tiles = tileCount,
         .slots = clip::typeSlots(alpha),
-        .room = {mapRoom, runRoom, static_cast<size_t>(codeWordsInBlock),
-                 blockRecordCounts[currentBlock], recordRoom},
+        .room = {mapRoom, runRoom, static_cast<size_t>(codeWordsInBlock), recordCount, recordRoom},
         .typeStarts = blockTypeStarts[currentBlock].get(),
         .map = blockMaps[currentBlock].get() + mapOffset,
         .runs = blockRuns[currentBlock].get(),

@@ -44,8 +44,8 @@ void c_moxel::keepLevels(const clip::FrameDrawing& drawing, int lastRecord) {
     const uint16_t entry = drawing.map[position];
     drawnDirect = 0;
     drawPointer = drawing.out + lastRecord;
-    unRLETile19(drawing.block.records + drawing.block.recordOffsets[entry],
-                drawing.block.recordTypes[entry], clip::codeAt(drawing.codes, position));
+    unRLETile19(blockRecords[currentBlock].get() + drawing.recordOffsets[entry],
+                drawing.recordTypes[entry], clip::codeAt(drawing.codes, position));
 }
 
 void c_moxel::renderMoxel19(int layer, int frame, int mode) {
@@ -83,12 +83,15 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
     // tiles in which this clip stands still keep that picture until a block begins: 16 frames at
     // the most, and as long as the layers are held. Drawn whole at the key, the picture would
     // change at once, where now it comes tile by tile. [quirk_mode_change_leaves_tiles_for_a_block]
-    const clip::Block block = loadedBlock();
     const clip::FrameDrawing drawing{
-        .block = block,
-        .palette = palette,
+        .rows = tilesDown,
         .map = map,
-        .codes = block.codes + frameInBlock * clip::codeWordsFor(tileCount),
+        .codes = blockCodes[currentBlock].get() + frameInBlock * clip::codeWordsFor(tileCount),
+        .palette = palette,
+        .records = blockRecords[currentBlock].get(),
+        .recordOffsets = blockRecordOffsets[currentBlock].get(),
+        .recordTypes = blockRecordTypes[currentBlock].get(),
+        .recordCount = blockRecordCounts[currentBlock],
         .out = out,
         .levels = alphaOut,
         .keptLevels = alpha == 0 ? tileAlpha : nullptr,

@@ -1,5 +1,6 @@
 #include "tools/clip/reports/clip_frames.h"
 
+#include "clip/block.h"
 #include "clip/frame.h"
 #include "clip/mapbuild.h"
 #include "common/rgb565.h"
@@ -37,29 +38,29 @@ void ClipFrames::load(clip::Source& source, int frames, LoadedBlock& loaded) con
     clip::readBlockHeader(source, header_.alpha, loaded.header);
     const clip::BlockRoom room =
         clip::blockRoom(header.recordCount, header.recordWords, header.mapWords, frames, tiles);
-    clip::startTypes(header.typeCounts, slots, loaded.typeStarts);
-    loaded.entries.resize(room.mapEntries);
-    loaded.runs.resize(room.runBytes);
+    uint32_t typeStarts[clip::kMaxTypeSlots];
+    clip::startTypes(header.typeCounts, slots, typeStarts);
+    std::vector<uint16_t> entries(room.mapEntries);
+    std::vector<uint8_t> runs(room.runBytes);
     loaded.maps.resize(static_cast<size_t>(frames * tiles));
     loaded.codes.resize(room.codeWords);
     loaded.records.resize(room.guardedRecordBytes());
     loaded.recordOffsets.resize(room.records);
     loaded.recordTypes.resize(room.records);
-    loaded.block = {.frames = frames,
-                    .tiles = tiles,
-                    .slots = slots,
-                    .room = room,
-                    .typeStarts = loaded.typeStarts,
-                    .map = loaded.entries.data(),
-                    .runs = loaded.runs.data(),
-                    .codes = loaded.codes.data(),
-                    .records = loaded.records.data(),
-                    .recordOffsets = loaded.recordOffsets.data(),
-                    .recordTypes = loaded.recordTypes.data()};
-    clip::loadMaps(source, loaded.block);
-    clip::loadRecords(source, header.recordCount, loaded.block);
-    clip::rebuildAllMaps(loaded.entries.data(), loaded.runs.data(), tiles, frames,
-                         loaded.maps.data(), tiles);
+    clip::Block block{.frames = frames,
+                      .tiles = tiles,
+                      .slots = slots,
+                      .room = room,
+                      .typeStarts = typeStarts,
+                      .map = entries.data(),
+                      .runs = runs.data(),
+                      .codes = loaded.codes.data(),
+                      .records = loaded.records.data(),
+                      .recordOffsets = loaded.recordOffsets.data(),
+                      .recordTypes = loaded.recordTypes.data()};
+    clip::loadMaps(source, block);
+    clip::loadRecords(source, header.recordCount, block);
+    clip::rebuildAllMaps(entries.data(), runs.data(), tiles, frames, loaded.maps.data(), tiles);
 }
 
 void ClipFrames::draw(int index, Frame& frame) const {
@@ -72,10 +73,14 @@ void ClipFrames::draw(int index, Frame& frame) const {
     frame.alpha.resize(alpha() ? pixels : 0);
     std::vector<uint16_t> drawnMap(static_cast<size_t>(tiles));
     std::vector<uint16_t> drawnCodes(static_cast<size_t>(clip::codeWordsFor(tiles)));
-    clip::drawFrame({.block = loaded.block,
-                     .palette = loaded.header.palette,
+    clip::drawFrame({.rows = tiles / clip::kTilesAcross,
                      .map = loaded.maps.data() + frameInBlock * tiles,
                      .codes = loaded.codes.data() + frameInBlock * clip::codeWordsFor(tiles),
+                     .palette = loaded.header.palette,
+                     .records = loaded.records.data(),
+                     .recordOffsets = loaded.recordOffsets.data(),
+                     .recordTypes = loaded.recordTypes.data(),
+                     .recordCount = loaded.recordTypes.size(),
                      .out = frame.pixels.data(),
                      .levels = alpha() ? frame.alpha.data() : nullptr,
                      .keptLevels = nullptr,

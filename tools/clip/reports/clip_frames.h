@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "clip/block.h"
+#include "clip/source.h"
 #include "tools/clip/encoder/frame.h"
 
 namespace maker {
@@ -17,8 +17,6 @@ namespace maker {
 class ClipFrames {
 public:
     explicit ClipFrames(std::span<const uint8_t> bytes);
-    ClipFrames(ClipFrames&&) = default;
-    ClipFrames& operator=(ClipFrames&&) = default;
 
     int count() const { return header_.frameCount; }
     int height() const { return header_.height; }
@@ -30,15 +28,11 @@ public:
 private:
     struct LoadedBlock {
         clip::BlockHeader header;
-        uint32_t typeStarts[clip::kMaxTypeSlots];
-        std::vector<uint16_t> entries;
-        std::vector<uint8_t> runs;
         std::vector<uint16_t> maps;  // of each frame
         std::vector<uint16_t> codes;
         std::vector<uint8_t> records;
         std::vector<uint32_t> recordOffsets;
         std::vector<uint8_t> recordTypes;
-        clip::Block block;  // in these buffers
     };
 
     void load(clip::Source& source, int frames, LoadedBlock& loaded) const;
