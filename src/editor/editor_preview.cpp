@@ -13,18 +13,16 @@
 namespace {
 
 constexpr int kStepBudget = 60;  // tile records a step
-constexpr int kLoadFailed = 0;
-constexpr int kLoadFinished = 2;
 constexpr int kBytesPerKilobyte = 1024;
 constexpr int kProgressY = 5;
 constexpr int kTextX = 30;  // from the window's left edge, and kept free at its right one
 
 bool loadWhole(c_moxel& clip) {
     int result = 1;
-    while (result != kLoadFinished && result != kLoadFailed) {
+    while (result != LOAD_FINISHED && result != LOAD_FAILED) {
         result = clip.loopLoad(kStepBudget);
     }
-    return result == kLoadFinished && clip.frameCount > 0;
+    return result == LOAD_FINISHED && clip.frameCount > 0;
 }
 
 px::OutputView viewOf(const SDL_Surface* surface) {

@@ -21,6 +21,9 @@
 
 enum ClipState : int32_t { CLIP_LOADING = 0, CLIP_READY = 3 };
 
+// What c_moxel::loopLoad() answers, but for 1: more to do.
+enum LoadEnd : int32_t { LOAD_FAILED = 0, LOAD_FINISHED = 2 };
+
 class c_moxel {
 public:
     // Prepares the object for loading ./videos/<name>. Reads nothing.

@@ -5,13 +5,6 @@
 #include "moxel/moxel.h"
 #include "playlists/playlist.h"
 
-namespace {
-
-constexpr int kLoadFailed = 0;
-constexpr int kLoadFinished = 2;
-
-}  // namespace
-
 void c_playlist::clearMix() {
     for (int slot = 0; slot < kClipSlots; ++slot) {
         if (moxel[slot].hasRAM != 0) {
@@ -51,12 +44,12 @@ void c_playlist::loopLoadPlaylist() {
     }
     c_moxel& clip = moxel[loadSlot];
     const int budget = loadSlot == 0 ? clip::kFirstClipBudget : clip::kOtherClipBudget;
-    const int result = clip.state == CLIP_READY ? kLoadFailed : clip.loopLoad(budget);
-    if (result != kLoadFailed && result != kLoadFinished) {
+    const int result = clip.state == CLIP_READY ? LOAD_FAILED : clip.loopLoad(budget);
+    if (result != LOAD_FAILED && result != LOAD_FINISHED) {
         return;
     }
     ++loadTrack;
-    if (result == kLoadFinished) {
+    if (result == LOAD_FINISHED) {
         ++loadSlot;
     }
     const Famille& famille = familles[currentFamille];
