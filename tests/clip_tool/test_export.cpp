@@ -14,6 +14,7 @@
 
 namespace {
 
+using maker::Canvas;
 using maker::Picture;
 
 TEST(FrameList, Forms_AreNumbersAndRanges) {
@@ -151,7 +152,10 @@ TEST_F(Movie, FrameTimes_AreNeverLate) {
 TEST_F(Movie, GifOfFewColours_IsExact) {
     Picture picture(640, 8);
     for (int x = 0; x < 200; ++x) {
-        picture.fill(x * 3, 0, 3, 8, static_cast<uint32_t>(x * 0x010201 + 5));
+        // 200 colours
+        const maker::Colour colour{static_cast<uint8_t>(x), static_cast<uint8_t>(2 * x),
+                                   static_cast<uint8_t>(x + 5)};
+        Canvas(picture).rect(x * 3, 0, 3, 8, colour);
     }
     const Read read = readBack(made(".gif", {picture, Picture(640, 8), picture}, false));
     ASSERT_EQ(read.pictures.size(), 3u);
@@ -160,7 +164,7 @@ TEST_F(Movie, GifOfFewColours_IsExact) {
 
 TEST_F(Movie, GifWithAlpha_IsOnOrOff) {
     Picture picture(640, 8);
-    picture.fill(0, 0, 640, 8, 0xFE00C3);
+    Canvas(picture).rect(0, 0, 640, 8, {0xFE, 0x00, 0xC3});
     for (int x = 0; x < 640; ++x) {
         picture.at(x, 0)[3] = x < 320 ? 0 : 255;
     }
@@ -223,8 +227,8 @@ TEST(PictureFile, Jpeg_IsOne) {
 
 TEST(Picture, Shrinking_TakesTheMean) {
     Picture picture(4, 2);
-    picture.set(0, 0, 0x0A1400);
-    picture.set(1, 1, 0x1E0000);
+    Canvas(picture).set(0, 0, {0x0A, 0x14, 0x00});
+    Canvas(picture).set(1, 1, {0x1E, 0x00, 0x00});
     const Picture small = maker::shrunk(picture, 2);
     ASSERT_EQ(small.width, 2);
     ASSERT_EQ(small.height, 1);
@@ -234,7 +238,7 @@ TEST(Picture, Shrinking_TakesTheMean) {
 
 TEST(Picture, Transparency_ShowsWhatLiesUnder) {
     Picture picture(640, 8);
-    picture.set(0, 0, 0xFFFFFF);
+    Canvas(picture).set(0, 0, {0xFF, 0xFF, 0xFF});
     picture.at(0, 0)[3] = 51;
     picture.at(16, 0)[3] = 0;
     const Picture black = maker::overBlack(picture);
@@ -249,11 +253,11 @@ TEST(Picture, Transparency_ShowsWhatLiesUnder) {
 
 TEST(Picture, FillAndCopy_StayInside) {
     Picture picture(4, 4);
-    picture.fill(-2, -2, 4, 4, 0xFFFFFF);
+    Canvas(picture).rect(-2, -2, 4, 4, {0xFF, 0xFF, 0xFF});
     EXPECT_EQ(picture.at(1, 1)[0], 255);
     EXPECT_EQ(picture.at(2, 2)[0], 0);
     Picture red(3, 3);
-    red.fill(0, 0, 3, 3, 0xFF0000);
+    Canvas(red).rect(0, 0, 3, 3, {0xFF, 0x00, 0x00});
     picture.copy(red, 2, -1);
     EXPECT_EQ(picture.at(3, 1)[1], 0);
     EXPECT_EQ(picture.at(3, 1)[0], 255);

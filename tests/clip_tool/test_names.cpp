@@ -48,7 +48,8 @@ TEST(PixelFont, Widths_AreThoseOfTheProgram) {
 TEST(PixelFont, Draw_PaintsInsideTheLine) {
     const maker::PixelFont font(maker::kSmallText);
     maker::Picture picture(20, 20);
-    font.draw(picture, 4, 3, U"i", 0xFE00C3);
+    maker::Canvas canvas(picture);
+    font.draw(canvas, 4, 3, U"i", {0xFE, 0x00, 0xC3});
     int painted = 0;
     for (int y = 0; y < 20; ++y) {
         for (int x = 0; x < 20; ++x) {
@@ -71,7 +72,8 @@ TEST(PixelFont, Draw_PaintsInsideTheLine) {
 TEST(PixelFont, DrawPastTheEdge_IsCut) {
     const maker::PixelFont font(maker::kLargeText);
     maker::Picture picture(10, 6);
-    font.draw(picture, -7, -9, U"WWWW", 0xFFFFFF);
+    maker::Canvas canvas(picture);
+    font.draw(canvas, -7, -9, U"WWWW", {0xFF, 0xFF, 0xFF});
     EXPECT_EQ(picture.rgba.size(), 240u);
 }
 
