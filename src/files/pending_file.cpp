@@ -28,7 +28,10 @@ constexpr int kNumbers = 1000000;
 constexpr std::string_view kNumbered = "-000000";
 
 std::string temporaryStart(const fs::path& path) {
-    return "." + path.filename().string() + kMark;
+    std::string start = ".";
+    start += path.filename().string();
+    start += kMark;
+    return start;
 }
 
 // What stands behind temporaryStart() in the name of a file whose writer has ended.
@@ -82,8 +85,11 @@ PendingFile::~PendingFile() {
 }
 
 bool PendingFile::create(const std::string& temporary, mode_t mode) {
+    temporary_ = temporary;  // first: without memory for its name there is no file either
     descriptor_ = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    temporary_ = descriptor_ >= 0 ? temporary : "";
+    if (descriptor_ < 0) {
+        temporary_.clear();
+    }
     return descriptor_ >= 0;
 }
 
@@ -121,11 +127,12 @@ bool PendingFile::finish() {
 }
 
 bool PendingFile::commit(const fs::path& path) {
+    const fs::path folder = folderOf(path);  // takes memory, which has to be there before
     if (rename(temporary_.c_str(), path.c_str()) != 0) {
         return false;
     }
     temporary_.clear();
-    syncFolder(folderOf(path));
+    syncFolder(folder);
     return true;
 }
 

@@ -21,7 +21,9 @@ void takeSize(int& size, const std::string& text, int smallest) {
 }
 
 std::string line(const std::string& name, int value) {
-    return "\t" + xml::element(name, std::to_string(value));
+    std::string text = "\t";
+    text += xml::element(name, std::to_string(value));
+    return text;
 }
 
 // Deliberate: a flag that is neither 0 nor 1 leaves its line out.

@@ -245,14 +245,14 @@ int32_t c_moxel::load19C(int budget) {
         clip::Source source(file);
         result = clip::loadRecords(source, budget, block);
     }
+    if (result == clip::Records::kRefused) {
+        return -1;
+    }
     recordsDone = block.recordsDone;
     recordWrite = block.records + block.recordsEnd;
     if (recordsDone > 0) {
         recordOffset = static_cast<int32_t>(block.recordOffsets[recordsDone - 1]);
         lastRecordLength = static_cast<uint8_t>(recordWrite - block.records - recordOffset);
-    }
-    if (result == clip::Records::kRefused) {
-        return -1;
     }
     if (result == clip::Records::kMore) {
         return 0;

@@ -8,6 +8,12 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
+void append(Bytes& bytes, std::initializer_list<uint8_t> more) {
+    for (const uint8_t byte : more) {
+        bytes.push_back(byte);
+    }
+}
+
 // A block of 80 tiles with memory of its own.
 struct TestBlock {
     TestBlock(int frames, const clip::BlockRoom& room, std::vector<uint16_t> counts)
@@ -104,10 +110,10 @@ TEST(TypeStarts, Starts_AreTheSumsOfTheCountsBefore) {
 Bytes mapSections() {
     Bytes bytes = {77, 0x81};
     for (uint8_t entry = 0; entry < 82; ++entry) {
-        bytes.insert(bytes.end(), {entry, 0x40});
+        append(bytes, {entry, 0x40});
     }
     for (uint8_t word = 0; word < 32; ++word) {
-        bytes.insert(bytes.end(), {word, 0x12});
+        append(bytes, {word, 0x12});
     }
     bytes.push_back(99);
     return bytes;
@@ -146,9 +152,9 @@ constexpr size_t kRecordBytes = 64 + 4 + 4 + 3;
 
 Bytes recordSection() {
     Bytes bytes(64, 7);
-    bytes.insert(bytes.end(), {0xFF, 0x83, 1, 2});
-    bytes.insert(bytes.end(), {0xFF, 0x93, 3, 4});
-    bytes.insert(bytes.end(), {0xC5, 5, 6, 99});
+    append(bytes, {0xFF, 0x83, 1, 2});
+    append(bytes, {0xFF, 0x93, 3, 4});
+    append(bytes, {0xC5, 5, 6, 99});
     return bytes;
 }
 
@@ -164,9 +170,9 @@ TEST(BlockRecords, All_AreStoredOneAfterTheOther) {
     EXPECT_EQ(test.offsets, (std::vector<uint32_t>{0, 64, 68, 72}));
     EXPECT_EQ(test.types, (Bytes{1, 2, 2, 8}));
     Bytes expected(64, 7);
-    expected.insert(expected.end(), {0x83, 0xFF, 1, 2});  // high byte first
-    expected.insert(expected.end(), {0x93, 0xFF, 3, 4});
-    expected.insert(expected.end(), {0xC5, 5, 6});
+    append(expected, {0x83, 0xFF, 1, 2});  // high byte first
+    append(expected, {0x93, 0xFF, 3, 4});
+    append(expected, {0xC5, 5, 6});
     expected.resize(expected.size() + clip::kMaxRecordBytes);  // zeros behind them
     EXPECT_EQ(test.records, expected);
     EXPECT_EQ(source.byte(), 99) << "and nothing of what follows";
