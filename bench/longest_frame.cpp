@@ -6,8 +6,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "core/filters.h"
 #include "core/globals.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "synthetic_clip.h"
 

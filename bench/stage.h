@@ -6,8 +6,8 @@
 
 #include "common/limits.h"
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 #include "options/options.h"

@@ -10,9 +10,9 @@
 #include "clip/plain_tile.h"
 #include "clip/validate.h"
 #include "common/limits.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "fuzz/input.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 

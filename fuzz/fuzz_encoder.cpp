@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "clip/validate.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "fuzz/input.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 #include "tools/clip/encoder/encoder.h"

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "fuzz/input.h"
 #include "input/keys.h"
-#include "mixer/filters.h"
 #include "options/options.h"
 #include "playlists/playlist.h"
 #include "tests/support/folder.h"

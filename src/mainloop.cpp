@@ -31,31 +31,31 @@ constexpr int16_t kLoadingLineY = 7;
 constexpr uint16_t kLoadingLineColour = 0xFFFF;
 
 // Guard: a slot that is not ready, or a frame past its end, is never drawn.
-bool canDraw(const MixLayer& layer) {
-    const c_moxel& clip = moxel[layer.deck];
+bool canDraw(const c_moxel* clips, const MixLayer& layer) {
+    const c_moxel& clip = clips[layer.deck];
     return clip.state == CLIP_READY && layer.frame >= 0 && layer.frame < clip.frameCount;
 }
 
-void drawLayers() {
-    const MixLayer& top = mix->layer[1];
-    const MixLayer& bottom = mix->layer[0];
-    if (canDraw(top)) {
-        moxel[top.deck].renderMoxel19(1, top.frame, mix->mode);
+void drawLayers(c_moxel* clips, const c_mix& state) {
+    const MixLayer& top = state.layer[1];
+    const MixLayer& bottom = state.layer[0];
+    if (canDraw(clips, top)) {
+        clips[top.deck].renderMoxel19(1, top.frame, state.mode);
     }
     // With the same clip on both layers the bottom one stays as it was drawn last.
-    if (mix->mode != MODE_TOP && bottom.deck != top.deck && canDraw(bottom)) {
-        moxel[bottom.deck].renderMoxel19(0, bottom.frame, mix->mode);
+    if (state.mode != MODE_TOP && bottom.deck != top.deck && canDraw(clips, bottom)) {
+        clips[bottom.deck].renderMoxel19(0, bottom.frame, state.mode);
     }
 }
 
-void drawLoadingLine() {
-    const int tracks = playlist->familles[playlist->currentFamille].nbTracks;
-    if (playlist->loading == 0 || playlist->loadTrack >= tracks || _options->topbar == 0) {
+void drawLoadingLine(SDL_Surface* video, int appWidth, const c_playlist& list) {
+    const int tracks = list.familles[list.currentFamille].nbTracks;
+    if (list.loading == 0 || list.loadTrack >= tracks) {
         return;
     }
-    const int64_t width = int64_t{all->appW} * playlist->loadTrack / tracks;
+    const int64_t width = int64_t{appWidth} * list.loadTrack / tracks;
     SDL_Rect line = {0, kLoadingLineY, static_cast<uint16_t>(width), 1};
-    SDL_FillRect(screen[1], &line, surfaceColour(screen[1], kLoadingLineColour));
+    SDL_FillRect(video, &line, surfaceColour(video, kLoadingLineColour));
 }
 
 // What panel and list drew beside the last picture is not under the next one.
@@ -64,39 +64,43 @@ void clearBesidePicture() {
     px::blackenOutside(output.view());
 }
 
+// A screen that is entered finds nothing of the one before beside its picture or behind it. Mix and
+// options clear the video surface themselves.
+void clearForNewScreen(c_all& state) {
+    if (state.state == state.shown) {
+        return;
+    }
+    state.shown = state.state;
+    if (state.state == STATE_HOME || state.state == STATE_PLAYLISTS) {
+        clearSurfaces();
+    }
+}
+
+}  // namespace
+
 void drawMix() {
     playlist->loopLoadPlaylist();
     if (playlist->loadSlot == 0) {
         SDL_FillRect(screen[1], nullptr, 0);
     } else if (moxel[mix->layer[1].deck].state == CLIP_READY) {
-        drawLayers();
+        drawLayers(moxel, *mix);
         clearBesidePicture();
         const MixLayer& active = mix->layer[mix->activeLayer];
         mix->topBar = _options->topbar;
         mix->finRender(active.frame, moxel[active.deck].frameCount);
         mix->lecture();
         mix->drawUI();
-        drawLoadingLine();
+        if (_options->topbar != 0) {
+            drawLoadingLine(screen[1], all->appW, *playlist);
+        }
     }
     if (all->subState == SUB_OVERMENU) {
         overMenu->drawOverMenu(screen[1]);
     }
 }
 
-// A screen that is entered finds nothing of the one before beside its picture or behind it. Mix and
-// options clear the video surface themselves.
-void clearForNewScreen() {
-    if (all->state == all->shown) {
-        return;
-    }
-    all->shown = all->state;
-    if (all->state == STATE_HOME || all->state == STATE_PLAYLISTS) {
-        clearSurfaces();
-    }
-}
-
 void drawScreen() {
-    clearForNewScreen();
+    clearForNewScreen(*all);
     switch (all->state) {
         case STATE_INTRO:
             _intro->draw(screen[0]);
@@ -145,8 +149,6 @@ void actAndDraw() {
     }
     wasShort = isShort;
 }
-
-}  // namespace
 
 int mainLoop() {
     // Deliberate: the rate is set anew before it is read, so the speed keys of the mix screen write

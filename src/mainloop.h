@@ -4,3 +4,9 @@
 
 // The value of isExit: 1 go on, 0 stop.
 int mainLoop();
+
+// Its steps once a frame is due. Each fetches the objects that it works on.
+void actAndDraw();  // input, the screen's actions, its picture
+void drawScreen();
+void drawMix();  // of the mix screen: loader, clips, mixer, panel, list
+void showFrame();

@@ -41,18 +41,21 @@ bool isPlain16Bit(const SDL_Surface* surface) {
            (surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA)) == 0 && !SDL_MUSTLOCK(surface);
 }
 
-void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
-    screen[1] = SDL_SetVideoMode(all->appW, all->appH, px::kDepth, wanted);
+// Without the mode that is wanted the display's own one is opened, and without that the program
+// ends.
+SDL_Surface* openMode(const c_all& app, uint32_t wanted, uint32_t fallback, const char* refusal) {
+    SDL_Surface* video = SDL_SetVideoMode(app.appW, app.appH, px::kDepth, wanted);
     presentAnew();
-    if (screen[1] != nullptr) {
-        return;
+    if (video != nullptr) {
+        return video;
     }
-    screen[1] = SDL_SetVideoMode(0, 0, 0, fallback);
+    video = SDL_SetVideoMode(0, 0, 0, fallback);
     puts(refusal);
     puts(msg::kOverscanMoreInfos);
-    if (screen[1] == nullptr) {
+    if (video == nullptr) {
         exit(1);
     }
+    return video;
 }
 
 }  // namespace
@@ -61,7 +64,7 @@ void openMode(uint32_t wanted, uint32_t fallback, const char* refusal) {
 // [quirk_work_surface_keeps_startup_size]
 void updateResolution() {
     const uint32_t flags = screen[1]->flags;
-    openMode(flags, flags, msg::kNewResolutionRefused);
+    screen[1] = openMode(*all, flags, flags, msg::kNewResolutionRefused);
     clearSurfaces();
 }
 
@@ -94,7 +97,7 @@ void putPicture(SDL_Surface* picture, SDL_Surface* surface, int x, int y) {
 
 void toggleFullScreen() {
     const uint32_t flags = screen[1]->flags;
-    openMode(flags ^ SDL_FULLSCREEN, flags, msg::kFullScreenRefused);
+    screen[1] = openMode(*all, flags ^ SDL_FULLSCREEN, flags, msg::kFullScreenRefused);
 }
 
 px::OutputView videoView() {

@@ -100,7 +100,7 @@ bool PendingFile::createBeside(const fs::path& path) {
     bool made = false;
     errno = EEXIST;
     for (int number = 0; !made && errno == EEXIST && number < kNumbers; ++number) {
-        char ending[kNumbered.size() + 1];
+        char ending[16];
         snprintf(ending, sizeof ending, "-%06d", number);
         made = create(start + ending, kOrdinaryMode);
     }

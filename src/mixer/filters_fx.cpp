@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "core/filters.h"
 #include "core/globals.h"
-#include "mixer/filters.h"
 #include "px/fx.h"
 #include "px/operations.h"
 

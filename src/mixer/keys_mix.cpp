@@ -1,8 +1,8 @@
 // What keys, mouse and controller do during the performance.
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "input/keys.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 

@@ -6,8 +6,8 @@
 #include "common/rgb565.h"
 #include "core/all.h"
 #include "core/display.h"
+#include "core/filters.h"
 #include "core/globals.h"
-#include "mixer/filters.h"
 #include "moxel/moxel.h"
 
 namespace {

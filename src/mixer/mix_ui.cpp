@@ -4,11 +4,11 @@
 #include <string>
 
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "draw/lib.h"
 #include "draw/ttf.h"
 #include "layout/name_rooms.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 

@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "clip/frame.h"
+#include "core/filters.h"
 #include "core/globals.h"
-#include "mixer/filters.h"
 #include "moxel/moxel.h"
 #include "px/modes.h"
 

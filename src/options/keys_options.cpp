@@ -3,10 +3,10 @@
 
 #include "common/slots.h"
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "input/keys.h"
 #include "layout/options_layout.h"
-#include "mixer/filters.h"
 #include "options/options.h"
 
 namespace {

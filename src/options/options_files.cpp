@@ -3,10 +3,10 @@
 
 #include "common/messages.h"
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "files/xmlscan.h"
 #include "input/keys.h"
-#include "mixer/filters.h"
 #include "options/options.h"
 
 namespace {

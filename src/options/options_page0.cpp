@@ -1,10 +1,10 @@
 // Page 0: the filters and their letters, the display, the controller's name.
 #include "common/limits.h"
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "draw/lib.h"
 #include "layout/options_layout.h"
-#include "mixer/filters.h"
 #include "options/options.h"
 
 namespace {

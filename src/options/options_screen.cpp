@@ -2,11 +2,11 @@
 #include "common/geometry.h"
 #include "core/all.h"
 #include "core/display.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "draw/picture.h"
 #include "input/keys.h"
 #include "layout/options_layout.h"
-#include "mixer/filters.h"
 #include "options/options.h"
 
 namespace {

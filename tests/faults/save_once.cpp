@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "faults/save_marks.h"
 #include "input/keys.h"
-#include "mixer/filters.h"
 #include "options/options.h"
 #include "playlists/playlist.h"
 #include "tools/clip/base/atomic_file.h"

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "common/limits.h"
+#include "core/filters.h"
 #include "core/globals.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 #include "tests/support/folder.h"

@@ -13,8 +13,8 @@
 #include <gtest/gtest.h>
 
 #include "core/all.h"
+#include "core/filters.h"
 #include "core/globals.h"
-#include "mixer/filters.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 #include "tests/support/frames.h"

@@ -7,9 +7,9 @@
 #include <optional>
 
 #include "common/limits.h"
+#include "core/filters.h"
 #include "files/preferences.h"
 #include "layout/options_layout.h"
-#include "mixer/filters.h"
 #include "tools/clip/base/names.h"
 #include "tools/clip/base/texts.h"
 

@@ -1,4 +1,4 @@
-#include "mixer/filters.h"
+#include "core/filters.h"
 
 void c_filters::initFilters() {
     for (FilterSlot(&layerSlots)[kFilterSlots] : slots) {
