@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "art/loops/motion.h"
 
@@ -40,29 +41,19 @@ struct RowCover {
     }
 };
 
-struct Crossings {
-    std::array<float, Path::kMaxPoints> x;
-    int count = 0;
-};
-
 // Where the outline crosses the height y, from left to right.
-void findCrossings(const Path& path, float y, Crossings& out) {
-    out.count = 0;
-    for (int c = 0; c < path.contourCount(); ++c) {
-        const std::span<const Point> points = path.contour(c);
-        if (points.empty()) {
-            continue;
-        }
-        Point from = points.back();
-        for (const Point to : points) {
+void findCrossings(const Path& path, float y, std::vector<float>& out) {
+    out.clear();
+    for (const std::vector<Point>& contour : path.contours) {
+        Point from = contour.back();
+        for (const Point to : contour) {
             if ((from.y <= y) != (to.y <= y)) {
-                const float share = (y - from.y) / (to.y - from.y);
-                out.x[static_cast<size_t>(out.count++)] = from.x + share * (to.x - from.x);
+                out.push_back(from.x + (y - from.y) / (to.y - from.y) * (to.x - from.x));
             }
             from = to;
         }
     }
-    std::sort(out.x.begin(), out.x.begin() + out.count);
+    std::sort(out.begin(), out.end());
 }
 
 struct Rows {
@@ -72,8 +63,8 @@ struct Rows {
 Rows rowsOf(const Path& path) {
     float low = real(kHeight);
     float high = 0.0F;
-    for (int c = 0; c < path.contourCount(); ++c) {
-        for (const Point p : path.contour(c)) {
+    for (const std::vector<Point>& contour : path.contours) {
+        for (const Point p : contour) {
             low = std::min(low, p.y);
             high = std::max(high, p.y);
         }
@@ -109,38 +100,19 @@ void addLight(uint8_t* pixel, Colour colour, int alpha) {
 
 }  // namespace
 
-void Path::move(float x, float y) {
-    if (contours_ < kMaxContours) {
-        starts_[static_cast<size_t>(contours_++)] = count_;
-    }
-    line(x, y);
-}
-
-void Path::line(float x, float y) {
-    if (count_ < kMaxPoints) {
-        points_[static_cast<size_t>(count_++)] = {x, y};
-    }
-}
-
-void Path::arc(float x, float y, float radius, float from, float to) {
+void Path::arc(Point middle, float radius, float from, float to) {
     // A chord of about two pixels is not seen as straight.
     const float length = std::fabs(to - from) * 6.3F * radius;
     const int steps = std::clamp(floored(length / 2.5F) + 2, 2, 160);
     for (int i = 0; i <= steps; ++i) {
         const float angle = from + (to - from) * real(i) / real(steps);
-        line(x + radius * cosTurn(angle), y + radius * sinTurn(angle));
+        line({middle.x + radius * cosTurn(angle), middle.y + radius * sinTurn(angle)});
     }
 }
 
-void Path::circle(float x, float y, float radius) {
-    move(x + radius, y);
-    arc(x, y, radius, 0.0F, 1.0F);
-}
-
-std::span<const Point> Path::contour(int index) const {
-    const int start = starts_[static_cast<size_t>(index)];
-    const int end = index + 1 < contours_ ? starts_[static_cast<size_t>(index) + 1] : count_;
-    return {points_.data() + start, static_cast<size_t>(end - start)};
+void Path::circle(Point middle, float radius) {
+    move({middle.x + radius, middle.y});
+    arc(middle, radius, 0.0F, 1.0F);
 }
 
 void Canvas::cover(int x, int y, Colour colour, int quarters, Blend blend) {
@@ -167,14 +139,13 @@ void Canvas::column(int x, float top, float bottom, Colour colour) {
 
 void Canvas::fill(const Path& path, Colour colour, Blend blend) {
     const Rows rows = rowsOf(path);
-    Crossings crossings;
+    std::vector<float> crossings;
     for (int y = rows.first; y < rows.end; ++y) {
         RowCover row;
         for (int s = 0; s < kSub; ++s) {
             findCrossings(path, real(y) + (real(s) + 0.5F) / kSub, crossings);
-            for (int i = 0; i + 1 < crossings.count; i += 2) {
-                row.add(crossings.x[static_cast<size_t>(i)],
-                        crossings.x[static_cast<size_t>(i) + 1]);
+            for (size_t i = 0; i + 1 < crossings.size(); i += 2) {
+                row.add(crossings[i], crossings[i + 1]);
             }
         }
         int running = 0;
@@ -186,13 +157,8 @@ void Canvas::fill(const Path& path, Colour colour, Blend blend) {
     }
 }
 
-void Canvas::polygon(std::span<const Point> points, Colour colour, Blend blend) {
-    Path path;
-    path.move(points.front().x, points.front().y);
-    for (const Point p : points.subspan(1)) {
-        path.line(p.x, p.y);
-    }
-    fill(path, colour, blend);
+void Canvas::polygon(std::vector<Point> points, Colour colour, Blend blend) {
+    fill({{std::move(points)}}, colour, blend);
 }
 
 void Canvas::line(Point from, Point to, float width, Colour colour, Blend blend) {
@@ -204,44 +170,36 @@ void Canvas::line(Point from, Point to, float width, Colour colour, Blend blend)
     }
     const float nx = -dy / length * width / 2.0F;
     const float ny = dx / length * width / 2.0F;
-    const std::array<Point, 4> quad{{{from.x + nx, from.y + ny},
-                                     {to.x + nx, to.y + ny},
-                                     {to.x - nx, to.y - ny},
-                                     {from.x - nx, from.y - ny}}};
-    polygon(quad, colour, blend);
+    polygon({{from.x + nx, from.y + ny},
+             {to.x + nx, to.y + ny},
+             {to.x - nx, to.y - ny},
+             {from.x - nx, from.y - ny}},
+            colour, blend);
 }
 
-void Canvas::disc(float x, float y, float radius, Colour colour) {
+void Canvas::disc(Point middle, float radius, Colour colour) {
     Path path;
-    path.circle(x, y, radius);
+    path.circle(middle, radius);
     fill(path, colour);
 }
 
-void Canvas::ring(float x, float y, float outer, float inner, Colour colour) {
+void Canvas::ring(Point middle, float outer, float inner, Colour colour) {
     Path path;
-    path.circle(x, y, outer);
-    path.circle(x, y, inner);
+    path.circle(middle, outer);
+    path.circle(middle, inner);
     fill(path, colour);
 }
 
-void Canvas::mirrorLeftRight() {
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < kWidth / 2; ++x) {
-            std::memcpy(at(kWidth - 1 - x, y), at(x, y), 4);
-        }
+void Canvas::repeat(Half half) {
+    if (half == Half::BOTH) {
+        repeat(Half::LEFT);
+        return repeat(Half::TOP);
     }
-}
-
-void Canvas::mirrorTopBottom() {
-    for (int y = 0; y < kHeight / 2; ++y) {
-        std::memcpy(at(0, kHeight - 1 - y), at(0, y), kWidth * 4);
-    }
-}
-
-void Canvas::turnTopHalf() {
-    for (int y = 0; y < kHeight / 2; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
-            std::memcpy(at(kWidth - 1 - x, kHeight - 1 - y), at(x, y), 4);
+    const bool across = half != Half::TOP;
+    const bool down = half != Half::LEFT;
+    for (int y = 0; y < (down ? kHeight / 2 : kHeight); ++y) {
+        for (int x = 0; x < (down ? kWidth : kWidth / 2); ++x) {
+            std::memcpy(at(across ? kWidth - 1 - x : x, down ? kHeight - 1 - y : y), at(x, y), 4);
         }
     }
 }

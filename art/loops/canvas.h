@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "tools/clip/media/picture.h"
 
@@ -80,30 +81,26 @@ constexpr std::array<Colour, N> ramp(const Colour (&stops)[Stops]) {
     return out;
 }
 
-// Closed outlines of straight edges; filled by the even-odd rule. Points beyond the capacity are
-// dropped.
-class Path {
-public:
-    static constexpr int kMaxPoints = 512;
-    static constexpr int kMaxContours = 16;
+// Closed outlines of straight edges; filled by the even-odd rule.
+struct Path {
+    std::vector<std::vector<Point>> contours;
 
-    void move(float x, float y);  // begins a contour
-    void line(float x, float y);
+    void move(Point to) { contours.push_back({to}); }  // begins a contour
+    void line(Point to) { contours.back().push_back(to); }
     // Points along an arc, both ends included.
-    void arc(float x, float y, float radius, float from, float to);
-    void circle(float x, float y, float radius);
-
-    int contourCount() const { return contours_; }
-    std::span<const Point> contour(int index) const;
-
-private:
-    std::array<Point, kMaxPoints> points_{};
-    std::array<int, kMaxContours> starts_{};
-    int count_ = 0;
-    int contours_ = 0;
+    void arc(Point middle, float radius, float from, float to);
+    void circle(Point middle, float radius);
 };
 
 enum class Blend { OVER, ADD };
+
+// The half of a picture that makes the other one.
+enum class Half {
+    LEFT,        // mirrored
+    TOP,         // mirrored
+    BOTH,        // the upper left quarter makes all
+    TOP_TURNED,  // by half a turn
+};
 
 class Canvas : public maker::Canvas {
 public:
@@ -116,14 +113,12 @@ public:
     void column(int x, float top, float bottom, Colour colour);
 
     void fill(const Path& path, Colour colour, Blend blend = Blend::OVER);
-    void polygon(std::span<const Point> points, Colour colour, Blend blend = Blend::OVER);
+    void polygon(std::vector<Point> points, Colour colour, Blend blend = Blend::OVER);
     void line(Point from, Point to, float width, Colour colour, Blend blend = Blend::OVER);
-    void disc(float x, float y, float radius, Colour colour);
-    void ring(float x, float y, float outer, float inner, Colour colour);
+    void disc(Point middle, float radius, Colour colour);
+    void ring(Point middle, float outer, float inner, Colour colour);
 
-    void mirrorLeftRight();  // the left half onto the right
-    void mirrorTopBottom();  // the top half onto the bottom
-    void turnTopHalf();      // the top half, turned by half a turn, onto the bottom
+    void repeat(Half half);
 };
 
 }  // namespace demo

@@ -53,11 +53,10 @@ void drawArcCell(Canvas& canvas, int left, int top, float turn) {
 
 }  // namespace
 
-void drawPlasma(int frame, int frames, Canvas& canvas) {
+void drawPlasma(Canvas& canvas, const Moment& t) {
     constexpr int kColours = 60;
     static constexpr auto kRamp = ramp<kColours + 1>(
         {kInk, kPlum, kWine, kPink, kBlush, kPink, kViolet, kNavy, kSea, kBlue, kSea, kNavy, kInk});
-    const float t = timeOf(frame, frames);
     for (int row = 0; row < kDown; ++row) {
         for (int col = 0; col < kAcross; ++col) {
             const float x = (real(col) - 39.5F) / 80.0F;
@@ -73,11 +72,9 @@ void drawPlasma(int frame, int frames, Canvas& canvas) {
     }
 }
 
-void drawDots(int frame, int frames, Canvas& canvas) {
+void drawDots(Canvas& canvas, const Moment& t) {
     constexpr int kPitch = 16;  // a dot fills four tiles that mirror one another
     static constexpr std::array<Colour, 4> kInks{kSea, kBlue, kPink, kWhite};
-    canvas.clear(kBlack);
-    const float t = timeOf(frame, frames);
     for (int row = 0; row * kPitch < kHeight + kPitch; ++row) {
         for (int col = 0; col * kPitch < kWidth; ++col) {
             const float cx = real(col * kPitch + kPitch / 2);
@@ -94,18 +91,17 @@ void drawDots(int frame, int frames, Canvas& canvas) {
             const int halves = std::clamp(nearest(v * v * 20.0F), 0, 15);
             if (halves >= 2) {
                 const int tone = std::clamp((halves - 1) / 4, 0, 3);
-                canvas.disc(cx, cy, real(halves) / 2.0F, pick(kInks, tone));
+                canvas.disc({cx, cy}, real(halves) / 2.0F, pick(kInks, tone));
             }
         }
     }
 }
 
-void drawHoles(int frame, int frames, Canvas& canvas) {
+void drawHoles(Canvas& canvas, const Moment& t) {
     constexpr int kPitch = 40;  // pixels: five tiles
     constexpr float kSmallest = 2.0F;
     constexpr float kWidest = 21.0F;  // a ring touches the next one
     static constexpr std::array<Colour, 3> kPaints{kClear, kPink, kWhite};
-    const float t = timeOf(frame, frames);
     for (int row = 0; row < kHeight / kPitch; ++row) {
         for (int col = 0; col < kWidth / kPitch; ++col) {
             const float x = real(2 * col + 1 - kWidth / kPitch);
@@ -121,10 +117,9 @@ void drawHoles(int frame, int frames, Canvas& canvas) {
     }
 }
 
-void drawArcs(int frame, int frames, Canvas& canvas) {
+void drawArcs(Canvas& canvas, const Moment& t) {
     constexpr int kColumns = kWidth / kCell;
     constexpr int kRows = kHeight / kCell + 1;
-    const float t = timeOf(frame, frames);
     for (int row = 0; row < kRows; ++row) {
         for (int col = 0; col < kColumns; ++col) {
             // Each cell makes a quarter turn twice in a loop, and half a turn leaves a cell as it

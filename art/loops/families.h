@@ -8,11 +8,9 @@ namespace demo {
 Render drawPlasma, drawDots, drawHoles, drawArcs;                             // cells.cpp
 Render drawTunnel, drawMoire, drawKaleido, drawChecker, drawLava, drawSwirl;  // fields.cpp
 Render drawSolids, drawTesseract, drawCubes;                                  // solids.cpp
-Render drawStars, drawGrid;                                                   // space.cpp
+Render drawStars, drawGrid, drawRings, drawLasers;                            // lights.cpp
 Render drawWaves, drawRibbons, drawConfetti;                                  // flow.cpp
-Render drawRings, drawLasers;                                                 // stage.cpp
-Render drawKeys, drawPad;                                                     // help.cpp
-Render drawTestCard;                                                          // card.cpp
+Render drawTestCard, drawKeys, drawPad;                                       // pages.cpp
 Render drawMarquee, drawWords, drawVelmora;                                   // words.cpp
 
 }  // namespace demo

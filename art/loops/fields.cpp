@@ -21,13 +21,13 @@ float lengthOf(float x, float y) {
 
 }  // namespace
 
-void drawTunnel(int frame, int frames, Canvas& canvas) {
+void drawTunnel(Canvas& canvas, const Moment& now) {
     // Three shades of each of four hues, from the far end to the near one.
     static constexpr std::array<Colour, 13> kPaints{kBlack,  kPlum,  kWine, kPink, kPlum,
                                                     kViolet, kBlush, kNavy, kSea,  kBlue,
                                                     kInk,    kPlum,  kWhite};
     constexpr float kRings = 4.0F;  // rings to a doubling of the size
-    const float t = timeOf(frame, frames) * 4.0F;
+    const float t = now * 4.0F;
     sampleField(canvas, kHalfWidth, kHalfHeight, kPaints, [t](float px, float py) {
         const float x = (kCentreX - px) / 320.0F;
         const float y = (kCentreY - py) / 200.0F;
@@ -43,14 +43,11 @@ void drawTunnel(int frame, int frames, Canvas& canvas) {
         const int shade = size < 0.12F ? 0 : size < 0.36F ? 1 : 2;
         return 1 + wrapped(ring, 4) * 3 + shade;
     });
-    canvas.mirrorLeftRight();
-    canvas.mirrorTopBottom();
 }
 
-void drawMoire(int frame, int frames, Canvas& canvas) {
+void drawMoire(Canvas& canvas, const Moment& t) {
     static constexpr std::array<Colour, 4> kPaints{kBlack, kPink, kBlue, kWhite};
     constexpr float kPitch = 48.0F;
-    const float t = timeOf(frame, frames);
     const float apart = 150.0F + 110.0F * cosTurn(t);
     const float shift = t * 4.0F;
     sampleField(canvas, kHalfWidth, kHalfHeight, kPaints, [apart, shift](float px, float py) {
@@ -60,14 +57,11 @@ void drawMoire(int frame, int frames, Canvas& canvas) {
         const bool two = fraction(lengthOf(x + apart, y) / kPitch - shift) < 0.5F;
         return (one ? 1 : 0) + (two ? 2 : 0);
     });
-    canvas.mirrorLeftRight();
-    canvas.mirrorTopBottom();
 }
 
-void drawKaleido(int frame, int frames, Canvas& canvas) {
+void drawKaleido(Canvas& canvas, const Moment& t) {
     static constexpr std::array<Colour, 7> kPaints{kInk,   kPlum,   kPink, kOrange,
                                                    kCream, kViolet, kBlue};
-    const float t = timeOf(frame, frames);
     const float c = cosTurn(t);
     const float s = sinTurn(t);
     const Point lens{150.0F + 70.0F * c, 40.0F + 40.0F * s};
@@ -90,13 +84,10 @@ void drawKaleido(int frame, int frames, Canvas& canvas) {
         const int round = floored(lengthOf(x - lens.x, y - lens.y) / 34.0F);
         return wrapped(square + (round < 3 ? 2 + round : 0), 7);
     });
-    canvas.mirrorLeftRight();
-    canvas.mirrorTopBottom();
 }
 
-void drawChecker(int frame, int frames, Canvas& canvas) {
+void drawChecker(Canvas& canvas, const Moment& t) {
     static constexpr std::array<Colour, 4> kPaints{kBlack, kWhite, kPink, kBlue};
-    const float t = timeOf(frame, frames);
     // A quarter turn brings the board back to itself, as it turns about the middle of a field.
     const float angle = t * 0.25F;
     const float scale = 1.0F / (84.0F + 44.0F * cosTurn(t));
@@ -113,15 +104,13 @@ void drawChecker(int frame, int frames, Canvas& canvas) {
         const int out = std::max(std::abs(col), std::abs(row));
         return out % 3 == 0 ? (out % 2 == 0 ? 2 : 3) : 1;
     });
-    canvas.turnTopHalf();
 }
 
-void drawLava(int frame, int frames, Canvas& canvas) {
+void drawLava(Canvas& canvas, const Moment& t) {
     // The outermost shell is glass.
     static constexpr Colour kShell{kViolet.red, kViolet.green, kViolet.blue, 136};
     static constexpr std::array<Colour, 5> kPaints{kClear, kShell, kPink, kOrange, kCream};
     constexpr int kBlobs = 5;
-    const float t = timeOf(frame, frames);
     std::array<Vec3, kBlobs> blobs{};  // place and squared radius
     for (int i = 0; i < kBlobs; ++i) {
         const float radius = 26.0F + 26.0F * noiseUnit(i, 2);
@@ -140,13 +129,11 @@ void drawLava(int frame, int frames, Canvas& canvas) {
         }
         return heat < 0.62F ? 0 : heat < 0.8F ? 1 : heat < 1.15F ? 2 : heat < 2.1F ? 3 : 4;
     });
-    canvas.mirrorLeftRight();
 }
 
-void drawSwirl(int frame, int frames, Canvas& canvas) {
+void drawSwirl(Canvas& canvas, const Moment& t) {
     static constexpr std::array<Colour, 6> kPaints{kOrange, kCream, kPink, kCream, kWhite, kInk};
     constexpr float kRounds = 4.0F;  // of the pattern; the loop turns it on by one
-    const float t = timeOf(frame, frames);
     const float pulse = 1.0F - fraction(t * 2.0F);
     const float core = 52.0F + 26.0F * pulse * pulse;
     const float bend = 0.06F * sinTurn(t);
@@ -163,7 +150,6 @@ void drawSwirl(int frame, int frames, Canvas& canvas) {
         const float a = turnOf(x, y) + (0.2F + bend) * std::log2(r / 100.0F);
         return floored(fraction(a * kRounds - t) * 4.0F) % 4;
     });
-    canvas.turnTopHalf();
 }
 
 }  // namespace demo

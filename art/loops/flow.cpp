@@ -9,7 +9,7 @@
 
 namespace demo {
 
-void drawWaves(int frame, int frames, Canvas& canvas) {
+void drawWaves(Canvas& canvas, const Moment& t) {
     constexpr int kLayers = 7;
     static constexpr std::array<Colour, kLayers + 1> kSeas{kCream,  kOrange, kPink, kBlush,
                                                            kViolet, kBlue,   kSea,  kNavy};
@@ -17,11 +17,11 @@ void drawWaves(int frame, int frames, Canvas& canvas) {
     constexpr std::array<int, kLayers> kSpeeds{2, -2, 4, -4, 4, -8, 8};
     constexpr std::array<int, kLayers> kCrests{1, 1, 2, 2, 2, 4, 3};  // in one round
     canvas.clear(kSeas[0]);
-    canvas.disc(kCentreX, 120.0F, 92.0F, kWhite);
+    canvas.disc({kCentreX, 120.0F}, 92.0F, kWhite);
     for (int layer = 0; layer < kLayers; ++layer) {
         const auto l = static_cast<size_t>(layer);
-        const int round = std::abs(kSpeeds[l]) * frames;  // pixels
-        const int shift = kSpeeds[l] * (frame % frames);
+        const int round = std::abs(kSpeeds[l]) * t.frames;  // pixels
+        const int shift = kSpeeds[l] * (t.frame);
         const float tall = 16.0F + 2.0F * real(layer);
         for (int x = 0; x < kWidth; ++x) {
             const float way = real(wrapped(x + shift, round)) / real(round);
@@ -34,7 +34,7 @@ void drawWaves(int frame, int frames, Canvas& canvas) {
     }
 }
 
-void drawRibbons(int frame, int frames, Canvas& canvas) {
+void drawRibbons(Canvas& canvas, const Moment& t) {
     struct Ribbon {
         float y, sway, width;
         int speed;   // pixels a frame; the ribbon only slides, one round of it in a loop
@@ -47,10 +47,9 @@ void drawRibbons(int frame, int frames, Canvas& canvas) {
         {150, 34, 30, -4, 2, {kEmber, kOrange, kOrange}, {kOrange, kCream, kCream}},
         {214, 38, 34, 4, 2, {kPlum, kViolet, kViolet}, {kViolet, kPink, kBlush}},
     }};
-    canvas.clear(kBlack);
     for (const Ribbon& ribbon : kRibbons) {
-        const int round = std::abs(ribbon.speed) * frames;  // pixels
-        const int shift = ribbon.speed * (frame % frames);
+        const int round = std::abs(ribbon.speed) * t.frames;  // pixels
+        const int shift = ribbon.speed * (t.frame);
         for (int x = 0; x < kWidth; ++x) {
             const float way = (real(wrapped(x + shift, round)) + 0.5F) / real(round);
             const float bend = sinTurn(way + ribbon.y / 100.0F);
@@ -65,7 +64,7 @@ void drawRibbons(int frame, int frames, Canvas& canvas) {
     }
 }
 
-void drawConfetti(int frame, int frames, Canvas& canvas) {
+void drawConfetti(Canvas& canvas, const Moment& t) {
     struct Storm {
         int fall;    // pixels a frame; whole tiles, so a sheet looks the same all the way down
         int lanes;   // columns that sheets fall in, wide enough to pass one another
@@ -78,9 +77,8 @@ void drawConfetti(int frame, int frames, Canvas& canvas) {
         {8, 8, 3, 34.0F, {kPink, kOrange, kBlue}, {kBlush, kCream, kSky}},
     }};
     constexpr int kTumble = 32;  // frames of a full turn of a sheet
-    canvas.clear(kClear);
     for (const Storm& storm : kStorms) {
-        const int round = storm.fall * frames;  // pixels, more than the picture's height in all
+        const int round = storm.fall * t.frames;  // pixels, more than the picture's height in all
         const int lane = kWidth / storm.lanes;
         for (int i = 0; i < storm.lanes * storm.inLane; ++i) {
             const float x = real(i % storm.lanes * lane + lane / 2);
@@ -88,20 +86,20 @@ void drawConfetti(int frame, int frames, Canvas& canvas) {
                                i / storm.lanes * round / 8 / storm.inLane) *
                               8;
             const int kind = noisePick(i, 2, 3);
-            const float turn = real(frame % kTumble) / kTumble + real(noisePick(i, 3, 4)) * 0.25F;
+            const float turn = real(t.frame % kTumble) / kTumble + real(noisePick(i, 3, 4)) * 0.25F;
             const float flip = cosTurn(turn + real(kind) * 0.3F);
             const float c = cosTurn(turn + real(kind) * 0.1F) * storm.size;
             const float s = sinTurn(turn + real(kind) * 0.1F) * storm.size;
             const float k = 0.62F * flip;
             const auto& tones = flip > 0.0F ? storm.fronts : storm.backs;
-            const int first = wrapped(start + storm.fall * frame, round) - round;
+            const int first = wrapped(start + storm.fall * t.frame, round) - round;
             for (int top = first; top < kHeight + lane; top += round) {
                 const float y = real(top);
-                const std::array<Point, 4> sheet{{{x - c + s * k, y - s - c * k},
-                                                  {x + c + s * k, y + s - c * k},
-                                                  {x + c - s * k, y + s + c * k},
-                                                  {x - c - s * k, y - s + c * k}}};
-                canvas.polygon(sheet, tones[static_cast<size_t>(kind)]);
+                canvas.polygon({{x - c + s * k, y - s - c * k},
+                                {x + c + s * k, y + s - c * k},
+                                {x + c - s * k, y + s + c * k},
+                                {x - c - s * k, y - s + c * k}},
+                               tones[static_cast<size_t>(kind)]);
             }
         }
     }

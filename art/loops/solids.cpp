@@ -94,14 +94,13 @@ void drawSolid(Canvas& canvas, const Solid& solid, Point place, float spin, floa
     }
     for (const Face& face : solid.faces) {
         const size_t count = face[3] < 0 ? 3 : 4;
-        std::array<Point, 4> outline{};
+        std::vector<Point> points;
         for (size_t i = 0; i < count; ++i) {
-            outline[i] = seen[static_cast<size_t>(face[i])];
+            points.push_back(seen[static_cast<size_t>(face[i])]);
         }
-        if (turnArea(outline) <= 0.0F) {
+        if (turnArea(points) <= 0.0F) {
             continue;
         }
-        const std::span<const Point> points(outline.data(), count);
         const auto corner = [&](size_t i) { return body[static_cast<size_t>(face[i])]; };
         const int shade = shadeOf(corner(0), corner(1), corner(2));
         canvas.polygon(points, solid.shades[static_cast<size_t>(shade)]);
@@ -113,23 +112,20 @@ void drawSolid(Canvas& canvas, const Solid& solid, Point place, float spin, floa
 
 }  // namespace
 
-void drawSolids(int frame, int frames, Canvas& canvas) {
-    canvas.clear(kClear);
-    const float t = timeOf(frame, frames);
+void drawSolids(Canvas& canvas, const Moment& t) {
     // Every body turns by one of its own corners, so the loop is short and still has no seam.
     drawSolid(canvas, kCube, {206.0F, 52.0F + 6.0F * sinTurn(t)}, t / 4.0F, 0.08F);
-    canvas.mirrorTopBottom();
+    canvas.repeat(Half::TOP);
     drawSolid(canvas, kOcta, {100.0F, kCentreY}, t / 4.0F, 0.05F);
-    canvas.mirrorLeftRight();
+    canvas.repeat(Half::LEFT);
     drawSolid(canvas, kIcosa, {kCentreX, kCentreY}, -t / 5.0F, 0.04F);
 }
 
-void drawTesseract(int frame, int frames, Canvas& canvas) {
+void drawTesseract(Canvas& canvas, const Moment& t) {
     constexpr int kCorners = 16;
     static constexpr auto kDepth = ramp<6>({kSea, kBlue, kBlue, kPink, kPink});
-    canvas.clear(kBlack);
     // A quarter turn in each of two planes brings the hypercube back to itself.
-    const float turn = timeOf(frame, frames) / 4.0F;
+    const float turn = t / 4.0F;
     std::array<Point, kCorners> seen{};
     std::array<float, kCorners> near{};
     for (int i = 0; i < kCorners; ++i) {
@@ -159,11 +155,11 @@ void drawTesseract(int frame, int frames, Canvas& canvas) {
         }
     }
     for (size_t i = 0; i < kCorners; ++i) {
-        canvas.disc(seen[i].x, seen[i].y, 3.0F + near[i] * 7.0F, kWhite);
+        canvas.disc(seen[i], 3.0F + near[i] * 7.0F, kWhite);
     }
 }
 
-void drawCubes(int frame, int frames, Canvas& canvas) {
+void drawCubes(Canvas& canvas, const Moment& t) {
     constexpr int kHalf = 32;  // half the width of a block
     constexpr int kQuarter = 16;
     constexpr int kLevels = 8;
@@ -171,7 +167,6 @@ void drawCubes(int frame, int frames, Canvas& canvas) {
     static constexpr auto kLefts = ramp<kLevels>({kInk, kPlum, kWine, kPink});
     static constexpr auto kRights = ramp<kLevels>({kInk, kInk, kPlum, kWine});
     canvas.clear(kInk);
-    const float t = timeOf(frame, frames);
     for (int sum = -16; sum <= 20; ++sum) {  // back to front
         for (int col = -10; col <= 10; ++col) {
             if ((sum + col) % 2 != 0) {
@@ -183,15 +178,13 @@ void drawCubes(int frame, int frames, Canvas& canvas) {
             const float x = real(320 + col * kHalf);
             const float y = real(216 + sum * kQuarter - nearest(heave * 14.0F) * 4);
             const auto tone = static_cast<size_t>(level);
-            const std::array<Point, 4> left{
-                {{x - kHalf, y}, {x, y + kQuarter}, {x, y + 120.0F}, {x - kHalf, y + 104.0F}}};
-            const std::array<Point, 4> right{
-                {{x + kHalf, y}, {x, y + kQuarter}, {x, y + 120.0F}, {x + kHalf, y + 104.0F}}};
-            const std::array<Point, 4> top{
-                {{x - kHalf, y}, {x, y - kQuarter}, {x + kHalf, y}, {x, y + kQuarter}}};
-            canvas.polygon(left, kLefts[tone]);
-            canvas.polygon(right, kRights[tone]);
-            canvas.polygon(top, kTops[tone]);
+            for (const float side : {-1.0F, 1.0F}) {
+                const float out = x + side * kHalf;
+                canvas.polygon({{out, y}, {x, y + kQuarter}, {x, y + 120.0F}, {out, y + 104.0F}},
+                               (side < 0.0F ? kLefts : kRights)[tone]);
+            }
+            canvas.polygon({{x - kHalf, y}, {x, y - kQuarter}, {x + kHalf, y}, {x, y + kQuarter}},
+                           kTops[tone]);
         }
     }
 }

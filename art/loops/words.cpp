@@ -6,12 +6,12 @@
 
 #include "art/loops/canvas.h"
 #include "art/loops/families.h"
+#include "art/loops/lettering.h"
 #include "art/loops/motion.h"
-#include "art/loops/type.h"
 
 namespace demo {
 
-void drawMarquee(int frame, int frames, Canvas& canvas) {
+void drawMarquee(Canvas& canvas, const Moment& t) {
     struct Row {
         std::string_view text;
         int speed;  // pixels a frame, to the left
@@ -29,9 +29,9 @@ void drawMarquee(int frame, int frames, Canvas& canvas) {
         const Row& row = kRows[static_cast<size_t>(i)];
         canvas.rect(0, i * kRow, kWidth, kRow, row.paper);
         // The text with a blank behind it fills one round of its motion.
-        const int round = std::abs(row.speed) * frames;
+        const int round = std::abs(row.speed) * t.frames;
         const float unit = real(round) / (wordWidth(row.text) + 4.0F + 2.0F * kLetterGap);
-        const int shift = wrapped(row.speed * (frame % frames), round);
+        const int shift = wrapped(row.speed * (t.frame), round);
         for (int x = -shift; x < kWidth; x += round) {
             const Placement place{{real(x), real(i * kRow + 8)}, {unit, 0.0F}, {0.0F, 5.6F}};
             drawWord(canvas, row.text, place, row.ink);
@@ -39,14 +39,13 @@ void drawMarquee(int frame, int frames, Canvas& canvas) {
     }
 }
 
-void drawWords(int frame, int frames, Canvas& canvas) {
+void drawWords(Canvas& canvas, const Moment& t) {
     static constexpr std::array<std::string_view, 6> kWords{"LOOP", "MIX",  "CUT",
                                                             "LIVE", "PLAY", "LOUD"};
-    const int length = frames / static_cast<int>(kWords.size());  // frames of a word
-    const int beat = frame % frames / length % static_cast<int>(kWords.size());
-    const int step = frame % frames % length;
+    const int length = t.frames / static_cast<int>(kWords.size());  // t.frames of a word
+    const int beat = t.frame / length % static_cast<int>(kWords.size());
+    const int step = t.frame % length;
     const std::string_view word = kWords[static_cast<size_t>(beat)];
-    canvas.clear(kClear);
     // In: down to size in five frames, its colours coming together; out: flat within three.
     const float in = std::clamp(1.0F - real(step) / 5.0F, 0.0F, 1.0F);
     const float out = std::clamp(real(step - (length - 4)) / 4.0F, 0.0F, 1.0F);
@@ -65,14 +64,12 @@ void drawWords(int frame, int frames, Canvas& canvas) {
     }
 }
 
-void drawVelmora(int frame, int frames, Canvas& canvas) {
+void drawVelmora(Canvas& canvas, const Moment& t) {
     constexpr std::string_view kName = "VELMORA";
     constexpr int kEchoes = 6;
     constexpr float kUnit = 8.0F;  // pixels: the stems stand on the tile grid
     constexpr float kTall = 20.0F;
     static constexpr auto kTones = ramp<kEchoes>({kNavy, kSea, kViolet, kPink});
-    canvas.clear(kClear);
-    const float t = timeOf(frame, frames);
     for (int echo = 0; echo <= kEchoes; ++echo) {
         Colour tone = echo == kEchoes ? kWhite : kTones[static_cast<size_t>(echo)];
         tone.alpha = static_cast<uint8_t>(echo == kEchoes ? 255 : 68 + 34 * echo);

@@ -35,7 +35,7 @@ public:
     void draw(const demo::Loop& loop, int frame, uint8_t before = 0) {
         std::memset(pixels(), before, kBytes);
         demo::Canvas canvas(pixels());
-        loop.render(frame, loop.frames, canvas);
+        demo::draw(loop, frame, canvas);
     }
 
     bool fenceWhole() const {

@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <string>
+#include <vector>
 
 #include "art/loops/canvas.h"
+#include "art/loops/lettering.h"
 #include "art/loops/motion.h"
-#include "art/loops/type.h"
 #include "clip_tool/demo_sheet.h"
 
 namespace {
@@ -120,7 +120,7 @@ TEST(DemoCanvas, ShapesBeyondThePicture_AreClipped) {
     canvas.clear(demo::kBlack);
     canvas.rect(-50, -50, 60, 60, demo::kWhite);
     canvas.rect(630, 350, 60, 60, demo::kWhite);
-    canvas.disc(640.0F, 0.0F, 20.0F, demo::kPink);
+    canvas.disc({640.0F, 0.0F}, 20.0F, demo::kPink);
     canvas.line({-5000.0F, 100.0F}, {5000.0F, 100.0F}, 4.0F, demo::kBlue);
     canvas.column(700, -10.0F, 900.0F, demo::kBlue);
     canvas.column(20, -10.0F, 900.0F, demo::kOrange);
@@ -140,7 +140,7 @@ TEST(DemoCanvas, ShapesBeyondThePicture_AreClipped) {
 TEST(DemoCanvas, HalfCoveredPixel_IsMixedOrHalfTransparent) {
     Sheet sheet;
     demo::Canvas canvas(sheet.pixels());
-    const std::array<demo::Point, 4> square{{{8.5F, 8}, {16, 8}, {16, 16}, {8.5F, 16}}};
+    const std::vector<demo::Point> square{{8.5F, 8}, {16, 8}, {16, 16}, {8.5F, 16}};
     canvas.clear(demo::kBlack);
     canvas.polygon(square, demo::kWhite);
     // Two of four columns of samples are covered: 255 * 2 / 4 = 127 over black.
@@ -157,7 +157,7 @@ TEST(DemoCanvas, Ring_LeavesItsMiddleOpen) {
     Sheet sheet;
     demo::Canvas canvas(sheet.pixels());
     canvas.clear(demo::kBlack);
-    canvas.ring(100.0F, 100.0F, 40.0F, 20.0F, demo::kPink);
+    canvas.ring({100.0F, 100.0F}, 40.0F, 20.0F, demo::kPink);
     EXPECT_EQ(pixelOf(sheet, 100, 100), demo::kBlack);
     EXPECT_EQ(pixelOf(sheet, 130, 100), demo::kPink);
     EXPECT_EQ(pixelOf(sheet, 100, 70), demo::kPink);
@@ -169,14 +169,14 @@ TEST(DemoCanvas, Mirrors_CopyTheFirstHalf) {
     demo::Canvas canvas(sheet.pixels());
     canvas.clear(demo::kBlack);
     canvas.set(3, 5, demo::kPink);
-    canvas.mirrorLeftRight();
+    canvas.repeat(demo::Half::LEFT);
     EXPECT_EQ(pixelOf(sheet, 636, 5), demo::kPink);
-    canvas.mirrorTopBottom();
+    canvas.repeat(demo::Half::TOP);
     EXPECT_EQ(pixelOf(sheet, 3, 354), demo::kPink);
     EXPECT_EQ(pixelOf(sheet, 636, 354), demo::kPink);
     canvas.clear(demo::kBlack);
     canvas.set(3, 5, demo::kBlue);
-    canvas.turnTopHalf();
+    canvas.repeat(demo::Half::TOP_TURNED);
     EXPECT_EQ(pixelOf(sheet, 636, 354), demo::kBlue);
     EXPECT_EQ(pixelOf(sheet, 3, 354), demo::kBlack);
 }

@@ -41,7 +41,7 @@ std::vector<uint8_t> encodeLoop(const demo::Loop& loop) {
     demo::Canvas canvas(rgba.data());
     for (int i = 0; i < loop.frames; ++i) {
         stopIfInterrupted();
-        loop.render(i, loop.frames, canvas);
+        demo::draw(loop, i, canvas);
         encoder.add(rgba.data());
     }
     return encoder.finish();
