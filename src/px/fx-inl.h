@@ -7,13 +7,14 @@
 #define VELMORA_FX_INL_H
 #endif
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "common/limits.h"
 #include "px/division.h"
 #include "px/fx.h"
 #include "px/fx_numbers.h"
-#include "px/fx_pairs.h"
 #include "px/operations.h"
 #include "px/pixel_ops-inl.h"
 
@@ -21,20 +22,108 @@
 HWY_BEFORE_NAMESPACE();
 namespace px::HWY_NAMESPACE {
 
-#if VELMORA_PAIRS_TARGET
-
-void addPixelEffects(Operations& table) {
-    px::pairs::addEffects(table);
-}
-
-#else
-
 template <typename Operation>
 HWY_INLINE void mapFrame(uint16_t* frame, Operation operation) {
+#if VELMORA_PAIRS_TARGET
+#pragma GCC unroll 8
+#endif
     for (int i = 0; i < kFramePixels; i += lanes()) {
         store(operation(load(frame + i)), frame + i);
     }
 }
+
+void invertFrame(uint16_t* frame, const Setting&) {
+    mapFrame(frame, [](Vector p) HWY_ATTR { return hn::Not(p); });
+}
+
+#if VELMORA_PAIRS_TARGET
+
+// What the vectors below do would take more instructions on pairs.
+HWY_INLINE Vector weightOf(const hn::Fields& fields, Vector p) {
+    return {fields.green(p).bits + ((fields.red(p).bits + fields.blue(p).bits) << 1)};
+}
+
+HWY_INLINE Vector intensityOf(const hn::Fields& fields, Vector p) {
+    return hn::Add(hn::Add(fields.red(p), fields.halfGreen(p)), fields.blue(p));
+}
+
+// What depends on a small number alone takes fewer instructions to look up than to choose.
+template <size_t count>
+Vector lookUp(const std::array<uint16_t, count>& table, Vector at) {
+    return {table[at.bits & 0xFFFF] | uint32_t{table[at.bits >> 16]} << 16};
+}
+
+constexpr auto gameBoyShades() {
+    std::array<uint16_t, kMostWeight + 1> shades{};
+    for (int weight = 0; weight <= kMostWeight; ++weight) {
+        shades[static_cast<size_t>(weight)] = gameBoyShade(weight);
+    }
+    return shades;
+}
+
+// The changes of a run of pixels; its length is even and a multiple of the table's entries, so it
+// follows itself.
+struct SnowRun {
+    int length;
+    uint16_t changes[kSnowRun];
+};
+
+void spreadSnow(const uint8_t* table, int entries, SnowRun& run) {
+    run.length = 2 * entries * std::max(kSnowRun / 4 / entries, 1);
+    int entry = 0;
+    for (int i = 0; i < run.length; ++i) {
+        entry = entry + 1 < entries ? entry + 1 : 0;
+        run.changes[i] = static_cast<uint16_t>(table[entry] - kSnowCentre);
+    }
+}
+
+// The halves saturate as signed numbers to fields.
+HWY_INLINE Vector snowed(const hn::Fields& fields, Vector p, Vector change) {
+    const uint32_t red = __usat16(__sadd16(fields.red(p).bits, change.bits), 5);
+    const uint32_t once = __sadd16(fields.green(p).bits, change.bits);
+    const uint32_t green = __usat16(__sadd16(once, change.bits), 6);
+    const uint32_t blue = __usat16(__sadd16(fields.blue(p).bits, change.bits), 5);
+    return {blue | green << 5 | red << 11};
+}
+
+void burnFrame(uint16_t* frame, const Setting& setting) {
+    const hn::Fields fields;
+    const Vector light = {hn::held(hn::both(burnColour(setting.direction)))};
+    const Vector threshold = {hn::held(hn::both(kBurnThreshold))};
+    mapFrame(frame, [=](Vector p) {
+        return hn::IfAtLeast(weightOf(fields, p), threshold, light, Vector{0});
+    });
+}
+
+void gameBoyFrame(uint16_t* frame, const Setting&) {
+    static constexpr auto kShades = gameBoyShades();
+    const hn::Fields fields;
+    mapFrame(frame, [=](Vector p) { return lookUp(kShades, weightOf(fields, p)); });
+}
+
+void hueFrame(uint16_t* frame, const Setting& setting) {
+    const int direction = setting.direction;
+    static constexpr std::array kTints = {tints(0), tints(1), tints(2), tints(3)};
+    const auto& tint = kTints[direction >= 0 && direction < 3 ? static_cast<size_t>(direction) : 3];
+    const hn::Fields fields;
+    mapFrame(frame, [=, &tint](Vector p) { return lookUp(tint, intensityOf(fields, p)); });
+}
+
+void snowFrame(uint16_t* frame, const Setting& setting) {
+    SnowRun run;
+    spreadSnow(setting.noise, snowEntries(setting.direction), run);
+    const hn::Fields fields;
+    for (int start = 0; start < kFramePixels; start += run.length) {
+        uint16_t* const out = frame + start;
+        const int length = std::min(run.length, kFramePixels - start);
+#pragma GCC unroll 8
+        for (int i = 0; i < length; i += 2) {
+            store(snowed(fields, load(out + i), load(run.changes + i)), out + i);
+        }
+    }
+}
+
+#else
 
 HWY_INLINE Vector weightOf(Vector p) {
     const Vector red = hn::And(hn::ShiftRight<10>(p), all(31 << 1));
@@ -50,10 +139,6 @@ HWY_INLINE Vector intensityOf(Vector p) {
 // Compares without a sign, which the narrow targets have no instruction for.
 HWY_INLINE hn::Mask<Pixels> atLeast(Vector value, int limit) {
     return hn::Eq(hn::SaturatedSub(all(limit), value), hn::Zero(kPixels));
-}
-
-void invertFrame(uint16_t* frame, const Setting&) {
-    mapFrame(frame, [](Vector p) HWY_ATTR { return hn::Not(p); });
 }
 
 void burnFrame(uint16_t* frame, const Setting& setting) {
@@ -152,14 +237,6 @@ void snowFrame(uint16_t* frame, const Setting& setting) {
     }
 }
 
-void addPixelEffects(Operations& table) {
-    table.effects[FILTER_INVERT] = invertFrame;
-    table.effects[FILTER_BURNED] = burnFrame;
-    table.effects[FILTER_SNOW] = snowFrame;
-    table.effects[FILTER_GAME_BOY] = gameBoyFrame;
-    table.effects[FILTER_HUE] = hueFrame;
-}
-
 #endif
 
 void zoomFrame(uint16_t* frame, const Setting& setting) {
@@ -203,7 +280,11 @@ void mirrorFrame(uint16_t* frame, const Setting& setting) {
 }
 
 void addEffects(Operations& table) {
-    addPixelEffects(table);
+    table.effects[FILTER_INVERT] = invertFrame;
+    table.effects[FILTER_BURNED] = burnFrame;
+    table.effects[FILTER_SNOW] = snowFrame;
+    table.effects[FILTER_GAME_BOY] = gameBoyFrame;
+    table.effects[FILTER_HUE] = hueFrame;
     table.effects[FILTER_ZOOM] = zoomFrame;
     table.effects[FILTER_MIRROR] = mirrorFrame;
 }

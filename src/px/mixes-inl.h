@@ -11,7 +11,6 @@
 
 #include "common/limits.h"
 #include "px/division.h"
-#include "px/kernels_pairs.h"
 #include "px/operations.h"
 #include "px/pixel_ops-inl.h"
 
