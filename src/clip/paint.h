@@ -18,6 +18,16 @@ struct Walk {
     bool columns;      // a line is a column, else a row
     bool lineReverse;  // pixels run right to left, or bottom to top
     bool lastFirst;    // the bottom row, or the right column, comes first
+
+    bool operator==(const Walk&) const = default;
+
+    // The pixel, counted row by row, that a step comes to.
+    constexpr int pixelAt(int step) const {
+        constexpr int kLast = kTileSize - 1;
+        const int line = lastFirst ? kLast - step / kTileSize : step / kTileSize;
+        const int place = lineReverse ? kLast - step % kTileSize : step % kTileSize;
+        return columns ? place * kTileSize + line : line * kTileSize + place;
+    }
 };
 
 // Codes 1 to 6 with column order 0 and 1: code 1 is the record as coded, 2 to 4 its mirror images,

@@ -1,7 +1,6 @@
 #include "clip/plain_tile.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 #include "clip/paint.h"
@@ -12,42 +11,15 @@ namespace clip {
 
 namespace {
 
-using Path = std::array<uint16_t, kTilePixels>;  // offsets from the tile's top-left pixel
-
-constexpr Path makePath(Walk walk) {
-    Path path{};
-    for (int i = 0; i < kTilePixels; ++i) {
-        int line = i / kTileSize;
-        int step = i % kTileSize;
-        if (walk.lastFirst) {
-            line = kTileSize - 1 - line;
-        }
-        if (walk.lineReverse) {
-            step = kTileSize - 1 - step;
-        }
-        const int row = walk.columns ? step : line;
-        const int column = walk.columns ? line : step;
-        path[static_cast<size_t>(i)] = static_cast<uint16_t>(row * kFrameWidth + column);
-    }
-    return path;
+uint16_t& pixelOf(uint16_t* out, int pixel) {
+    return out[pixel / kTileSize * kFrameWidth + pixel % kTileSize];
 }
-
-constexpr std::array<Path, 2 * kWalkCodes> makePaths() {
-    std::array<Path, 2 * kWalkCodes> paths{};
-    for (size_t code = 0; code < kWalkCodes; ++code) {
-        paths[2 * code] = makePath(kWalks[code][0]);
-        paths[2 * code + 1] = makePath(kWalks[code][1]);
-    }
-    return paths;
-}
-
-constexpr std::array<Path, 2 * kWalkCodes> kPaths = makePaths();
 
 // The colour of each of the tile's pixels, row by row.
 template <typename ColourAt>
 void paintPixels(uint16_t* out, ColourAt colourAt) {
     for (int pixel = 0; pixel < kTilePixels; ++pixel) {
-        out[pixel / kTileSize * kFrameWidth + pixel % kTileSize] = colourAt(pixel);
+        pixelOf(out, pixel) = colourAt(pixel);
     }
 }
 
@@ -89,14 +61,13 @@ size_t decodeAlpha(const uint8_t* record, uint8_t* levels) {
 }
 
 void paintRuns(uint16_t* out, const TileRuns& runs, int code, int columnOrder) {
-    const Path& path = kPaths[2 * static_cast<size_t>(code - CODE_FIRST_RECORD) +
-                              static_cast<size_t>(columnOrder)];
+    const Walk& walk = kWalks[code - CODE_FIRST_RECORD][columnOrder];
     int painted = 0;
     for (int i = 0; painted < kTilePixels; ++i) {
         const int end = std::min(painted + runs.lengths[i] + 1, kTilePixels);
         const uint16_t colour = runs.colours[i];
         for (; painted < end; ++painted) {
-            out[path[static_cast<size_t>(painted)]] = colour;
+            pixelOf(out, walk.pixelAt(painted)) = colour;
         }
     }
 }

@@ -192,15 +192,10 @@ struct PaletteBytes {
 inline constexpr auto kPixelOrders = [] {
     std::array<ByteTable, 2 * kWalkCodes> orders{};
     for (size_t i = 0; i < orders.size(); ++i) {
-        const Walk walk = kWalks[i / 2][i % 2];
-        orders[i] = tableOf([walk](unsigned pixel) {
-            const unsigned row = pixel / kTileSize;
-            const unsigned column = pixel % kTileSize;
-            const unsigned line = walk.columns ? column : row;
-            const unsigned step = walk.columns ? row : column;
-            return (walk.lastFirst ? kTileSize - 1 - line : line) * kTileSize +
-                   (walk.lineReverse ? kTileSize - 1 - step : step);
-        });
+        for (int step = 0; step < kTilePixels; ++step) {
+            const int pixel = kWalks[i / 2][i % 2].pixelAt(step);
+            orders[i][static_cast<size_t>(pixel)] = static_cast<uint8_t>(step);
+        }
     }
     return orders;
 }();

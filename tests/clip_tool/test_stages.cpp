@@ -156,10 +156,10 @@ TEST(Palette, FewColours_LeaveTheRestZero) {
 }
 
 TEST(Walks, EachWalk_VisitsEveryPixelOnce) {
-    for (int walk = 0; walk < maker::kWalks; ++walk) {
+    for (size_t walk = 0; walk < maker::kWalks; ++walk) {
         std::set<int> pixels;
-        for (int step = 0; step < 64; ++step) {
-            pixels.insert(maker::walkPixel(walk, step));
+        for (size_t step = 0; step < 64; ++step) {
+            pixels.insert(maker::kWalkPixels[walk][step]);
         }
         EXPECT_EQ(pixels.size(), 64u);
         EXPECT_EQ(*pixels.rbegin(), 63);
@@ -170,9 +170,9 @@ TEST(Walks, FirstTwoPixels_TellCornerAndDirection) {
     // Pixel number = 8 x row + column. Rows from each corner, then columns from each corner.
     const int first[8] = {0, 7, 56, 63, 0, 7, 56, 63};
     const int second[8] = {1, 6, 57, 62, 8, 15, 48, 55};
-    for (int walk = 0; walk < maker::kWalks; ++walk) {
-        EXPECT_EQ(maker::walkPixel(walk, 0), first[walk]);
-        EXPECT_EQ(maker::walkPixel(walk, 1), second[walk]);
+    for (size_t walk = 0; walk < maker::kWalks; ++walk) {
+        EXPECT_EQ(maker::kWalkPixels[walk][0], first[walk]);
+        EXPECT_EQ(maker::kWalkPixels[walk][1], second[walk]);
     }
 }
 
@@ -182,9 +182,9 @@ TEST(Walks, Composed_LeadsToTheMember) {
         sequence[i] = static_cast<uint16_t>(i * 7);
     }
     const maker::Sequence upright = maker::paintAlong(sequence, 0);
-    for (int g = 0; g < maker::kWalks; ++g) {
-        for (int w = 0; w < maker::kWalks; ++w) {
-            const int v = maker::kComposed[static_cast<size_t>(g)][static_cast<size_t>(w)];
+    for (size_t g = 0; g < maker::kWalks; ++g) {
+        for (size_t w = 0; w < maker::kWalks; ++w) {
+            const size_t v = maker::kComposed[g][w];
             EXPECT_EQ(maker::paintAlong(maker::readAlong(upright, w), v),
                       maker::paintAlong(sequence, g));
         }
@@ -240,7 +240,7 @@ TEST(Dictionary, Shapes_JoinTheEightImages) {
     ASSERT_EQ(shapes.size(), 1u);
     for (size_t walk = 0; walk < 8; ++walk) {
         ASSERT_NE(shapes[0].members[walk], maker::kNoPicture);
-        EXPECT_EQ(maker::paintAlong(shapes[0].sequence, static_cast<int>(walk)),
+        EXPECT_EQ(maker::paintAlong(shapes[0].sequence, walk),
                   tiles[shapes[0].members[walk]].colours);
     }
 }

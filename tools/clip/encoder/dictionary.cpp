@@ -3,30 +3,31 @@
 #include <algorithm>
 #include <cstring>
 #include <type_traits>
+#include <unordered_map>
 
 namespace maker {
 
 namespace {
 
-constexpr size_t kFirstSlots = 1 << 12;
-constexpr uint32_t kFreeSlot = 0xFFFFFFFF;
 constexpr uint64_t kHashFactor = 0x9E3779B97F4A7C15;  // odd, its bits evenly mixed
 
 static_assert(std::has_unique_object_representations_v<Tile> && sizeof(Tile) % 8 == 0);
 
-bool allEqual(const auto& values, auto expected) {
-    return std::all_of(values.begin(), values.end(),
-                       [expected](auto value) { return value == expected; });
+// Of each distinct tile, from 0 in the order of first arrival.
+using TileNumbers = std::unordered_map<Tile, uint32_t, uint64_t (*)(const Tile&)>;
+
+uint32_t numberOf(const Tile& tile, TileNumbers& numbers) {
+    return numbers.try_emplace(tile, static_cast<uint32_t>(numbers.size())).first->second;
 }
 
-Placement classify(const Tile& tile, TilePool& pool) {
-    if (allEqual(tile.alpha, 0) && allEqual(tile.colours, 0)) {
+Placement classify(const Tile& tile, TileNumbers& pictures) {
+    if (allAre(tile.alpha, 0) && allAre(tile.colours, 0)) {
         return {Fill::EMPTY, 0};
     }
-    if (allEqual(tile.colours, tile.colours[0]) && allEqual(tile.alpha, clip::kAlphaOpaque)) {
+    if (allAre(tile.colours, tile.colours[0]) && allAre(tile.alpha, clip::kAlphaOpaque)) {
         return {Fill::FLAT, tile.colours[0]};
     }
-    return {Fill::PICTURE, pool.intern(tile)};
+    return {Fill::PICTURE, numberOf(tile, pictures)};
 }
 
 // Whether reading the picture along walk a gives less than along walk b.
@@ -64,60 +65,28 @@ uint64_t hashTile(const Tile& tile) {
     return hash;
 }
 
-TilePool::TilePool() : slots_(kFirstSlots, kFreeSlot) {}
-
-uint32_t TilePool::intern(const Tile& tile) {
-    const uint64_t hash = hashTile(tile);
-    const size_t mask = slots_.size() - 1;
-    size_t slot = hash & mask;
-    while (slots_[slot] != kFreeSlot) {
-        const uint32_t number = slots_[slot];
-        if (hashes_[number] == hash && tiles_[number] == tile) {
-            return number;
-        }
-        slot = (slot + 1) & mask;
-    }
-    const uint32_t number = static_cast<uint32_t>(tiles_.size());
-    slots_[slot] = number;
-    tiles_.push_back(tile);
-    hashes_.push_back(hash);
-    if (tiles_.size() * 2 > slots_.size()) {
-        grow();
-    }
-    return number;
-}
-
-void TilePool::grow() {
-    slots_.assign(slots_.size() * 2, kFreeSlot);
-    const size_t mask = slots_.size() - 1;
-    for (size_t number = 0; number < tiles_.size(); ++number) {
-        size_t slot = hashes_[number] & mask;
-        while (slots_[slot] != kFreeSlot) {
-            slot = (slot + 1) & mask;
-        }
-        slots_[slot] = static_cast<uint32_t>(number);
-    }
-}
-
 BlockTiles collectTiles(std::span<const Tile> tiles) {
-    TilePool pool;
+    TileNumbers numbers(0, hashTile);
     BlockTiles block;
     block.placements.reserve(tiles.size());
     for (const Tile& tile : tiles) {
-        block.placements.push_back(classify(tile, pool));
+        const size_t known = numbers.size();
+        block.placements.push_back(classify(tile, numbers));
+        if (numbers.size() > known) {
+            block.pictures.push_back(tile);
+        }
     }
-    block.pictures = pool.tiles();
     return block;
 }
 
 std::vector<Shape> groupShapes(const std::vector<Tile>& pictures) {
-    TilePool pool;
+    TileNumbers numbers(0, hashTile);
     std::vector<Shape> shapes;
     for (size_t picture = 0; picture < pictures.size(); ++picture) {
         const Tile& tile = pictures[picture];
         const size_t walk = leastWalk(tile.colours);
-        const Tile key{readAlong(tile.colours, static_cast<int>(walk)), tile.alpha};
-        const uint32_t number = pool.intern(key);
+        const Tile key{readAlong(tile.colours, walk), tile.alpha};
+        const uint32_t number = numberOf(key, numbers);
         if (number == shapes.size()) {
             shapes.push_back({key.colours, key.alpha, {}});
             shapes.back().members.fill(kNoPicture);

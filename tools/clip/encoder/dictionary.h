@@ -15,22 +15,6 @@
 
 namespace maker {
 
-// Keeps each distinct tile once, in the order of first arrival.
-class TilePool {
-public:
-    TilePool();
-
-    uint32_t intern(const Tile& tile);  // its number, from 0
-    const std::vector<Tile>& tiles() const { return tiles_; }
-
-private:
-    void grow();
-
-    std::vector<Tile> tiles_;
-    std::vector<uint64_t> hashes_;  // of each tile
-    std::vector<uint32_t> slots_;   // hash table of tile numbers; a power of two long
-};
-
 uint64_t hashTile(const Tile& tile);
 
 enum class Fill : uint8_t { FLAT, EMPTY, PICTURE };

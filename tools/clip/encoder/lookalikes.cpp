@@ -61,16 +61,6 @@ size_t shelfOf(const CornerLevels& levels, size_t walk, uint32_t alpha) {
 }
 static_assert(kShelves == size_t{1} << (32 - 18));
 
-ColourPlanes readAlong(const ColourPlanes& colours, size_t walk) {
-    ColourPlanes turned;
-    for (size_t c = 0; c < kChannels; ++c) {
-        for (size_t step = 0; step < clip::kTilePixels; ++step) {
-            turned[c][step] = colours[c][kWalkPixels[walk][step]];
-        }
-    }
-    return turned;
-}
-
 }  // namespace
 
 Lookalikes::Lookalikes() : shelves_(kShelves) {}
@@ -101,7 +91,7 @@ Lookalikes::Match Lookalikes::nearest(const SourceTile& wanted) const {
     }
     if (best != nullptr) {
         match.found = true;
-        match.tile = {paintAlong(best->tile.colours, static_cast<int>(bestWalk)), best->tile.alpha};
+        match.tile = {paintAlong(best->tile.colours, bestWalk), best->tile.alpha};
     }
     return match;
 }

@@ -8,13 +8,11 @@ namespace maker {
 namespace {
 
 constexpr size_t kMaxRecords = 65535;
-constexpr size_t kFirstSlots = 1 << 16;
 constexpr int kTries = 2000;  // numbers looked at for one record
 
 using UseRange = std::span<const TileUse>;
 
 uint32_t keyOf(const TileUse& use, size_t number) {
-    // Codes 1 to 6 of records keep the key above 0.
     return static_cast<uint32_t>(use.position) << 19 | static_cast<uint32_t>(use.code) << 16 |
            static_cast<uint32_t>(number);
 }
@@ -106,42 +104,13 @@ size_t fillersFor(size_t records) {
 
 }  // namespace
 
-NumberHistory::NumberHistory() : slots_(kFirstSlots) {}
-
-// The slot of a key, or the free one where it would go.
-size_t NumberHistory::slotOf(uint32_t key) const {
-    constexpr uint32_t kFactor = 0x9E3779B1;  // odd, its bits evenly mixed
-    const size_t mask = slots_.size() - 1;
-    size_t slot = (key * kFactor >> 7) & mask;
-    while (slots_[slot].key != 0 && slots_[slot].key != key) {
-        slot = (slot + 1) & mask;
-    }
-    return slot;
-}
-
 bool NumberHistory::clashes(const TileUse& use, size_t number) const {
-    const Slot& slot = slots_[slotOf(keyOf(use, number))];
-    return slot.key != 0 && slot.look != use.look;
+    const auto known = looks_.find(keyOf(use, number));
+    return known != looks_.end() && known->second != use.look;
 }
 
 void NumberHistory::add(const TileUse& use, size_t number) {
-    const uint32_t key = keyOf(use, number);
-    Slot& slot = slots_[slotOf(key)];
-    used_ += slot.key == 0 ? 1 : 0;
-    slot = {key, use.look};
-    if (used_ * 2 > slots_.size()) {
-        grow();
-    }
-}
-
-void NumberHistory::grow() {
-    const std::vector<Slot> old = std::move(slots_);
-    slots_.assign(old.size() * 2, {});
-    for (const Slot& slot : old) {
-        if (slot.key != 0) {
-            slots_[slotOf(slot.key)] = slot;
-        }
-    }
+    looks_[keyOf(use, number)] = use.look;
 }
 
 Numbering numberRecords(std::span<const uint8_t> types, std::span<const TileUse> uses,

@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "clip/format.h"
@@ -29,24 +30,13 @@ struct TileUse {
 // Which look each number has at each position and code.
 class NumberHistory {
 public:
-    NumberHistory();
-
     // Whether a number that an earlier block uses here would show something else.
     bool clashes(const TileUse& use, size_t number) const;
 
     void add(const TileUse& use, size_t number);
 
 private:
-    struct Slot {
-        uint32_t key;  // position, code and number; 0 for a free slot
-        uint64_t look;
-    };
-
-    size_t slotOf(uint32_t key) const;
-    void grow();
-
-    std::vector<Slot> slots_;  // a power of two long
-    size_t used_ = 0;
+    std::unordered_map<uint32_t, uint64_t> looks_;  // by position, code and number
 };
 
 inline constexpr uint32_t kFiller = 0xFFFFFFFF;

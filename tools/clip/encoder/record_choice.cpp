@@ -22,11 +22,6 @@ struct Reading {
     RunForm form{};
 };
 
-bool opaque(const AlphaTile& alpha) {
-    return std::all_of(alpha.begin(), alpha.end(),
-                       [](uint8_t level) { return level == clip::kAlphaOpaque; });
-}
-
 MemberMask memberMask(const Shape& shape) {
     MemberMask mask = 0;
     for (size_t g = 0; g < kWalks; ++g) {
@@ -79,7 +74,7 @@ void Chooser::findReadings(const Shape& shape, int plain) {
     const Sequence picture = paintAlong(shape.sequence, 0);
     for (size_t walk = 0; walk < kWalks; ++walk) {
         Reading& reading = readings_[walk];
-        reading.count = findRuns(readAlong(picture, static_cast<int>(walk)), reading.runs.data());
+        reading.count = findRuns(readAlong(picture, walk), reading.runs.data());
         reading.form = reading.count * 3 / 2 < plain
                            ? smallestRunForm(reading.runs.data(), reading.count, palette_)
                            : RunForm{clip::TYPE_SHORT_RUNS, plain};
@@ -103,7 +98,8 @@ Choice Chooser::bestRuns(MemberMask wanted) const {
 }
 
 void Chooser::begin(const Shape& shape, int colourType) {
-    const int type = opaque(shape.alpha) ? colourType : colourType + clip::kColourTypes;
+    const int type =
+        allAre(shape.alpha, clip::kAlphaOpaque) ? colourType : colourType + clip::kColourTypes;
     set_.records.push_back(
         {static_cast<uint8_t>(type), static_cast<uint32_t>(set_.bytes.size()), 0});
 }
@@ -142,7 +138,7 @@ void Chooser::addRuns(const Shape& shape, const Choice& choice) {
 
 void Chooser::add(const Shape& shape) {
     const int type = plainType(shape.sequence, palette_);
-    const int alpha = opaque(shape.alpha) ? 0 : alphaBytes(shape.alpha);
+    const int alpha = allAre(shape.alpha, clip::kAlphaOpaque) ? 0 : alphaBytes(shape.alpha);
     MemberMask wanted = memberMask(shape);
     const int plain = std::popcount(wanted) * (plainBytes(type) + alpha);
     findReadings(shape, plain);

@@ -150,11 +150,6 @@ void appendTwoColours(const Run* runs, int count, const PaletteIndex& palette,
     appendColour(out, runs[count - 1].colour, second, palette);
 }
 
-bool uniform(const AlphaTile& alpha) {
-    return std::all_of(alpha.begin(), alpha.end(),
-                       [&alpha](uint8_t level) { return level == alpha[0]; });
-}
-
 // Calls `take(length, level)` for each alpha run of at most 16 pixels.
 template <typename Take>
 void forAlphaRuns(const AlphaTile& alpha, Take take) {
@@ -241,14 +236,14 @@ void appendPlain(int type, const Sequence& picture, const PaletteIndex& palette,
 
 int alphaBytes(const AlphaTile& alpha) {
     int bytes = 1;
-    if (!uniform(alpha)) {
+    if (!allAre(alpha, alpha[0])) {
         forAlphaRuns(alpha, [&bytes](int, int) { ++bytes; });
     }
     return bytes;
 }
 
 void appendAlpha(const AlphaTile& alpha, std::vector<uint8_t>& out) {
-    if (uniform(alpha)) {
+    if (allAre(alpha, alpha[0])) {
         out.push_back(static_cast<uint8_t>(clip::kAlphaFlatBit | alpha[0]));
         return;
     }

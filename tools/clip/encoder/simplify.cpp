@@ -11,6 +11,7 @@
 #include "tools/clip/encoder/quantise.h"
 #include "tools/clip/encoder/record_forms.h"
 #include "tools/clip/encoder/run_fit.h"
+#include "tools/clip/encoder/walks.h"
 
 namespace maker {
 
@@ -18,10 +19,6 @@ namespace {
 
 constexpr double kSmallestRecordBytes = 3;
 constexpr double kRunBytes = 1.5;  // palette runs: a control byte for two, and an index each
-
-bool allAre(const AlphaTile& alpha, uint8_t level) {
-    return std::all_of(alpha.begin(), alpha.end(), [level](uint8_t a) { return a == level; });
-}
 
 // Blocky steps show in smooth tiles and hide in busy ones: how much more the error of a tile counts
 // than that of a busy one, from the squared distance to its mean colour.
@@ -156,18 +153,10 @@ uint16_t Painter::runColour(const FittedRun& run) {
 }
 
 void Painter::offerRuns(bool columns) {
-    constexpr int kDown = 4;  // the walk down the columns from the left
-    const auto& order = kWalkPixels[columns ? kDown : 0];
-    ColourPlanes planes = wanted_->colours;
-    if (columns) {
-        for (size_t c = 0; c < kChannels; ++c) {
-            for (size_t i = 0; i < clip::kTilePixels; ++i) {
-                planes[c][i] = wanted_->colours[c][order[i]];
-            }
-        }
-    }
+    constexpr size_t kDown = 4;  // the walk down the columns from the left
+    const size_t walk = columns ? kDown : 0;
     RunFit fit;
-    fitRuns(planes, static_cast<float>(price(kRunBytes) / weight_), fit);
+    fitRuns(readAlong(wanted_->colours, walk), static_cast<float>(price(kRunBytes) / weight_), fit);
     Sequence sequence{};
     for (int r = 0; r < fit.count; ++r) {
         const FittedRun& run = fit.runs[static_cast<size_t>(r)];
@@ -176,7 +165,7 @@ void Painter::offerRuns(bool columns) {
     std::array<Run, clip::kTilePixels> runs;
     const int count = findRuns(sequence, runs.data());
     const int bytes = smallestRunForm(runs.data(), count, index_).bytes;
-    offerRecord({paintAlong(sequence, columns ? kDown : 0), wanted_->alpha}, bytes);
+    offerRecord({paintAlong(sequence, walk), wanted_->alpha}, bytes);
 }
 
 void Painter::offerPixels(bool exact) {
