@@ -6,7 +6,7 @@
 
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
-#include "tools/clip/encoder/maps.h"
+#include "tools/clip/encoder/block_sections.h"
 #include "tools/clip/encoder/numbering.h"
 #include "tools/clip/encoder/record_choice.h"
 #include "tools/clip/encoder/record_forms.h"

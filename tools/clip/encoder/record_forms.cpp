@@ -3,21 +3,26 @@
 #include <algorithm>
 #include <cassert>
 
+#include "tools/clip/encoder/writer.h"
+
 namespace maker {
 
 namespace {
 
 constexpr int kFourRuns = 4;
 constexpr int kFourRunsLongest = 32;  // of its first three runs; the last takes what is left
-constexpr int kShortLongest = 8;
-constexpr int kPaletteRunLongest = 16;
 constexpr int kAlphaRunLongest = 16;
 constexpr int kTooLong = 1 << 20;  // bytes of a form that cannot hold the tile
 
-void append16(std::vector<uint8_t>& out, int value) {
-    out.push_back(static_cast<uint8_t>(value & 0xFF));
-    out.push_back(static_cast<uint8_t>(value >> 8));
-}
+// The types of groups of two runs: where the control byte has the lengths, and its bits for colours
+// in the palette. Runs of type 6 are all there.
+struct GroupForm {
+    int longest;
+    int firstShift, secondShift;
+    int firstIndexed, secondIndexed;
+};
+constexpr GroupForm kShortRuns = {8, 5, 2, 2, 1};
+constexpr GroupForm kPaletteRuns = {16, 4, 0, 0, 0};
 
 void appendColour(std::vector<uint8_t>& out, uint16_t colour, bool indexed,
                   const PaletteIndex& palette) {
@@ -63,25 +68,17 @@ int cutRuns(const Run* runs, int count, int longest, Run* pieces) {
     return used;
 }
 
-int shortRunsBytes(const Run* runs, int count, const PaletteIndex& palette) {
+// Palette runs of at most 16 pixels make at least four pieces of a tile, so the two groups that are
+// always complete are always there.
+int groupsBytes(const GroupForm& form, const Run* runs, int count, const PaletteIndex& palette) {
     int pieces = 0;
     int colours = 0;
     for (int i = 0; i < count; ++i) {
-        const int parts = (runs[i].length + kShortLongest - 1) / kShortLongest;
+        const int parts = (runs[i].length + form.longest - 1) / form.longest;
         pieces += parts;
         colours += parts * (palette.has(runs[i].colour) ? 1 : 2);
     }
     return (pieces + 1) / 2 + colours;
-}
-
-// Only for runs in the palette. Runs of at most 16 pixels make at least four pieces of a tile, so
-// the two groups that are always complete are always there.
-int paletteRunsBytes(const Run* runs, int count) {
-    int pieces = 0;
-    for (int i = 0; i < count; ++i) {
-        pieces += (runs[i].length + kPaletteRunLongest - 1) / kPaletteRunLongest;
-    }
-    return (pieces + 1) / 2 + pieces;
 }
 
 int twoColoursBytes(const Run* runs, int count, const PaletteIndex& palette) {
@@ -105,35 +102,21 @@ void appendFourRuns(const Run* runs, int count, const PaletteIndex& palette,
     }
 }
 
-void appendShortRuns(const Run* runs, int count, const PaletteIndex& palette,
-                     std::vector<uint8_t>& out) {
+void appendGroups(const GroupForm& form, const Run* runs, int count, const PaletteIndex& palette,
+                  std::vector<uint8_t>& out) {
     Run pieces[clip::kTilePixels];
-    const int used = cutRuns(runs, count, kShortLongest, pieces);
+    const int used = cutRuns(runs, count, form.longest, pieces);
     for (int i = 0; i < used; i += 2) {
         const bool pair = i + 1 < used;
         const bool first = palette.has(pieces[i].colour);
         const bool second = pair && palette.has(pieces[i + 1].colour);
-        out.push_back(static_cast<uint8_t>((pieces[i].length - 1) << 5 |
-                                           (pair ? pieces[i + 1].length - 1 : 0) << 2 |
-                                           (first ? 2 : 0) | (second ? 1 : 0)));
+        out.push_back(static_cast<uint8_t>(
+            (pieces[i].length - 1) << form.firstShift |
+            (pair ? pieces[i + 1].length - 1 : 0) << form.secondShift |
+            (first ? form.firstIndexed : 0) | (second ? form.secondIndexed : 0)));
         appendColour(out, pieces[i].colour, first, palette);
         if (pair) {
             appendColour(out, pieces[i + 1].colour, second, palette);
-        }
-    }
-}
-
-void appendPaletteRuns(const Run* runs, int count, const PaletteIndex& palette,
-                       std::vector<uint8_t>& out) {
-    Run pieces[clip::kTilePixels];
-    const int used = cutRuns(runs, count, kPaletteRunLongest, pieces);
-    for (int i = 0; i < used; i += 2) {
-        const bool pair = i + 1 < used;
-        out.push_back(static_cast<uint8_t>((pieces[i].length - 1) << 4 |
-                                           (pair ? pieces[i + 1].length - 1 : 0)));
-        out.push_back(palette.of(pieces[i].colour));
-        if (pair) {
-            out.push_back(palette.of(pieces[i + 1].colour));
         }
     }
 }
@@ -195,9 +178,9 @@ RunForm smallestRunForm(const Run* runs, int count, const PaletteIndex& palette)
         offer(clip::TYPE_FOUR_RUNS, 2 + used * (indexed ? 1 : 2));
     }
     if (indexed) {
-        offer(clip::TYPE_PALETTE_RUNS, paletteRunsBytes(runs, count));
+        offer(clip::TYPE_PALETTE_RUNS, groupsBytes(kPaletteRuns, runs, count, palette));
     }
-    offer(clip::TYPE_SHORT_RUNS, shortRunsBytes(runs, count, palette));
+    offer(clip::TYPE_SHORT_RUNS, groupsBytes(kShortRuns, runs, count, palette));
     return best;
 }
 
@@ -207,9 +190,9 @@ void appendRuns(int type, const Run* runs, int count, const PaletteIndex& palett
         case clip::TYPE_FOUR_RUNS:
             return appendFourRuns(runs, count, palette, out);
         case clip::TYPE_SHORT_RUNS:
-            return appendShortRuns(runs, count, palette, out);
+            return appendGroups(kShortRuns, runs, count, palette, out);
         case clip::TYPE_PALETTE_RUNS:
-            return appendPaletteRuns(runs, count, palette, out);
+            return appendGroups(kPaletteRuns, runs, count, palette, out);
         default:
             assert(type == clip::TYPE_TWO_COLOURS);
             return appendTwoColours(runs, count, palette, out);

@@ -8,11 +8,6 @@ namespace {
 
 constexpr size_t kRoomUnit = 4;  // bytes
 
-void append16(std::vector<uint8_t>& out, unsigned value) {
-    out.push_back(static_cast<uint8_t>(value & 0xFF));
-    out.push_back(static_cast<uint8_t>((value >> 8) & 0xFF));
-}
-
 void append32(std::vector<uint8_t>& out, unsigned value) {
     append16(out, value & 0xFFFF);
     append16(out, value >> 16);
@@ -24,6 +19,11 @@ unsigned roomFor(size_t bytes) {
 }
 
 }  // namespace
+
+void append16(std::vector<uint8_t>& out, unsigned value) {
+    out.push_back(static_cast<uint8_t>(value & 0xFF));
+    out.push_back(static_cast<uint8_t>((value >> 8) & 0xFF));
+}
 
 void appendFileHeader(std::vector<uint8_t>& out, const clip::FileHeader& header) {
     out.push_back(header.version);

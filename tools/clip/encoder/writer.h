@@ -19,6 +19,8 @@ struct BlockSections {
     std::vector<uint8_t> records;  // sorted by type
 };
 
+void append16(std::vector<uint8_t>& out, unsigned value);  // its lower 16 bits
+
 void appendFileHeader(std::vector<uint8_t>& out, const clip::FileHeader& header);
 
 // The room announced for the map entries and records is what they take, rounded up to words.
