@@ -1,11 +1,12 @@
 #pragma once
-// The global objects and buffers, all declared here, all defined in globals.cpp and all created by
-// main(). Only .cpp files of velmora_app include this. Each line ends with who writes it once the
-// program runs.
+// The global objects and buffers, all defined here and all created by main(). Only .cpp files of
+// velmora_app include this. Each line ends with who writes it once the program runs.
 
 #include <SDL.h>
 
 #include <cstdint>
+
+#include "layout/colours.h"
 
 class c_all;
 class c_filters;
@@ -22,49 +23,50 @@ class c_ttf;
 class Editor;
 
 // The run of the program.
-extern int isExit;          // 1 runs, 0 ends after this frame: input, home menu
-extern bool g_bMainLoop;    // main
-extern int tempsActuel;     // ms since SDL started, this call: mainLoop
-extern int tempsPrecedent;  // ms, start of the last frame run: mainLoop
-extern int fps;             // frame rate of the last frame: mainLoop
-extern int x2;              // main; never read
-extern int debugCount;      // main; never read
-extern short maxDeck;       // main; never read
-extern int _debugInt;       // counts controller button presses: input
+inline int isExit = 1;           // 1 runs, 0 ends after this frame: input, home menu
+inline bool g_bMainLoop = true;  // main
+inline int tempsActuel = 0;      // ms since SDL started, this call: mainLoop
+inline int tempsPrecedent = 0;   // ms, start of the last frame run: mainLoop
+inline int fps = 0;              // frame rate of the last frame: mainLoop
+inline int x2 = 1;               // main; never read
+inline int debugCount = 0;       // main; never read
+inline short maxDeck = 0;        // main; never read
+inline int _debugInt = 0;        // counts controller button presses: input
 
 // Surfaces, input devices.
-extern SDL_Surface* screen[2];   // [0] work surface, [1] video surface: main, display
-extern SDL_Surface* _textureUI;  // interface atlas, null when its file is missing: main
-extern SDL_Joystick* joy;        // joystick 0, null when there is none: main
-extern int _nbJoySticks;         // joysticks at start-up: main
-extern SDL_Event g_Event;        // input
+inline SDL_Surface* screen[2] = {};        // [0] work surface, [1] video surface: main, display
+inline SDL_Surface* _textureUI = nullptr;  // interface atlas, null when its file is missing: main
+inline SDL_Joystick* joy = nullptr;        // joystick 0, null when there is none: main
+inline int _nbJoySticks = 0;               // joysticks at start-up: main
+inline SDL_Event g_Event;                  // input
 
 // Colours of layout/colours.h, 0x00RRGGBB, which nobody writes.
-extern uint32_t _colorW;  // white
-extern uint32_t _colorN;  // black
-extern uint32_t _colorR;  // pink-red
-extern uint32_t _colorB;  // blue
-extern uint32_t _colorO;  // orange
+inline uint32_t _colorW = colours::kWhite;   // white
+inline uint32_t _colorN = colours::kBlack;   // black
+inline uint32_t _colorR = colours::kPink;    // pink-red
+inline uint32_t _colorB = colours::kBlue;    // blue
+inline uint32_t _colorO = colours::kOrange;  // orange
 
 // Pixel buffers: frames of 640 x 360 RGB565, row-major, 640 pixels a row. Slot 0 is the bottom
 // layer, slot 1 the top layer.
-extern uint16_t* moxelTiles16;      // two slots, the layers as drawn: clips
-extern uint8_t* moxelAlpha16;       // room for a frame of 16-bit values; the first 230,400 bytes
-                                    // hold the top layer's alpha, a byte a pixel, 0-15: clips
-extern uint16_t* finalTilesTracks;  // two slots, the mixer's working copy: mixer, preview
-extern uint16_t* finalTilesMix;     // one frame; nothing reads or writes it
+inline uint16_t* moxelTiles16 = nullptr;  // two slots, the layers as drawn: clips
+// Room for a frame of 16-bit values; the first 230,400 bytes hold the top layer's alpha, a byte a
+// pixel, 0-15: clips
+inline uint8_t* moxelAlpha16 = nullptr;
+inline uint16_t* finalTilesTracks = nullptr;  // two slots, the mixer's working copy: mixer, preview
+inline uint16_t* finalTilesMix = nullptr;     // one frame; nothing reads or writes it
 
 // One object for each module; `moxel` is an array of 50.
-extern c_all* all;
-extern c_moxel* moxel;
-extern c_keys* keys;
-extern c_playlist* playlist;
-extern Editor* editor;
-extern c_filters* _filters;
-extern c_ttf* ttf;
-extern c_lib* _lib;
-extern c_options* _options;
-extern c_mix* mix;
-extern c_overMenu* overMenu;
-extern c_intro* _intro;
-extern c_home* _home;
+inline c_all* all = nullptr;
+inline c_moxel* moxel = nullptr;
+inline c_keys* keys = nullptr;
+inline c_playlist* playlist = nullptr;
+inline Editor* editor = nullptr;
+inline c_filters* _filters = nullptr;
+inline c_ttf* ttf = nullptr;
+inline c_lib* _lib = nullptr;
+inline c_options* _options = nullptr;
+inline c_mix* mix = nullptr;
+inline c_overMenu* overMenu = nullptr;
+inline c_intro* _intro = nullptr;
+inline c_home* _home = nullptr;
