@@ -50,7 +50,7 @@ def filters():
 
 def sampled():
     """The keys that the program looks at."""
-    keys = re.findall(r"\{KEY_\w+, +SDLK_(\w+)\}", source("src/input/keys_sample.cpp"))
+    keys = re.findall(r"\{KEY_\w+, +SDLK_(\w+)\}", source("src/input/keys.cpp"))
     return {NAMED.get(key, key.upper()) for key in keys}
 
 
@@ -82,7 +82,7 @@ def screens():
             result[-1][1].extend(rows_of(line))
     told = {key for _, rows in result for row in rows for key in named_keys(row.keys)} - TYPED
     if told != sampled():
-        sys.exit(f"docs/keys.txt and src/input/keys_sample.cpp differ in {sorted(told ^ sampled())}")
+        sys.exit(f"docs/keys.txt and src/input/keys.cpp differ in {sorted(told ^ sampled())}")
     return result
 
 

@@ -33,6 +33,7 @@ inline constexpr const char* kNoPlaylistsFile = "can't find playlists XML file";
 inline constexpr const char* kNoPrefsFile = "can't find prefs file";
 inline constexpr const char* kNoControllerFile = "can't find controller xml file";
 inline constexpr const char* kNoDirectory = "Couldn't open the directory";
+inline constexpr const char* kDropFormat = "%d\n%d\n";  // where a clip was let go
 inline constexpr const char* kSaveFailedFormat = "Could not save %s/%s\n";  // folder, file
 
 inline constexpr const char* kNoMemory = "Not enough memory";

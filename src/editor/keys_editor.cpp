@@ -1,6 +1,11 @@
-// What the keys do on the playlist screen, and the order of its handler's parts.
+// What the keys do on the playlist screen, and the order of its handler's parts. On the name page
+// the keyboard's letters write, so that none of them switches anything there; the lit key of the
+// screen is typed by Space and by the pad.
 #include "editor/keys_editor.h"
 
+#include <SDL.h>
+
+#include <cctype>
 #include <tuple>
 
 #include "common/slots.h"
@@ -26,12 +31,8 @@ constexpr Arrow kArrows[] = {
     {KEY_RIGHT, PAD_RIGHT, 1, 0},
 };
 
-bool confirms(const c_keys& input) {
-    return input.pressed(KEY_X) || input.pressed(PAD_CONFIRM);
-}
-
 bool wentDown(const c_keys& input, const Arrow& arrow) {
-    return input.pressed(arrow.key) || input.pressed(arrow.pad);
+    return input.pressed(arrow.key, arrow.pad);
 }
 
 bool arrowDue(const c_keys& input, Editor& editor, const Arrow& arrow) {
@@ -97,6 +98,26 @@ void moveSelection(Editor& editor, const Arrow& arrow, bool fresh) {
     scrollIntoView(editor.model.scroll[list], editor.selectedRow(list));
 }
 
+// Moves the lit row, key or button.
+void moveByArrows(const c_keys& input, Editor& editor) {
+    for (const Arrow& arrow : kArrows) {
+        if (arrowDue(input, editor, arrow)) {
+            moveSelection(editor, arrow, wentDown(input, arrow));
+            return;
+        }
+    }
+}
+
+// Escape went down, not held since another page.
+bool escapes(const c_keys& input, const Editor& editor) {
+    for (int i = 0; i < input.typedCount && editor.muted == 0; ++i) {
+        if (input.typed[i].symbol == SDLK_ESCAPE) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // What is picked up goes with the arrows; nothing else can be done with it.
 void carryByKeys(const c_keys& input, Editor& editor) {
     for (const Arrow& arrow : kArrows) {
@@ -105,9 +126,9 @@ void carryByKeys(const c_keys& input, Editor& editor) {
             return;
         }
     }
-    if (confirms(input)) {
+    if (input.confirms()) {
         editor.setDown();
-    } else if (goesBack(input)) {
+    } else if (input.goesBack()) {
         editor.putBack();
     }
 }
@@ -119,16 +140,16 @@ void answerByKey(const c_keys& input, Editor& editor) {
             editor.chosenYes = arrow.dx < 0 ? 1 : 0;
         }
     }
-    if (confirms(input)) {
+    if (input.confirms()) {
         editor.answer(editor.chosenYes != 0);
-    } else if (goesBack(input) || escapes(input, editor)) {
+    } else if (input.goesBack() || escapes(input, editor)) {
         editor.question = ASK_NOTHING;
     }
 }
 
 void confirmByKey(const c_keys& input, Editor& editor) {
     const bool onButton = editor.focus != page::kNoButton;
-    if (!confirms(input) && !(onButton && input.pressed(KEY_RETURN))) {
+    if (!input.confirms() && !(onButton && input.pressed(KEY_RETURN))) {
         return;
     }
     editor.notice.clear();
@@ -159,13 +180,89 @@ void useKeys(const c_keys& input, Editor& editor) {
         return;
     }
     moveByArrows(input, editor);
-    if (goesBack(input)) {
+    if (input.goesBack()) {
         editor.notice.clear();
         editor.goBack();
         return;
     }
     editByKey(input, editor);
     confirmByKey(input, editor);
+}
+
+// The key of the screen that writes this character, small or capital; -1 none.
+int keyOf(int character) {
+    for (int key = 0; key < page::kKeyDel; ++key) {
+        if (std::tolower(character) == page::kKeyTexts[key][0]) {
+            return key;
+        }
+    }
+    return -1;
+}
+
+// Without a character of its layout a key stands for its symbol.
+int characterOf(const TypedKey& typed) {
+    const int character = typed.character != 0 ? typed.character : typed.symbol;
+    return character > 0 && character < 128 ? character : 0;
+}
+
+void useLit(Editor& editor) {
+    if (editor.focus != page::kNoButton) {
+        editor.useFocused();
+    } else if (editor.model.keyUnderPointer >= 0) {
+        editor.typeKey(editor.model.keyUnderPointer);
+    }
+}
+
+void type(Editor& editor, const TypedKey& typed) {
+    editor.notice.clear();
+    switch (typed.symbol) {
+        case SDLK_BACKSPACE:
+            editor.typeKey(page::kKeyDel);
+            return;
+        case SDLK_RETURN:
+        case SDLK_KP_ENTER:
+            // On a button that the arrows chose it means that button.
+            if (editor.focus != page::kNoButton) {
+                editor.useFocused();
+            } else {
+                editor.typeKey(page::kKeyOk);
+            }
+            // Held, it saves once.
+            editor.muted = 1;
+            return;
+        case SDLK_SPACE:
+            useLit(editor);
+            return;
+        case SDLK_ESCAPE:
+            editor.goBack();
+            editor.muted = 1;
+            return;
+        default:
+            break;
+    }
+    const int key = keyOf(characterOf(typed));
+    if (key >= 0) {
+        editor.typeKey(key);
+    }
+}
+
+// The keyboard writes the name; arrows and pad choose and use the keys on the screen. The page may
+// end with any of them: what follows in the same frame is not for the next one.
+void writeName(const c_keys& input, Editor& editor) {
+    for (int i = 0; i < input.typedCount && editor.takesLetters() && editor.muted == 0; ++i) {
+        type(editor, input.typed[i]);
+    }
+    if (!editor.takesLetters()) {
+        return;
+    }
+    moveByArrows(input, editor);
+    if (input.pressed(PAD_BACK)) {
+        editor.notice.clear();
+        editor.goBack();
+    } else if (input.pressed(PAD_CONFIRM)) {
+        editor.notice.clear();
+        useLit(editor);
+    }
 }
 
 // While the mouse holds something the keys keep still, but for "z", which lets it go.
@@ -177,7 +274,7 @@ void actOnPage(const c_keys& input, Editor& editor, bool keysWrote) {
             writeName(input, editor);
         }
     } else if (mouseBusy) {
-        if (goesBack(input)) {
+        if (input.goesBack()) {
             editor.letGo();
         }
     } else if (!keysWrote) {
@@ -192,19 +289,6 @@ auto viewOf(const Editor& editor) {
 
 }  // namespace
 
-bool goesBack(const c_keys& input) {
-    return input.pressed(KEY_Z) || input.pressed(PAD_BACK);
-}
-
-void moveByArrows(const c_keys& input, Editor& editor) {
-    for (const Arrow& arrow : kArrows) {
-        if (arrowDue(input, editor, arrow)) {
-            moveSelection(editor, arrow, wentDown(input, arrow));
-            return;
-        }
-    }
-}
-
 // Letters count as typed at once, but their slots go down a frame later: in the frame after the
 // last letter they must not switch anything either, and `writing` still holds back "f".
 void useEditor(c_keys& input, Editor& editor) {
@@ -218,7 +302,7 @@ void useEditor(c_keys& input, Editor& editor) {
     const bool byMouse = input.mouseClick != 0 || editor.press != PRESS_NOTHING;
     if (editor.model.previewActive == 0) {
         actOnPage(input, editor, keysWrote);
-    } else if (clickInPreview(input, editor) || confirms(input) || goesBack(input)) {
+    } else if (clickInPreview(input, editor) || input.confirms() || input.goesBack()) {
         // Any of these ends the preview and does nothing else.
         editor.endPreview();
         editor.letGo();

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "common/messages.h"
 #include "editor/editor.h"
 #include "editor/keys_editor.h"
 #include "input/keys.h"
@@ -145,7 +146,7 @@ void dropItem(Editor& editor, const c_keys& input) {
         return;
     }
     if (editor.onPage(page::TRACKS) && editor.model.dragSource == page::RIGHT) {
-        printf("%d\n%d\n", input.mouseX, input.mouseY);
+        printf(msg::kDropFormat, input.mouseX, input.mouseY);
     }
     editor.dropOnList(row + editor.model.scroll[page::LEFT].pos);
 }

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "common/limits.h"
+#include "common/geometry.h"
 #include "common/slots.h"
 
 // A key-down event, repeats included: its SDL key symbol, and the character that the keyboard's
@@ -18,12 +18,13 @@ inline constexpr int kTypedKeys = 32;  // kept of a frame's; nobody types more
 
 class c_keys {
 public:
-    void initKeys();        // also tells SDL which events to keep
-    void watchEvents();     // SDL keeps what the handlers can use; part of initKeys
+    void initKeys();        // SDL then keeps what the handlers can use of its events
     void initController();  // every controller function unassigned
     void updateGKeys();     // once a frame, before any handler
     // 1 when the mouse lies in [x, x + w] and [y, y + h], both ends included.
-    int isMouseXYIn(int x, int y, int w, int h);
+    int isMouseXYIn(int x, int y, int w, int h) const {
+        return insideInclusive(mouseX, mouseY, x, y, w, h) ? 1 : 0;
+    }
 
     void actions();  // the current screen's handler
     void actionsHome();
@@ -39,6 +40,10 @@ public:
     bool pressed(int slot) const { return gKeys[slot] == KEY_PRESSED; }
     bool held(int slot) const { return gKeys[slot] != KEY_UP_STATE; }
     bool heldOn(int slot) const { return gKeys[slot] == KEY_HELD; }
+    // By keyboard or by pad.
+    bool pressed(int key, int pad) const { return pressed(key) || pressed(pad); }
+    bool confirms() const { return pressed(KEY_X, PAD_CONFIRM); }
+    bool goesBack() const { return pressed(KEY_Z, PAD_BACK); }
 
     int32_t gKeys[kInputSlots];  // KeyState by InputSlot
     int32_t anyKeyCount;         // sum of the watched slots; 1: one of them alone just went down

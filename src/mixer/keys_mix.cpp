@@ -40,11 +40,11 @@ void changeDeck(const c_keys& input, c_mix& mixer, c_moxel* clips) {
         return;
     }
     MixLayer& layer = activeLayer(mixer);
-    if (input.pressed(KEY_LEFT) || input.pressed(PAD_LEFT)) {
+    if (input.pressed(KEY_LEFT, PAD_LEFT)) {
         const int deck = layer.deck == 0 ? mixer.nbDecks - 1 : layer.deck - 1;
         showDeck(layer, deck, clips[deck]);
     }
-    if (input.pressed(KEY_RIGHT) || input.pressed(PAD_RIGHT)) {
+    if (input.pressed(KEY_RIGHT, PAD_RIGHT)) {
         const int deck = layer.deck + 1 == mixer.nbDecks ? 0 : layer.deck + 1;
         showDeck(layer, deck, clips[deck]);
     }
@@ -63,11 +63,11 @@ void setPace(const c_keys& input, c_mix& mixer) {
     }
 }
 
+// Both at once reverse it twice.
 void reverseDirection(const c_keys& input, MixLayer& layer) {
-    if (input.pressed(KEY_Z) && !input.held(KEY_W)) {
-        layer.direction = 1 - layer.direction;
-    }
-    if (input.pressed(PAD_CONFIRM) && !input.held(PAD_BLOCK_REVERSE)) {
+    const bool byKey = input.pressed(KEY_Z) && !input.held(KEY_W);
+    const bool byPad = input.pressed(PAD_CONFIRM) && !input.held(PAD_BLOCK_REVERSE);
+    if (byKey != byPad) {
         layer.direction = 1 - layer.direction;
     }
 }
@@ -88,11 +88,10 @@ void moveFade(const c_keys& input, c_mix& mixer) {
     }
 }
 
+// Likewise.
 void togglePanel(const c_keys& input, c_mix& mixer) {
-    if (input.pressed(KEY_TAB) && input.anyKeyCount == 1) {
-        mixer.showUI = mixer.showUI == 0 ? 1 : 0;
-    }
-    if (input.pressed(PAD_SHOW_UI)) {
+    const bool byKey = input.pressed(KEY_TAB) && input.anyKeyCount == 1;
+    if (byKey != input.pressed(PAD_SHOW_UI)) {
         mixer.showUI = mixer.showUI == 0 ? 1 : 0;
     }
 }
@@ -129,18 +128,15 @@ void changeFilter(const c_keys& input, FilterSlot& slot) {
     }
 }
 
+// Of several pressed at once the last one counts.
 void chooseLayer(const c_keys& input, c_mix& mixer) {
-    if (input.pressed(KEY_UP)) {
-        mixer.activeLayer = 1;
-    }
-    if (input.pressed(KEY_DOWN)) {
-        mixer.activeLayer = 0;
-    }
-    if (input.pressed(PAD_UP)) {
-        mixer.activeLayer = 1;
-    }
-    if (input.pressed(PAD_DOWN)) {
-        mixer.activeLayer = 0;
+    constexpr struct {
+        int slot, layer;
+    } kChoices[] = {{KEY_UP, 1}, {KEY_DOWN, 0}, {PAD_UP, 1}, {PAD_DOWN, 0}};
+    for (const auto& choice : kChoices) {
+        if (input.pressed(choice.slot)) {
+            mixer.activeLayer = choice.layer;
+        }
     }
 }
 

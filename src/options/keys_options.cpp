@@ -13,16 +13,12 @@ namespace {
 
 constexpr int kButtonsScanned = 50;
 
-bool mouseIn(c_keys& input, const layout::Area& area) {
+bool mouseIn(const c_keys& input, const layout::Area& area) {
     return input.isMouseXYIn(area.x, area.y, area.w, area.h) != 0;
 }
 
-bool clickedIn(c_keys& input, const layout::Area& area) {
+bool clickedIn(const c_keys& input, const layout::Area& area) {
     return input.mouseClick != 0 && mouseIn(input, area);
-}
-
-bool leaves(c_keys& input) {
-    return input.pressed(KEY_Z) || input.pressed(PAD_BACK) || clickedIn(input, layout::kBackArea);
 }
 
 // Who goes on after a save that failed has its next way out saved again.
@@ -32,14 +28,14 @@ void forgetNotice(const c_keys& input, c_options& options) {
     }
 }
 
-void openControllerPage(c_keys& input, c_options& options) {
+void openControllerPage(const c_keys& input, c_options& options) {
     if (clickedIn(input, layout::kConfigureToo) || clickedIn(input, layout::kConfigure)) {
         options.page = 1;
     }
 }
 
 // The video mode follows when the screen is left. A composite output has one size.
-void chooseResolution(c_keys& input, c_all& sizes) {
+void chooseResolution(const c_keys& input, c_all& sizes) {
     if (sizes.composite != 0) {
         return;
     }
@@ -50,13 +46,13 @@ void chooseResolution(c_keys& input, c_all& sizes) {
     }
 }
 
-void flipFlag(c_keys& input, Point box, int32_t& flag) {
+void flipFlag(const c_keys& input, Point box, int32_t& flag) {
     if (clickedIn(input, layout::checkBoxArea(box))) {
         flag = flag == 0 ? 1 : 0;
     }
 }
 
-void takeFilter(c_keys& input, c_options& options) {
+void takeFilter(const c_keys& input, c_options& options) {
     if (clickedIn(input, layout::kPaletteArea)) {
         options.dragging = 1;
         options.draggedFilter = (input.mouseX - layout::kPaletteArea.x) / layout::kChipStep;
@@ -70,7 +66,7 @@ void bind(c_filters& filters, int slot, int id) {
 }
 
 // Every place that holds the mouse takes the filter: two drop squares share a corner.
-void dropFilter(c_keys& input, c_options& options, c_filters& filters) {
+void dropFilter(const c_keys& input, c_options& options, c_filters& filters) {
     if (options.dragging == 0 || input.mouseClick != 0 || input.mouseHeld != 0) {
         return;
     }
@@ -117,14 +113,8 @@ void waitForButton(c_keys& input, c_options& options, SDL_Joystick* joystick) {
     assignPressedButton(joystick, input, options);
 }
 
-// Deliberate: the controller's own back does not leave its page, where a press shows which square
-// a button belongs to. [quirk_pads_back_stays_on_the_controller_page]
-bool leavesControllerPage(c_keys& input) {
-    return input.pressed(KEY_Z) || clickedIn(input, layout::kBackArea);
-}
-
 // Where two squares share a corner the later one is meant.
-void chooseSquare(c_keys& input, c_options& options) {
+void chooseSquare(const c_keys& input, c_options& options) {
     for (int entry = 0; entry < kPadEntries; ++entry) {
         const Point at = layout::kAnchors[entry];
         if (clickedIn(input, {at.x, at.y, layout::kAnchorSize, layout::kAnchorSize})) {
@@ -138,7 +128,7 @@ void chooseSquare(c_keys& input, c_options& options) {
 
 void c_keys::actionsOptionsScreen0() {
     c_options& options = *_options;
-    if (leaves(*this)) {
+    if (goesBack() || clickedIn(*this, layout::kBackArea)) {
         options.quitOptions();
         return;
     }
@@ -157,7 +147,9 @@ void c_keys::actionsOptionsScreen1() {
         waitForButton(*this, options, joy);
         return;
     }
-    if (leavesControllerPage(*this)) {
+    // Deliberate: the controller's own back does not leave its page, where a press shows which
+    // square a button belongs to. [quirk_pads_back_stays_on_the_controller_page]
+    if (pressed(KEY_Z) || clickedIn(*this, layout::kBackArea)) {
         options.quitControllerPage();
         return;
     }

@@ -33,14 +33,14 @@ constexpr Step kSteps[] = {
 
 void moveSelection(const c_keys& input, c_home& home) {
     for (const Step& step : kSteps) {
-        if (input.pressed(step.key) || input.pressed(step.pad)) {
+        if (input.pressed(step.key, step.pad)) {
             home.selected = step.next[home.selected];
         }
     }
 }
 
 void confirmSelection(const c_keys& input, c_home& home) {
-    if (!input.pressed(KEY_X) && !input.pressed(PAD_CONFIRM)) {
+    if (!input.confirms()) {
         return;
     }
     // Deliberate: opening the mix by key hides the pointer, opening it by click leaves it visible.
@@ -52,7 +52,7 @@ void confirmSelection(const c_keys& input, c_home& home) {
 }
 
 // A click opens an item without selecting it.
-void clickItems(c_keys& input, c_home& home) {
+void clickItems(const c_keys& input, c_home& home) {
     if (input.mouseClick == 0) {
         return;
     }

@@ -12,7 +12,7 @@ namespace {
 
 void loadSelection(const c_keys& input, int selected, c_playlist& playlists, c_mix& mixer,
                    c_all& program) {
-    if (!input.pressed(KEY_X) && !input.pressed(PAD_CONFIRM)) {
+    if (!input.confirms()) {
         return;
     }
     playlists.currentFamille = selected;
@@ -22,24 +22,18 @@ void loadSelection(const c_keys& input, int selected, c_playlist& playlists, c_m
     program.subState = SUB_PERFORMING;
 }
 
-void closeMenu(const c_keys& input, c_all& program) {
-    if (input.pressed(KEY_RETURN)) {
-        program.subState = SUB_PERFORMING;
-    }
-}
-
 void moveSelection(const c_keys& input, c_overMenu& menu, int playlists) {
-    if ((input.pressed(KEY_DOWN) || input.pressed(PAD_DOWN)) && menu.selected < playlists - 1) {
+    if (input.pressed(KEY_DOWN, PAD_DOWN) && menu.selected < playlists - 1) {
         ++menu.selected;
     }
-    if ((input.pressed(KEY_UP) || input.pressed(PAD_UP)) && menu.selected > 0) {
+    if (input.pressed(KEY_UP, PAD_UP) && menu.selected > 0) {
         --menu.selected;
     }
 }
 
 // The sub-state stays: the mix screen is entered again with the list open.
 void goHome(const c_keys& input, c_playlist& playlists, c_all& program) {
-    if (input.pressed(KEY_Z) || input.pressed(PAD_BACK)) {
+    if (input.goesBack()) {
         program.state = STATE_HOME;
         playlists.clearMix();
         SDL_ShowCursor(1);
@@ -50,7 +44,9 @@ void goHome(const c_keys& input, c_playlist& playlists, c_all& program) {
 
 void c_keys::actionsOverMenu() {
     loadSelection(*this, overMenu->selected, *playlist, *mix, *all);
-    closeMenu(*this, *all);
+    if (pressed(KEY_RETURN)) {
+        all->subState = SUB_PERFORMING;
+    }
     moveSelection(*this, *overMenu, playlist->nbFamilles);
     goHome(*this, *playlist, *all);
 }
