@@ -1,5 +1,11 @@
 #include "core/filters.h"
 
+#include <cstdlib>
+
+#include "core/globals.h"
+#include "px/fx.h"
+#include "px/operations.h"
+
 void c_filters::initFilters() {
     for (FilterSlot(&layerSlots)[kFilterSlots] : slots) {
         for (FilterSlot& slot : layerSlots) {
@@ -7,10 +13,6 @@ void c_filters::initFilters() {
         }
     }
     selected = 0;
-}
-
-const char* c_filters::getFilterName(int id) {
-    return filterOf(id).name;
 }
 
 FilterSlot* c_filters::activeSlot(int layer, int id) {
@@ -40,5 +42,37 @@ void c_filters::setFilterCoef(int layer, int id, int value) {
     FilterSlot* slot = activeSlot(layer, id);
     if (slot != nullptr) {
         slot->coef = value;
+    }
+}
+
+void c_filters::run(FilterId id, int layer, int dir, int hold) {
+    uint16_t* const frame = finalTilesTracks + layer * kFramePixels;
+    uint8_t noise[px::kMostSnowEntries];
+    px::Setting setting = {dir, 0, noise};
+    if (id == FILTER_SNOW) {
+        // A fresh table at every call, entry 0 first.
+        for (int i = 0; i < px::snowEntries(dir); ++i) {
+            noise[i] = static_cast<uint8_t>(rand() % px::kSnowLevels);
+        }
+    }
+    if (id == FILTER_SCROLL) {
+        // Without a slot the frame moves by the first step and nothing is remembered.
+        setting.offset = px::nextScrollOffset(getFilterCoef(layer, id), dir, hold != 0);
+        setFilterCoef(layer, id, setting.offset);
+    }
+    if (const px::Effect effect = px::operations().effects[id]; effect != nullptr) {
+        effect(frame, setting);
+    }
+}
+
+// Deliberate: the order is fixed, whatever slots the filters sit in; each runs on the bottom layer,
+// then on the top one, in every mode. [quirk_filters_run_in_a_fixed_order_on_both_layers]
+void c_filters::applyAll(int hold) {
+    for (const Filter& filter : kFilters) {
+        for (int layer = 0; layer < kLayers; ++layer) {
+            if (isFilterFXOn(layer, filter.id) != 0) {
+                run(filter.id, layer, getFilterDir(layer, filter.id), hold);
+            }
+        }
     }
 }

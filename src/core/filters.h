@@ -19,7 +19,8 @@ class c_filters {
 public:
     void initFilters();  // every slot NONE, direction 0, off, coefficient 0
 
-    const char* getFilterName(int id);  // "NONE" for an id that there is not
+    // "NONE" for an id that there is not
+    const char* getFilterName(int id) { return filterOf(id).name; }
     int isFilterFXOn(int layer, int id);
     int getFilterDir(int layer, int id);               // 0 when no slot answers
     int getFilterCoef(int layer, int id);              // 0 when no slot answers
@@ -27,14 +28,18 @@ public:
 
     // The effects rewrite one layer (0 bottom, 1 top) of finalTilesTracks in place. Each by its own
     // name; applyAll goes by kFilters.
-    void fx_invert(int layer);
-    void fx_brulure(int layer, int dir);
-    void fx_snow(int layer, int dir);
-    void fx_zoom(int layer, int dir);
-    void fx_gameBoy(int layer, int dir);              // the direction changes nothing
-    void fx_mirror(int layer, int dir, int variant);  // there is variant 0 only
-    void fx_hue(int layer, int dir);
-    void fx_scroll(int layer, int dir, int hold);
+    void fx_invert(int layer) { run(FILTER_INVERT, layer, 0, 0); }
+    void fx_brulure(int layer, int dir) { run(FILTER_BURNED, layer, dir, 0); }
+    void fx_snow(int layer, int dir) { run(FILTER_SNOW, layer, dir, 0); }
+    void fx_zoom(int layer, int dir) { run(FILTER_ZOOM, layer, dir, 0); }
+    // The direction changes nothing.
+    void fx_gameBoy(int layer, int dir) { run(FILTER_GAME_BOY, layer, dir, 0); }
+    // There is variant 0 only.
+    void fx_mirror(int layer, int dir, int variant) {
+        run(variant == 0 ? FILTER_MIRROR : FILTER_NONE, layer, dir, 0);
+    }
+    void fx_hue(int layer, int dir) { run(FILTER_HUE, layer, dir, 0); }
+    void fx_scroll(int layer, int dir, int hold) { run(FILTER_SCROLL, layer, dir, hold); }
     void fx_glitchMap(unsigned short*, int) {}  // does nothing: GLITCH is carried out by the clips
 
     // Every filter that is on, in the mixer's order. `hold`: scrolling stands still.

@@ -3,12 +3,12 @@
 #include <cstring>
 
 #include "common/geometry.h"
-#include "common/rgb565.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/filters.h"
 #include "core/globals.h"
 #include "moxel/moxel.h"
+#include "px/operations.h"
 
 namespace {
 
@@ -70,8 +70,8 @@ void c_mix::finRender(int position, int length) {
 
     _filters->applyAll(hold);
 
-    VideoOutput output;
-    mixLayers(mode, output.view());
+    const VideoOutput output;
+    mixLayers(mode, videoView());
 
     // Deliberate: outside mode 0 the picture is on the surface already, so fade and flash show in
     // mode 0 alone; the next frame's copy overwrites what they changed.
@@ -88,8 +88,33 @@ void c_mix::finRender(int position, int length) {
     }
     // Guard: the playlists' scan may have read the header of a file without frames into the slot.
     if (topBar != 0 && length > 0) {
-        const px::OutputView view = output.view();
+        const px::OutputView view = videoView();
         const int64_t bar = int64_t{position} * all->appW / length;
         px::fillRowStart(view, kTopBarRow, static_cast<int>(bar), kWhite);
     }
+}
+
+void c_mix::mixLayers(int which, const px::OutputView& view) {
+    const bool hasAlpha = moxel[layer[1].deck].alpha != 0;
+    px::operations().mixPicture(
+        view, which,
+        {finalTilesTracks, finalTilesTracks + kFramePixels, hasAlpha ? moxelAlpha16 : nullptr});
+}
+
+void c_mix::mixOnto(MixMode which, uint16_t* out) {
+    px::OutputView view = videoView();
+    view.pixels = out != nullptr ? out : view.pixels;
+    mixLayers(which, view);
+}
+
+void c_mix::renderWhiteFlash(unsigned short* frame) {
+    px::operations().flash(frame, kFramePixels, flash);
+}
+
+void c_mix::renderFadeToBlack(unsigned short* frame) {
+    px::operations().fade(frame, kFramePixels, fade);
+}
+
+void c_mix::scale2x(unsigned short* frame) {
+    px::operations().placePicture(videoView(), frame);
 }

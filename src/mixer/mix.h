@@ -35,11 +35,12 @@ public:
     void drawUI();
 
     // Each mode by its own name; finRender goes by `mode`.
-    void mixBlend(unsigned short* out);
-    void mixAdd(unsigned short* out);
-    void mixMultiply(unsigned short* out);
-    void mixKey(unsigned short* out);  // in place in the bottom slot, then scaled
-    void mixHalfHalf();                // likewise
+    void mixBlend(unsigned short* out) { mixOnto(MODE_BLEND, out); }
+    void mixAdd(unsigned short* out) { mixOnto(MODE_ADD, out); }
+    void mixMultiply(unsigned short* out) { mixOnto(MODE_MULTIPLY, out); }
+    // In place in the bottom slot, then scaled.
+    void mixKey(unsigned short*) { mixOnto(MODE_KEY); }
+    void mixHalfHalf() { mixOnto(MODE_HALF_HALF); }
     void renderWhiteFlash(unsigned short* frame);
     void renderFadeToBlack(unsigned short* frame);
     void scale2x(unsigned short* frame);
@@ -65,5 +66,5 @@ public:
 private:
     // The picture that the mode makes of both layers, where it makes one.
     void mixLayers(int which, const px::OutputView& view);
-    void mixOnto(MixMode which, uint16_t* out);
+    void mixOnto(MixMode which, uint16_t* out = nullptr);  // null: the video surface's first pixel
 };
