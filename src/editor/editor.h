@@ -50,7 +50,7 @@ public:
     // Two presses on the same row, of a list that takes them; the button is free again then.
     bool isDoubleClick(int list, int row, bool takes);
 
-    // The buttons, by mouse and by keys (editor_buttons).
+    // The buttons, by mouse and by keys (editor).
     bool canUse(int button) const;     // page::Button
     bool takesDrop(int button) const;  // the button can be used with what is dragged
     void useButton(int button);
@@ -67,7 +67,7 @@ public:
     void putBack();            // where it was picked up
     bool tracksChanged() const;
 
-    // The name page (editor_name).
+    // The name page (editor_changes).
     bool takesLetters() const;  // no question stands on it
     void typeKey(int key);      // of the on-screen keyboard
 
@@ -120,8 +120,8 @@ private:
     void openNamePage(bool forOld);
     std::string oldName() const;
     void finishName();
-    void createNamed();
-    void renameNamed();
+    bool createNamed();
+    bool renameNamed();
     std::string previewPath() const;
     void drawPreview(SDL_Surface* surface);
 };

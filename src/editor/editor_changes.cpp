@@ -1,4 +1,4 @@
-// What the playlist screen changes in playlists: copies, moves, deletes, adds, and saves.
+// What the playlist screen changes in playlists: names, copies, moves, deletes, adds, and saves.
 #include <algorithm>
 #include <utility>
 
@@ -12,6 +12,8 @@ constexpr const char* kNotSaved =
     "the playlists could not be saved: nothing is lost yet, try again";
 constexpr const char* kNotSavedYet =
     "the playlists could not be saved: the change goes with the next save, or with the end";
+
+constexpr const char* kNameNotSaved = "the playlists could not be saved: try again, or go back";
 
 // The marks go with the playlists: a scan of every file would take too long on the way.
 void swapMarks(Famille& one, Famille& other) {
@@ -76,9 +78,6 @@ void Editor::deleteFamille() {
 
 // Behind the selected one, and selected itself. Turning records round takes no memory.
 void Editor::copySelected() {
-    if (model.nbFamilles >= kPlaylists) {
-        return;
-    }
     Famille& copy = model.familles[model.nbFamilles];
     copy = shown();
     copy.name = names::copyOf(copy.name, model);
@@ -208,4 +207,67 @@ void Editor::putBack() {
         carry(way < 0 ? -1 : 1);
     }
     carriedFrom = -1;
+}
+
+void Editor::openNamePage(bool forOld) {
+    renaming = forOld ? 1 : 0;
+    model.newName = oldName();
+    // Who comes by keys finds a key lit.
+    model.keyUnderPointer = focus != page::kNoButton ? 0 : -1;
+    focus = page::kNoButton;
+    model.editPage = page::NEW_PLAYLIST;
+}
+
+bool Editor::takesLetters() const {
+    return onPage(page::NEW_PLAYLIST) && question == ASK_NOTHING;
+}
+
+std::string Editor::oldName() const {
+    return renaming != 0 ? shown().name : "";
+}
+
+void Editor::typeKey(int key) {
+    if (key == page::kKeyOk) {
+        useButton(page::OK);
+    } else if (key == page::kKeyDel) {
+        // A letter of an old name may be several bytes of UTF-8.
+        if (!model.newName.empty()) {
+            model.newName = names::startOf(model.newName, model.newName.size() - 1);
+        }
+    } else if (model.newName.size() < page::kLongestName) {
+        model.newName += model.edit_char(key);
+    }
+}
+
+// Where it cannot be saved nothing is new, and the page keeps its name.
+void Editor::finishName() {
+    notice = model.newName != oldName() ? names::whyLost(model.newName) : "";
+    if (!notice.empty() || !canUse(renaming != 0 ? page::RENAME : page::CREATE)) {
+        return;
+    }
+    if (renaming != 0 ? renameNamed() : createNamed()) {
+        showBrowse();
+    } else {
+        notice = kNameNotSaved;
+    }
+}
+
+bool Editor::createNamed() {
+    if (!model.createNewFamille()) {
+        --model.nbFamilles;
+        return false;
+    }
+    model.editFamille = model.nbFamilles - 1;
+    return true;
+}
+
+bool Editor::renameNamed() {
+    std::string& name = shown().name;
+    std::string other = model.newName;
+    std::swap(name, other);
+    const bool saved = name == other || model.saveXML();
+    if (!saved) {
+        std::swap(name, other);
+    }
+    return saved;
 }

@@ -4,6 +4,7 @@
 #include "common/geometry.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "editor/keys_editor.h"
 #include "editor/page_painter.h"
 #include "input/keys.h"
 #include "moxel/moxel.h"
@@ -36,4 +37,30 @@ void Editor::draw(SDL_Surface* surface, SDL_Surface* atlas) {
     }
     const Point offset = pictureOffset(all->appW, all->appH);
     Painter(surface, offset).piece(paper.get(), 0, 0, kFrameWidth, kFrameHeight, 0, 0);
+}
+
+// The doors of c_playlist and c_keys to the screen.
+
+void c_playlist::draw(SDL_Surface* surface, SDL_Surface* atlas) {
+    editor->draw(surface, atlas);
+}
+
+void c_playlist::drawScroll(SDL_Surface* surface, int bar) {
+    PagePainter(*editor, surface).scrollBar(bar);
+}
+
+void c_playlist::drawDrag(SDL_Surface* surface, int x, int y) {
+    PagePainter(*editor, surface).drag(x, y);
+}
+
+void c_playlist::startPreview() {
+    editor->startPreview();
+}
+
+void c_playlist::readDir(const std::string& entry) {
+    editor->explorer.enter(*this, entry);
+}
+
+void c_keys::actionsEditPlaylists() {
+    useEditor(*this, *editor);
 }

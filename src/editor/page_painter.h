@@ -58,7 +58,7 @@ private:
     int clipFacts(const ClipFacts& facts, const Row& row);
     void explorerTitle();
 
-    // The name page (page_painter_name).
+    // The name page (page_painter).
     void namePage();
     void name();
     void keys();
