@@ -17,7 +17,7 @@
 #include "core/globals.h"
 #include "core/process.h"
 #include "draw/lib.h"
-#include "draw/picture.h"
+#include "draw/painter.h"
 #include "draw/ttf.h"
 #include "editor/editor.h"
 #include "input/keys.h"

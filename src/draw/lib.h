@@ -21,7 +21,7 @@ public:
                   int alphaPercent);
     // Translucent fill on the video surface.
     void CSS_rectNoBorder(int x, int y, int w, int h, int colour, int alphaPercent);
-    // Opaque fill on the video surface.
+    // Kept without a caller, as are the next one, C and minMax: opaque fill on the video surface.
     void CSS_rectNoBorderNoAlpha(int x, int y, int w, int h, int colour);
     // An orange button, 24 pixels high, with a black text, on the video surface.
     void CSS_button(int x, int y, int w, const char* text);

@@ -1,5 +1,7 @@
 #include "draw/painter.h"
 
+#include <SDL_image.h>
+
 #include <algorithm>
 
 #include "common/rgb565.h"
@@ -20,6 +22,29 @@ constexpr int kButtonTextY = 8;
 SDL_Rect rectOf(int x, int y, int w, int h) {
     return {static_cast<int16_t>(x), static_cast<int16_t>(y), static_cast<uint16_t>(std::max(w, 0)),
             static_cast<uint16_t>(std::max(h, 0))};
+}
+
+SDL_Surface* loadPicture(const char* path) {
+    SDL_RWops* file = SDL_RWFromFile(path, "rb");
+    if (file == nullptr) {
+        return nullptr;
+    }
+    SDL_Surface* picture = IMG_LoadPNG_RW(file);
+    SDL_RWclose(file);
+    return picture;
+}
+
+SDL_Surface* loadPictureFor(const SDL_Surface* shown, const char* path) {
+    SDL_Surface* const picture = loadPicture(path);
+    if (picture == nullptr || (picture->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA)) != 0) {
+        return picture;
+    }
+    SDL_Surface* const converted = SDL_ConvertSurface(picture, shown->format, SDL_SWSURFACE);
+    if (converted == nullptr) {
+        return picture;
+    }
+    SDL_FreeSurface(picture);
+    return converted;
 }
 
 void Painter::fill(int x, int y, int w, int h, uint32_t rgb) {

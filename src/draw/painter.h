@@ -16,6 +16,14 @@ inline constexpr int kLargeFont = 1;
 // No width and no height where they are negative.
 SDL_Rect rectOf(int x, int y, int w, int h);
 
+// The picture of a PNG file, or null when it cannot be read; drawing a null picture is the caller's
+// to skip. Never freed: pictures live as long as the program.
+SDL_Surface* loadPicture(const char* path);
+
+// The same in the format of `shown`, in which it is drawn in every frame with less work. A picture
+// that lets something through stays as it was, and so does one that there is no memory to convert.
+SDL_Surface* loadPictureFor(const SDL_Surface* shown, const char* path);
+
 class Painter {
 public:
     // Positions count from `origin`.

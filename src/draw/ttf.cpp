@@ -58,10 +58,6 @@ void c_ttf::drawTextH(SDL_Surface* s, const char* text, short x, short y, int co
     place(render(text, colour, font), s, x, y);
 }
 
-void c_ttf::texte(SDL_Surface* s, const char* text, short x, short y, int colour, int font) {
-    drawTextH(s, text, x, y, colour, font);
-}
-
 void c_ttf::drawIntH(SDL_Surface* s, int value, short x, short y, int colour, int font) {
     char digits[12];  // "-2147483648" and the end
     snprintf(digits, sizeof digits, "%d", value);

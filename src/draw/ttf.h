@@ -13,7 +13,9 @@ public:
 
     void drawTextH(SDL_Surface* s, const char* text, short x, short y, int colour, int font);
     // Kept without a caller: the same.
-    void texte(SDL_Surface* s, const char* text, short x, short y, int colour, int font);
+    void texte(SDL_Surface* s, const char* text, short x, short y, int colour, int font) {
+        drawTextH(s, text, x, y, colour, font);
+    }
     void drawIntH(SDL_Surface* s, int value, short x, short y, int colour, int font);
     // On a box of `background` that is one pixel wider than the text to the left and the right.
     void texteFilled(SDL_Surface* s, const char* text, short x, short y, int colour, int font,

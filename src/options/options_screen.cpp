@@ -4,7 +4,7 @@
 #include "core/display.h"
 #include "core/filters.h"
 #include "core/globals.h"
-#include "draw/picture.h"
+#include "draw/painter.h"
 #include "input/keys.h"
 #include "layout/options_layout.h"
 #include "options/options.h"

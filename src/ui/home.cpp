@@ -2,12 +2,10 @@
 
 #include <cstdio>
 
-#include "common/geometry.h"
 #include "core/all.h"
 #include "core/display.h"
 #include "core/globals.h"
 #include "draw/painter.h"
-#include "draw/picture.h"
 #include "playlists/playlist.h"
 
 namespace {
@@ -60,22 +58,16 @@ constexpr size_t kMaxText = 32;
 
 void c_home::initHome() {
     selected = HOME_MIX;
-    place();
+    offset = pictureOffset(all->appW, all->appH);
     background = loadPictureFor(screen[0], "data/home.png");
 }
 
-void c_home::place() {
-    const Point offset = pictureOffset(all->appW, all->appH);
-    offsetX = offset.x;
-    offsetY = offset.y;
-}
-
 void c_home::draw(SDL_Surface* s) {
-    place();
+    offset = pictureOffset(all->appW, all->appH);
     if (background != nullptr) {
-        putPicture(background, s, offsetX, offsetY);
+        putPicture(background, s, offset.x, offset.y);
     }
-    Painter painter(s, {offsetX, offsetY});
+    Painter painter(s, offset);
     drawSelection(painter);
     drawTexts(painter);
 }

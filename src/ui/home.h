@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "common/geometry.h"
+
 enum HomeItem : int32_t {
     HOME_MIX = 0,
     HOME_EDIT = 1,
@@ -25,11 +27,9 @@ public:
 
     int32_t selected;         // HomeItem
     SDL_Surface* background;  // null when its file is missing
-    int32_t offsetX;          // of the 640 x 360 picture
-    int32_t offsetY;
+    Point offset;             // of the 640 x 360 picture
 
 private:
-    void place();  // at the offset of the application resolution
     void drawSelection(Painter& painter) const;
     void drawTexts(Painter& painter) const;
     uint32_t itemColour(int item) const;

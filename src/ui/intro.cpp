@@ -1,10 +1,8 @@
 #include "ui/intro.h"
 
-#include "common/geometry.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "draw/painter.h"
-#include "draw/picture.h"
 #include "px/introfade.h"
 
 namespace {
@@ -18,22 +16,16 @@ constexpr int kLogoY = 60;
 
 void c_intro::initIntro() {
     state = 0;
-    place();
+    offset = pictureOffset(all->appW, all->appH);
     logo = loadPicture("data/logo-tessaron.png");
     counter = kIntroFrames;
 }
 
-void c_intro::place() {
-    const Point offset = pictureOffset(all->appW, all->appH);
-    offsetX = offset.x;
-    offsetY = offset.y;
-}
-
 void c_intro::draw(SDL_Surface* s) {
     --counter;
-    place();
+    offset = pictureOffset(all->appW, all->appH);
     if (logo != nullptr) {
-        Painter(s, {offsetX, offsetY}).piece(logo, 0, 0, logo->w, logo->h, kLogoX, kLogoY);
+        Painter(s, offset).piece(logo, 0, 0, logo->w, logo->h, kLogoX, kLogoY);
     }
     auto* row = static_cast<uint8_t*>(s->pixels);
     for (int y = 0; y < s->h; ++y) {

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "common/geometry.h"
+
 class c_intro {
 public:
     void initIntro();
@@ -15,9 +17,5 @@ public:
     int32_t state;      // set to 0, otherwise unused
     SDL_Surface* logo;  // null when its file is missing
     int32_t counter;    // frames left; home follows when a draw brings it to 0
-    int32_t offsetX;    // of the 640 x 360 picture
-    int32_t offsetY;
-
-private:
-    void place();  // at the offset of the application resolution
+    Point offset;       // of the 640 x 360 picture
 };

@@ -18,10 +18,6 @@ constexpr int kBoxX = 30;
 constexpr int kBoxWidth = 200;
 constexpr int kRowX = 32;
 constexpr int kRowWidth = 196;
-constexpr int kRowHeight = layout::kOverMenuRowHeight;
-constexpr int kEdge = layout::kOverMenuEdge;
-constexpr int kNameX = layout::kOverMenuNameX;
-constexpr int kCountX = layout::kOverMenuCountX;
 constexpr int kBoxOpacity = 60;
 constexpr int kRowOpacity = 30;
 constexpr int kSelectedRowColour = 0x999999;
@@ -30,7 +26,7 @@ constexpr uint32_t kHelpColour = 0xAAAAAA;
 constexpr int kHelpAbove = 20;
 
 int boxHeightOf(int rows) {
-    return rows * kRowHeight + 2 * kEdge;
+    return rows * layout::kOverMenuRowHeight + 2 * layout::kOverMenuEdge;
 }
 
 // Rows that the window shows. All while they fit; a longer list leaves room for the help text too,
@@ -39,7 +35,8 @@ int rowsShown(int rows, int windowHeight, int workHeight) {
     if (boxHeightOf(rows) <= windowHeight) {
         return rows;
     }
-    return (std::min(windowHeight, workHeight) - boxHeightOf(0) - 2 * kHelpAbove) / kRowHeight;
+    return (std::min(windowHeight, workHeight) - boxHeightOf(0) - 2 * kHelpAbove) /
+           layout::kOverMenuRowHeight;
 }
 
 }  // namespace
@@ -63,14 +60,15 @@ void c_overMenu::drawOverMenu(SDL_Surface* s) {
     _lib->CSS_rectNoBorder(kBoxX, top, kBoxWidth, boxHeight, colours::kBlack, kBoxOpacity);
     for (int row = first; row < last; ++row) {
         const Famille& famille = playlist->familles[row];
-        const int y = top + kEdge + kRowHeight * (row - first);
+        const int y = top + layout::kOverMenuEdge + layout::kOverMenuRowHeight * (row - first);
         if (row == selected) {
-            _lib->CSS_rectNoBorder(kRowX, y, kRowWidth, kRowHeight, kSelectedRowColour,
-                                   kRowOpacity);
+            _lib->CSS_rectNoBorder(kRowX, y, kRowWidth, layout::kOverMenuRowHeight,
+                                   kSelectedRowColour, kRowOpacity);
         }
         const uint32_t ink = row == selected ? colours::kWhite : kTextColour;
-        painter.text(famille.name.c_str(), kNameX, y, ink, kLargeFont);
-        painter.text(std::to_string(famille.nbTracks).c_str(), kCountX, y, ink, kLargeFont);
+        painter.text(famille.name.c_str(), layout::kOverMenuNameX, y, ink, kLargeFont);
+        painter.text(std::to_string(famille.nbTracks).c_str(), layout::kOverMenuCountX, y, ink,
+                     kLargeFont);
     }
     painter.textOn(colours::kBlack, "X load   Z home", kRowX, top - kHelpAbove, kHelpColour);
 }

@@ -5,7 +5,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "draw/picture.h"
+#include "draw/painter.h"
 #include "faults/hands.h"
 #include "layout/page_layout.h"
 

@@ -1,7 +1,7 @@
 // A storm of keys, clicks and controller buttons on every screen: the program stays inside its
 // arrays, and a performer who lets go of everything finds home again. VELMORA_STORM_FRAMES makes it
 // longer.
-#include "draw/picture.h"
+#include "draw/painter.h"
 #include "faults/hands.h"
 #include "layout/page_layout.h"
 #include "support/seed.h"

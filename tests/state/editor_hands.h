@@ -6,7 +6,7 @@
 
 #include <cctype>
 
-#include "draw/picture.h"
+#include "draw/painter.h"
 #include "layout/page_layout.h"
 #include "state/stage.h"
 

@@ -1,6 +1,6 @@
 #include "state/options_screen.h"
 
-#include "draw/picture.h"
+#include "draw/painter.h"
 
 const char* joystickName = nullptr;
 

@@ -42,19 +42,19 @@ TEST_F(Display, UpdateResolution_SurfacesAreBlack) {
 // (1024 - 640) / 2, (768 - 360) / 2.
 TEST_F(Display, UpdateResolution_IntroAndHomeStandInTheNewMiddle) {
     all->applyResolution(1024, 768);
-    EXPECT_EQ(_home->offsetX, 320);
+    EXPECT_EQ(_home->offset.x, 320);
     updateResolution();
     _intro->draw(screen[0]);
     _home->draw(screen[0]);
-    EXPECT_EQ(_home->offsetX, 192);
-    EXPECT_EQ(_home->offsetY, 204);
-    EXPECT_EQ(_intro->offsetX, 192);
-    EXPECT_EQ(_intro->offsetY, 204);
+    EXPECT_EQ(_home->offset.x, 192);
+    EXPECT_EQ(_home->offset.y, 204);
+    EXPECT_EQ(_intro->offset.x, 192);
+    EXPECT_EQ(_intro->offset.y, 204);
     all->applyResolution(1280, 720);
     updateResolution();
     _home->draw(screen[0]);
-    EXPECT_EQ(_home->offsetX, 320);
-    EXPECT_EQ(_home->offsetY, 180);
+    EXPECT_EQ(_home->offset.x, 320);
+    EXPECT_EQ(_home->offset.y, 180);
 }
 
 TEST_F(Display, UpdateResolution_KeepsFullScreen) {
@@ -181,12 +181,12 @@ TEST_F(Display, SurfaceOf32Bits_WrittenThroughAStandIn) {
     ASSERT_EQ(screen[1]->format->BitsPerPixel, 32);
     {
         VideoOutput output;
-        EXPECT_NE(static_cast<void*>(output.pixels()), screen[1]->pixels);
-        EXPECT_EQ(output.view().width, 1280);
-        EXPECT_EQ(output.view().pitch, 2560u);
-        std::fill_n(output.pixels(), 1280 * 720, uint16_t{0x0000});
-        output.pixels()[0] = 0xFFFF;
-        output.pixels()[1] = 0xF800;
+        EXPECT_NE(static_cast<void*>(videoView().pixels), screen[1]->pixels);
+        EXPECT_EQ(videoView().width, 1280);
+        EXPECT_EQ(videoView().pitch, 2560u);
+        std::fill_n(videoView().pixels, 1280 * 720, uint16_t{0x0000});
+        videoView().pixels[0] = 0xFFFF;
+        videoView().pixels[1] = 0xF800;
     }
     uint32_t shown[3];
     memcpy(shown, screen[1]->pixels, sizeof shown);
@@ -286,7 +286,7 @@ TEST_F(Display, VideoOutput_LocksASurfaceThatWantsItForAsLongAsItLives) {
     {
         const VideoOutput output;
         EXPECT_EQ(screen[1]->locked, 1U);
-        EXPECT_EQ(output.pixels(), screen[1]->pixels);
+        EXPECT_EQ(videoView().pixels, screen[1]->pixels);
     }
     EXPECT_EQ(screen[1]->locked, 0U);
     screen[1]->offset = 0;

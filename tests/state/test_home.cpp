@@ -1,7 +1,7 @@
 // The home menu's picture, against one composed here from its parts.
 #include "ui/home.h"
 
-#include "draw/picture.h"
+#include "draw/painter.h"
 #include "state/stage.h"
 
 namespace {
@@ -80,8 +80,8 @@ std::vector<Line> with(std::vector<Line> lines, const char* count,
 
 TEST_F(Home, Init_FirstItemAndThePicturesPlace) {
     EXPECT_EQ(_home->selected, HOME_MIX);
-    EXPECT_EQ(_home->offsetX, 320);
-    EXPECT_EQ(_home->offsetY, 180);
+    EXPECT_EQ(_home->offset.x, 320);
+    EXPECT_EQ(_home->offset.y, 180);
     ASSERT_NE(_home->background, nullptr);
     EXPECT_EQ(_home->background->w, 640);
     EXPECT_EQ(_home->background->h, 360);
@@ -175,8 +175,8 @@ protected:
 };
 
 TEST_F(HomeComposite, Menu_CentredInTheDisplay) {
-    EXPECT_EQ(_home->offsetX, 40);
-    EXPECT_EQ(_home->offsetY, 60);
+    EXPECT_EQ(_home->offset.x, 40);
+    EXPECT_EQ(_home->offset.y, 60);
     expectMenu({40, 60}, with(kNoController, "no playlists", "720 x 480"));
 }
 

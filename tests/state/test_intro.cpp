@@ -34,8 +34,8 @@ protected:
 TEST_F(Intro, Init_50FramesAndThePicturesPlace) {
     EXPECT_EQ(_intro->state, 0);
     EXPECT_EQ(_intro->counter, 50);
-    EXPECT_EQ(_intro->offsetX, 320);
-    EXPECT_EQ(_intro->offsetY, 180);
+    EXPECT_EQ(_intro->offset.x, 320);
+    EXPECT_EQ(_intro->offset.y, 180);
     ASSERT_NE(_intro->logo, nullptr);
 }
 
@@ -134,8 +134,8 @@ protected:
 
 // The effect covers the smaller surface's own pixels, the last one included.
 TEST_F(IntroComposite, SmallSurface_LogoAndEffectInside) {
-    EXPECT_EQ(_intro->offsetX, 40);
-    EXPECT_EQ(_intro->offsetY, 60);
+    EXPECT_EQ(_intro->offset.x, 40);
+    EXPECT_EQ(_intro->offset.y, 60);
     fillAll(screen[0], 0);
     setPixel(screen[0], 719, 479, 0x0001);
     const Picture logo = newPicture(720, 480);
