@@ -18,6 +18,7 @@
 #include "draw/painter.h"
 #include "files/preferences.h"
 #include "files/userfile.h"
+#include "files/xmlscan.h"
 #include "layout/options_layout.h"
 
 class c_options {
@@ -30,9 +31,9 @@ public:
     void lireXMLController();
     bool saveXMLController();  // likewise
     // Kept without a caller: the scanner's steps (xmlscan.h) on the open `file`.
-    std::string lireMot(const std::string& target);
-    std::string lireNoeud(const std::string& name);
-    int finLigne();
+    std::string lireMot(const std::string& target) { return xml::Scanner(file).skipTo(target); }
+    std::string lireNoeud(const std::string& name) { return xml::Scanner(file).readNode(name); }
+    int finLigne() { return xml::Scanner(file).skipChar(); }
 
     // The current page on the video surface, `surface`; `texture` is the interface atlas or null.
     // Positions are those of options_layout.h, relative to the picture.

@@ -5,7 +5,6 @@
 #include "core/all.h"
 #include "core/filters.h"
 #include "core/globals.h"
-#include "files/xmlscan.h"
 #include "input/keys.h"
 #include "options/options.h"
 
@@ -18,18 +17,6 @@ std::optional<std::string> readHere(UserFile& file, const char* name) {
 }
 
 }  // namespace
-
-std::string c_options::lireMot(const std::string& target) {
-    return xml::Scanner(file).skipTo(target);
-}
-
-std::string c_options::lireNoeud(const std::string& name) {
-    return xml::Scanner(file).readNode(name);
-}
-
-int c_options::finLigne() {
-    return xml::Scanner(file).skipChar();
-}
 
 files::Preferences c_options::preferences() const {
     files::Preferences held = {topbar, fps, all->appW, all->appH, {}};

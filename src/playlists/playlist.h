@@ -15,6 +15,7 @@
 
 #include "common/limits.h"
 #include "files/userfile.h"
+#include "files/xmlscan.h"
 #include "layout/clipname.h"
 #include "layout/page_layout.h"
 #include "layout/scroll.h"
@@ -44,7 +45,7 @@ class c_playlist {
 public:
     void initPlaylist();
 
-    // The model and its file (playlist_model, playlist_xml).
+    // The model and its file (playlist_model).
     void lireXML();           // reads ./userdata/playlists.xml
     bool saveXML();           // writes baseDir/userdata/playlists.xml; false: said, nothing changed
     void scanFamilles();      // marks the tracks whose files are missing
@@ -53,16 +54,16 @@ public:
     void removeFamille(int index);
     void deplacerFamille(int from, int to);
     // Kept without a caller: the scanner's steps (xmlscan.h) on the open `file`.
-    std::string lireMot(const std::string& target);
-    std::string lireNoeud(const std::string& nodeName);
-    int finLigne();
+    std::string lireMot(const std::string& target) { return xml::Scanner(file).skipTo(target); }
+    std::string lireNoeud(const std::string& name) { return xml::Scanner(file).readNode(name); }
+    int finLigne() { return xml::Scanner(file).skipChar(); }
 
     // The loader (playlist_load).
     void clearMix();           // empties the clip slots
     void initLoad(int index);  // starts loading a famille
     void loopLoadPlaylist();   // one step; nothing when no load is under way
 
-    // The tracks (playlist_tracks). `pos` and `to` are rows; past the end they append.
+    // The tracks (playlist_model). `pos` and `to` are rows; past the end they append.
     void addTrack(const std::string& fileName, int famille, int pos);  // of the browsed folder
     void removeTrack(int famille, int pos);
     void moveTrack(int from, int to);  // in `editFamille`

@@ -1,10 +1,12 @@
-// The list of playlists in memory: set-up, scan, create, remove, move.
+// The playlists in memory and their file: set-up, scan, what is done to playlists and to tracks.
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "common/memory.h"
 #include "common/messages.h"
 #include "core/globals.h"
+#include "files/playlists.h"
 #include "moxel/moxel.h"
 #include "playlists/playlist.h"
 
@@ -175,4 +177,102 @@ void c_playlist::deplacerFamille(int from, int to) {
     copyFamille(familles[to], familles[from]);
     ++nbFamilles;
     removeFamille(from);
+}
+
+std::string c_playlist::browsedFolder() const {
+    const size_t root = baseDir.size() + std::string(kVideosFolder).size() + 1;
+    return browseDir.size() > root ? browseDir.substr(root) + "/" : "";
+}
+
+void c_playlist::setTrackCount(Famille& famille, int count) {
+    famille.nbTracks = count;
+    famille.nbMissing = static_cast<int32_t>(std::count_if(
+        famille.tracks, famille.tracks + count, [](const Track& t) { return t.missing != 0; }));
+    updateScroll(0, count);
+}
+
+// Moving a text takes no memory: a list of tracks is changed whole or not at all.
+void c_playlist::insertTrack(Famille& famille, int at, Track track) {
+    std::move_backward(famille.tracks + at, famille.tracks + famille.nbTracks,
+                       famille.tracks + famille.nbTracks + 1);
+    famille.tracks[at] = std::move(track);
+    setTrackCount(famille, famille.nbTracks + 1);
+}
+
+void c_playlist::addTrack(const std::string& fileName, int famille, int pos) {
+    if (famille < 0 || famille >= kPlaylists) {
+        return;
+    }
+    Famille& edited = familles[famille];
+    if (edited.isFull()) {
+        return;
+    }
+    const int at = std::clamp(pos, 0, edited.nbTracks);
+    insertTrack(edited, at, {browsedFolder() + fileName, 0});
+}
+
+void c_playlist::removeTrack(int famille, int pos) {
+    if (famille < 0 || famille >= kPlaylists) {
+        return;
+    }
+    Famille& edited = familles[famille];
+    if (pos < 0 || pos >= edited.nbTracks) {
+        return;
+    }
+    for (int t = pos; t < edited.nbTracks - 1; ++t) {
+        edited.tracks[t] = std::move(edited.tracks[t + 1]);
+    }
+    setTrackCount(edited, edited.nbTracks - 1);
+}
+
+// Towards the top a track ends at `to`, towards the bottom at `to` - 1.
+void c_playlist::moveTrack(int from, int to) {
+    if (editFamille < 0 || editFamille >= kPlaylists) {
+        return;
+    }
+    Famille& edited = familles[editFamille];
+    // Deliberate: a full playlist cannot be put in another order.
+    // [quirk_full_playlist_keeps_its_order]
+    if (edited.isFull() || from < 0 || from >= edited.nbTracks) {
+        return;
+    }
+    const int at = std::clamp(to, 0, edited.nbTracks);
+    insertTrack(edited, at, edited.tracks[from]);
+    removeTrack(editFamille, from >= at ? from + 1 : from);
+}
+
+bool c_playlist::saveXML() {
+    return userFile.save(baseDir, files::kPlaylistsName, [this] {
+        std::vector<files::Playlist> playlists;
+        for (const Famille* famille = familles; famille != familles + nbFamilles; ++famille) {
+            files::Playlist& written = playlists.emplace_back();
+            written.name = famille->name;
+            for (int t = 0; t < famille->nbTracks; ++t) {
+                written.tracks.push_back(famille->tracks[t].path);
+            }
+        }
+        return files::printPlaylists(playlists);
+    });
+}
+
+// Deliberate: reading takes the path from the current directory, writing from the directory of the
+// start-up. [quirk_read_path_is_relative_write_path_is_not]
+void c_playlist::lireXML() {
+    const std::optional<std::string> bytes =
+        userFile.read(std::string("./") + files::kPlaylistsName);
+    nbFamilles = 0;
+    for (Famille& famille : familles) {
+        famille.nbTracks = 0;
+    }
+    if (!bytes) {
+        puts(msg::kNoPlaylistsFile);
+        return;
+    }
+    for (const files::Playlist& read : files::parsePlaylists(*bytes)) {
+        Famille& famille = familles[nbFamilles++];
+        famille.name = read.name;
+        for (const std::string& track : read.tracks) {
+            famille.tracks[famille.nbTracks++].path = track;
+        }
+    }
 }
