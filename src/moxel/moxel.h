@@ -115,9 +115,8 @@ public:
 private:
     int32_t refuse();
     int32_t takeHeader(const clip::FileHeader& header);
-    int32_t finishBlock();
+    bool loadBlock(int budget);
     clip::Block loadedBlock() const;
-    void startBlock();
-    void expandMaps();
+    clip::FrameDrawing drawingOf(int frame, uint16_t* out, uint8_t* levels, bool flatOnly);
     void keepLevels(const clip::FrameDrawing& drawing, int lastRecord);
 };

@@ -96,70 +96,51 @@ int32_t c_moxel::refuse() {
     return 0;
 }
 
-void c_moxel::startBlock() {
-    recordWrite = blockRecords[currentBlock].get();
-    currentMap = blockMaps[currentBlock].get();
-}
-
 int32_t c_moxel::loopLoad(int budget) {
     if (loadStage == 0) {
         if (miniLoad(path) == 0) {
-            return 0;
+            return LOAD_FAILED;
         }
     } else {
         // Guard: the playlists' scan may have read another file's header into this slot since the
         // last step; the blocks that follow are those of the file that is open.
         takeHeader(ownHeader);
     }
+    bool goesOn = true;
     switch (loadStage) {
         case 0:
-            if (load19A() != 1 || load19AA() != 1) {
-                return refuse();
-            }
-            startBlock();
+            goesOn = load19A() == 1 && load19AA() == 1;
             loadStage = 1;
-            return 1;
+            break;
         case 1:
-            if (load19B() != 1) {
-                return refuse();
-            }
+            goesOn = load19B() == 1;
             loadStage = 2;
-            return 1;
+            break;
         case 2:
-            switch (load19C(budget)) {
-                case 0:
-                    return 1;
-                case 1:
-                    return finishBlock();
-                case 2:
-                    loadStage = 3;
-                    return 1;
-                default:
-                    return refuse();
-            }
+            goesOn = loadBlock(budget);
+            break;
         case 3:
             // The stage stays 3: loading a ready clip again repeats the expansion and answers 2.
-            expandMaps();
+            unRLEAllMap19();
+            currentBlock = 0;
             state = CLIP_READY;
-            return 2;
+            return LOAD_FINISHED;
         default:
-            return 1;
+            break;
     }
+    return goesOn ? 1 : refuse();
 }
 
-// The next block's header, runs, maps and codes are read in the call that ends a block.
-int32_t c_moxel::finishBlock() {
-    ++currentBlock;
-    if (load19AA() != 1) {
-        return refuse();
+// False when it is refused. The next block's header, runs, maps and codes are read in the call that
+// ends a block.
+bool c_moxel::loadBlock(int budget) {
+    const int32_t end = load19C(budget);
+    if (end == 1) {
+        ++currentBlock;
+        return load19AA() == 1 && load19B() == 1;
     }
-    startBlock();
-    return load19B() == 1 ? 1 : refuse();
-}
-
-void c_moxel::expandMaps() {
-    unRLEAllMap19();
-    currentBlock = 0;
+    loadStage = end == 2 ? 3 : loadStage;
+    return end >= 0;
 }
 
 int32_t c_moxel::load19A() {
@@ -210,6 +191,8 @@ int32_t c_moxel::load19AA() {
     clip::startTypes(header.typeCounts, clip::typeSlots(alpha),
                      blockTypeStarts[currentBlock].get());
     std::copy_n(header.palette, clip::kPaletteEntries, blockPalettes[currentBlock].get());
+    recordWrite = blockRecords[currentBlock].get();
+    currentMap = blockMaps[currentBlock].get();
     return 1;
 }
 

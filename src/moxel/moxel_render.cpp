@@ -48,6 +48,32 @@ void c_moxel::keepLevels(const clip::FrameDrawing& drawing, int lastRecord) {
                 drawing.recordTypes[entry], clip::codeAt(drawing.codes, position));
 }
 
+// Deliberate: what was drawn last is the clip's, on whichever layer that was, and a change of mode
+// or deck does not make it draw everything. On a layer that shows another picture, the tiles in
+// which this clip stands still keep that picture until a block begins: 16 frames at the most, and
+// as long as the layers are held. Drawn whole at the key, the picture would change at once, where
+// now it comes tile by tile. [quirk_mode_change_leaves_tiles_for_a_block]
+clip::FrameDrawing c_moxel::drawingOf(int frame, uint16_t* out, uint8_t* levels, bool flatOnly) {
+    const int frameInBlock = frame % clip::kFramesPerBlock;
+    return {
+        .rows = tilesDown,
+        .map = frameMaps[frame],
+        .codes = blockCodes[currentBlock].get() + frameInBlock * clip::codeWordsFor(tileCount),
+        .palette = palette,
+        .records = blockRecords[currentBlock].get(),
+        .recordOffsets = blockRecordOffsets[currentBlock].get(),
+        .recordTypes = blockRecordTypes[currentBlock].get(),
+        .recordCount = blockRecordCounts[currentBlock],
+        .out = out,
+        .levels = levels,
+        .keptLevels = alpha == 0 ? tileAlpha : nullptr,
+        .drawnMap = prevMap.data(),
+        .drawnCodes = prevCodes.data(),
+        .everything = redrawCount != 0,
+        .flatOnly = flatOnly,
+    };
+}
+
 void c_moxel::renderMoxel19(int layer, int frame, int mode) {
     assert(state == CLIP_READY && frame >= 0 && frame < frameCount);
     // Guard: the playlists' scan reads other files' headers into slots that play, and frameCount is
@@ -56,18 +82,16 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
         return;
     }
     currentBlock = frame / clip::kFramesPerBlock;
-    const int frameInBlock = frame % clip::kFramesPerBlock;
-    if (frameInBlock == 0) {
+    if (frame % clip::kFramesPerBlock == 0) {
         redrawCount = 1;
     }
     memcpy(palette, blockPalettes[currentBlock].get(), sizeof palette);
 
-    uint16_t* map = frameMaps[frame];
     const int glitch = _filters->isFilterFXOn(layer, FILTER_GLITCH) != 0
                            ? _filters->getFilterDir(layer, FILTER_GLITCH)
                            : -1;
     if (glitch == kGlitchLeavesMap) {
-        _filters->fx_glitchMap(map, tileCount);
+        _filters->fx_glitchMap(frameMaps[frame], tileCount);
     }
     // Deliberate: a layer starts at its own clip's pixelCount, so the top layer of a clip lower
     // than 360 lines lies higher in memory than the mixer's top slot.
@@ -77,29 +101,8 @@ void c_moxel::renderMoxel19(int layer, int frame, int mode) {
     // On a change to this mode, tiles that stay as they are keep the levels of before until a block
     // begins; writing all of them at the key would change the picture at once, where now it comes
     // tile by tile. [quirk_alpha_comes_within_a_block]
-    uint8_t* const alphaOut = mode == MODE_KEY && layer == 1 ? moxelAlpha16 : nullptr;
-    // Deliberate: what was drawn last is the clip's, on whichever layer that was, and a change of
-    // mode or deck does not make it draw everything. On a layer that shows another picture, the
-    // tiles in which this clip stands still keep that picture until a block begins: 16 frames at
-    // the most, and as long as the layers are held. Drawn whole at the key, the picture would
-    // change at once, where now it comes tile by tile. [quirk_mode_change_leaves_tiles_for_a_block]
-    const clip::FrameDrawing drawing{
-        .rows = tilesDown,
-        .map = map,
-        .codes = blockCodes[currentBlock].get() + frameInBlock * clip::codeWordsFor(tileCount),
-        .palette = palette,
-        .records = blockRecords[currentBlock].get(),
-        .recordOffsets = blockRecordOffsets[currentBlock].get(),
-        .recordTypes = blockRecordTypes[currentBlock].get(),
-        .recordCount = blockRecordCounts[currentBlock],
-        .out = out,
-        .levels = alphaOut,
-        .keptLevels = alpha == 0 ? tileAlpha : nullptr,
-        .drawnMap = prevMap.data(),
-        .drawnCodes = prevCodes.data(),
-        .everything = redrawCount != 0,
-        .flatOnly = glitch == kGlitchFlat,
-    };
+    uint8_t* const levels = mode == MODE_KEY && layer == 1 ? moxelAlpha16 : nullptr;
+    const clip::FrameDrawing drawing = drawingOf(frame, out, levels, glitch == kGlitchFlat);
     keepLevels(drawing, clip::drawFrame(drawing));
     if (redrawCount != 0) {
         --redrawCount;
