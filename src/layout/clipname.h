@@ -5,18 +5,13 @@
 
 namespace clip {
 
-inline bool endsWith(const std::string& name, const char* extension) {
-    constexpr size_t kLength = 4;
-    return name.size() >= kLength && name.compare(name.size() - kLength, kLength, extension) == 0;
-}
-
 // A clip of this version or an older one. Only this version loads.
 inline bool isClipName(const std::string& name) {
-    return endsWith(name, ".m17") || endsWith(name, ".m18") || endsWith(name, ".m19");
+    return name.ends_with(".m17") || name.ends_with(".m18") || name.ends_with(".m19");
 }
 
 inline bool isPlayableName(const std::string& name) {
-    return endsWith(name, ".m19");
+    return name.ends_with(".m19");
 }
 
 }  // namespace clip

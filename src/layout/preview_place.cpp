@@ -11,12 +11,6 @@ namespace {
 // Half of the width that the place was made for.
 constexpr int kHalfCompositeWidth = 360;
 
-void blacken(const px::OutputView& surface) {
-    for (int row = 0; row < surface.height; ++row) {
-        std::fill_n(px::outputRow(surface, row), surface.width, uint16_t{0});
-    }
-}
-
 // A row of the picture from pixel `number` of the application's area on, counted through its rows.
 void placeRowAt(const px::OutputView& surface, int appWidth, int number, const uint16_t* source) {
     int done = number < 0 ? -number : 0;
@@ -49,15 +43,15 @@ void place(const px::OutputView& surface, AppSize app, const uint16_t* picture) 
     if (app.width < 1 || app.height < 1) {
         return;
     }
-    if (app.width < kCompositeBelow) {
-        blacken(surface);
+    px::OutputView covered = surface;
+    covered.composite = app.width < kCompositeBelow;
+    if (covered.composite) {
+        px::beginPicture(covered);
         placeComposite(surface, app, picture);
         return;
     }
-    px::OutputView covered = surface;
     covered.width = std::min(surface.width, app.width);
     covered.height = std::min(surface.height, app.height);
-    covered.composite = false;
     px::placePicture(covered, picture);
 }
 
