@@ -1,34 +1,26 @@
 // Start-up in its fixed order, the loop, and the end. Nothing is released on the way out but the
 // work surface: the process ends right after.
 #include <SDL.h>
-#include <SDL_ttf.h>
+#include <fcntl.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <string_view>
 
-#include "common/limits.h"
 #include "common/memory.h"
 #include "common/messages.h"
 #include "common/rgb565.h"
 #include "core/all.h"
-#include "core/display.h"
-#include "core/filters.h"
 #include "core/globals.h"
-#include "core/process.h"
 #include "draw/lib.h"
 #include "draw/painter.h"
 #include "draw/ttf.h"
-#include "editor/editor.h"
-#include "input/keys.h"
 #include "mainloop.h"
-#include "mixer/mix.h"
-#include "moxel/moxel.h"
-#include "options/options.h"
 #include "playlists/playlist.h"
-#include "ui/home.h"
-#include "ui/intro.h"
-#include "ui/overmenu.h"
 
 namespace {
 
@@ -37,6 +29,7 @@ constexpr int kKeyRepeatMs = 30;
 // Deliberate: the program answers 1 on every path, a normal quit included.
 // [quirk_exit_status_is_always_1]
 constexpr int kExitStatus = 1;
+constexpr std::string_view kDriversWithoutPicture[] = {"aalib", "caca", "dummy", "offscreen"};
 
 // The snow effect draws from rand(): every run has its own snow.
 struct RandomSeed {
@@ -44,16 +37,41 @@ struct RandomSeed {
 };
 const RandomSeed randomSeed;
 
-void allocateBuffers() {
-    moxelTiles16 = new uint16_t[kLayers * kFramePixels]();
-    moxelAlpha16 = reinterpret_cast<uint8_t*>(new uint16_t[kFramePixels]());
-    finalTilesTracks = new uint16_t[kLayers * kFramePixels]();
-    finalTilesMix = new uint16_t[kFramePixels]();
+// A descriptor that is closed at the start would go to the next file that is opened, a clip or a
+// save, and what is printed would go into that file.
+void fillStandardDescriptors() {
+    int file = 0;
+    while (file >= 0 && file <= STDERR_FILENO) {
+        file = open("/dev/null", O_RDWR);
+    }
+    if (file >= 0) {
+        close(file);
+    }
+}
+
+// Before a file is opened and before a line is printed.
+void prepareProcess() {
+    fillStandardDescriptors();
+    // Each line is out at once, into a file or a journal too: the last one names the clip that is
+    // being loaded. Whether anybody takes it does not matter.
+    setvbuf(stdout, nullptr, _IOLBF, 0);
+    signal(SIGPIPE, SIG_IGN);
+}
+
+// With the answer of SDL_Init. False as well when SDL took a driver that nobody can look at.
+bool displayFound(int initResult) {
+    char name[32] = {};
+    if (SDL_VideoDriverName(name, sizeof name) == nullptr) {
+        return initResult == 0;
+    }
+    return std::ranges::find(kDriversWithoutPicture, name) == std::end(kDriversWithoutPicture);
 }
 
 // False when there is no display to play on.
 bool startSdl() {
-    keepTerminal();
+    // Where SDL finds no display it goes on to draw with letters, and libcaca, which does that,
+    // clears the terminal and takes its keys. Its null driver does nothing.
+    setenv("CACA_DRIVER", "null", 1);
     const int result = SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK);
     if (!displayFound(result)) {
         return false;
@@ -65,22 +83,6 @@ bool startSdl() {
     _nbJoySticks = SDL_NumJoysticks();
     _textureUI = loadPicture("data/textureUI.png");
     return true;
-}
-
-void createFirstObjects() {
-    all = new c_all{};
-    all->initAll();
-    moxel = new c_moxel[kClipSlots];
-    keys = new c_keys{};
-    keys->initKeys();
-    keys->initController();
-    playlist = new c_playlist{};
-    playlist->initPlaylist();
-    playlist->lireXML();
-    playlist->scanFamilles();
-    editor = new Editor(*playlist);
-    _filters = new c_filters{};
-    _filters->initFilters();
 }
 
 void printResolutions() {
@@ -113,34 +115,6 @@ const char* openSurfaces() {
     return screen[1] == nullptr ? msg::kNoWindowC : nullptr;
 }
 
-// The preferences are read with the video mode open already.
-void applySavedResolution() {
-    if (all->appW != screen[1]->w || all->appH != screen[1]->h) {
-        all->applyResolution(all->appW, all->appH);
-        updateResolution();
-    }
-}
-
-// These read the application resolution or the work surface.
-void createScreens() {
-    TTF_Init();
-    ttf = new c_ttf{};
-    ttf->loadFonts();
-    _lib = new c_lib{};
-    _lib->initLib();
-    _options = new c_options{};
-    _options->initOptions();
-    applySavedResolution();
-    mix = new c_mix{};
-    mix->initMix();
-    overMenu = new c_overMenu{};
-    overMenu->initOverMenu();
-    _intro = new c_intro{};
-    _intro->initIntro();
-    _home = new c_home{};
-    _home->initHome();
-}
-
 // Null when all is well, else the line that says why there is nothing to run.
 const char* startUp() {
     allocateBuffers();
@@ -148,6 +122,8 @@ const char* startUp() {
         return msg::kNoDisplay;
     }
     createFirstObjects();
+    playlist->lireXML();
+    playlist->scanFamilles();
     all->checkComposite();
     printResolutions();
     const char* failure = openSurfaces();

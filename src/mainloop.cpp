@@ -1,6 +1,7 @@
 #include "mainloop.h"
 
 #include <SDL.h>
+#include <SDL_ttf.h>
 
 #include <cstdio>
 
@@ -8,11 +9,16 @@
 #include "common/messages.h"
 #include "core/all.h"
 #include "core/display.h"
+#include "core/filters.h"
 #include "core/globals.h"
 #include "core/pacing.h"
 #include "core/present.h"
+#include "draw/lib.h"
+#include "draw/painter.h"
 #include "draw/ttf.h"
+#include "editor/editor.h"
 #include "input/keys.h"
+#include "layout/colours.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
 #include "options/options.h"
@@ -26,9 +32,7 @@ namespace {
 constexpr int kFpsX = 20;
 constexpr int kFpsY = 20;
 constexpr int kFpsFont = 1;
-constexpr int kWhiteRgb = 0x00FFFFFF;
-constexpr int16_t kLoadingLineY = 7;
-constexpr uint16_t kLoadingLineColour = 0xFFFF;
+constexpr int kLoadingLineY = 7;
 
 // Guard: a slot that is not ready, or a frame past its end, is never drawn.
 bool canDraw(const c_moxel* clips, const MixLayer& layer) {
@@ -54,14 +58,13 @@ void drawLoadingLine(SDL_Surface* video, int appWidth, const c_playlist& list) {
         return;
     }
     const int64_t width = int64_t{appWidth} * list.loadTrack / tracks;
-    SDL_Rect line = {0, kLoadingLineY, static_cast<uint16_t>(width), 1};
-    SDL_FillRect(video, &line, surfaceColour(video, kLoadingLineColour));
+    Painter(video).fill(0, kLoadingLineY, static_cast<int>(width), 1, colours::kWhite);
 }
 
 // What panel and list drew beside the last picture is not under the next one.
 void clearBesidePicture() {
     const VideoOutput output;
-    px::blackenOutside(output.view());
+    px::blackenOutside(videoView());
 }
 
 // A screen that is entered finds nothing of the one before beside its picture or behind it. Mix and
@@ -77,6 +80,50 @@ void clearForNewScreen(c_all& state) {
 }
 
 }  // namespace
+
+void allocateBuffers() {
+    moxelTiles16 = new uint16_t[kLayers * kFramePixels]();
+    moxelAlpha16 = reinterpret_cast<uint8_t*>(new uint16_t[kFramePixels]());
+    finalTilesTracks = new uint16_t[kLayers * kFramePixels]();
+    finalTilesMix = new uint16_t[kFramePixels]();
+}
+
+void createFirstObjects() {
+    all = new c_all{};
+    all->initAll();
+    moxel = new c_moxel[kClipSlots];
+    keys = new c_keys{};
+    keys->initKeys();
+    keys->initController();
+    playlist = new c_playlist{};
+    playlist->initPlaylist();
+    editor = new Editor(*playlist);
+    _filters = new c_filters{};
+    _filters->initFilters();
+}
+
+void createScreens() {
+    TTF_Init();
+    ttf = new c_ttf{};
+    ttf->loadFonts();
+    _lib = new c_lib{};
+    _lib->initLib();
+    _options = new c_options{};
+    _options->initOptions();
+    // The preferences are read with the video mode open already.
+    if (all->appW != screen[1]->w || all->appH != screen[1]->h) {
+        all->applyResolution(all->appW, all->appH);
+        updateResolution();
+    }
+    mix = new c_mix{};
+    mix->initMix();
+    overMenu = new c_overMenu{};
+    overMenu->initOverMenu();
+    _intro = new c_intro{};
+    _intro->initIntro();
+    _home = new c_home{};
+    _home->initHome();
+}
 
 void drawMix() {
     playlist->loopLoadPlaylist();
@@ -124,7 +171,7 @@ void drawScreen() {
             break;
     }
     if (all->state == STATE_MIX && _options->fps != 0) {
-        ttf->drawIntH(screen[1], fps, kFpsX, kFpsY, kWhiteRgb, kFpsFont);
+        ttf->drawIntH(screen[1], fps, kFpsX, kFpsY, colours::kWhite, kFpsFont);
     }
 }
 

@@ -33,9 +33,6 @@ public:
     ~VideoOutput();
     VideoOutput(const VideoOutput&) = delete;
     VideoOutput& operator=(const VideoOutput&) = delete;
-
-    uint16_t* pixels() const { return videoView().pixels; }
-    px::OutputView view() const { return videoView(); }
 };
 
 // Whether SDL 1.2 is the layer over SDL 2, whose versions go on from 1.2.50.

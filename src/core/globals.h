@@ -1,5 +1,6 @@
 #pragma once
-// The global objects and buffers, all defined here and all created by main(). Only .cpp files of
+// The global objects and buffers, all defined here and all created before the
+// main loop runs. Only .cpp files of
 // velmora_app include this. Each line ends with who writes it once the program runs.
 
 #include <SDL.h>

@@ -74,43 +74,6 @@ void destroyScreens() {
     }
 }
 
-void createObjects() {
-    moxelTiles16 = new uint16_t[kLayers * kFramePixels]();
-    moxelAlpha16 = reinterpret_cast<uint8_t*>(new uint16_t[kFramePixels]());
-    finalTilesTracks = new uint16_t[kLayers * kFramePixels]();
-    finalTilesMix = new uint16_t[kFramePixels]();
-    all = new c_all{};
-    all->initAll();
-    moxel = new c_moxel[kClipSlots];
-    keys = new c_keys{};
-    keys->initKeys();
-    keys->initController();
-    playlist = new c_playlist{};
-    playlist->initPlaylist();
-    editor = new Editor(*playlist);
-    _filters = new c_filters{};
-    _filters->initFilters();
-    all->checkComposite();
-}
-
-void createScreens() {
-    TTF_Init();
-    ttf = new c_ttf{};
-    ttf->loadFonts();
-    _lib = new c_lib{};
-    _lib->initLib();
-    _options = new c_options{};
-    _options->initOptions();
-    mix = new c_mix{};
-    mix->initMix();
-    overMenu = new c_overMenu{};
-    overMenu->initOverMenu();
-    _intro = new c_intro{};
-    _intro->initIntro();
-    _home = new c_home{};
-    _home->initHome();
-}
-
 }  // namespace
 
 std::string printedBy(const std::function<void()>& act) {
@@ -164,7 +127,9 @@ Stage::Stage(int displayWidth, int displayHeight) {
     scripted().displayWidth = displayWidth;
     scripted().displayHeight = displayHeight;
     printedBy([] {
-        createObjects();
+        allocateBuffers();
+        createFirstObjects();
+        all->checkComposite();
         screen[1] = SDL_SetVideoMode(all->appW, all->appH, 16, 0);
         screen[0] = SDL_ConvertSurface(screen[1], screen[1]->format, 0);
         createScreens();
