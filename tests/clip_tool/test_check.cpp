@@ -11,7 +11,6 @@
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/reports/check_files.h"
-#include "tools/clip/reports/check_report.h"
 #include "tools/clip/reports/check_set.h"
 
 namespace {

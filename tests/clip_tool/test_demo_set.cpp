@@ -13,7 +13,7 @@
 #include "clip_tool/demo_sheet.h"
 #include "clip_tool/on_stage.h"
 #include "tools/clip/jobs/export_demo.h"
-#include "tools/clip/reports/load_cost.h"
+#include "tools/clip/reports/describe.h"
 
 namespace {
 

@@ -11,15 +11,13 @@
 
 #include "support/folder.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/base/progress.h"
 #include "tools/clip/jobs/batch.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/jobs/import_log.h"
 #include "tools/clip/jobs/loop.h"
-#include "tools/clip/jobs/seam.h"
 #include "tools/clip/media/image_sequence.h"
-#include "tools/clip/media/keying.h"
+#include "tools/clip/media/picture.h"
 
 namespace {
 

@@ -10,7 +10,6 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/media/movie.h"
 #include "tools/clip/reports/clip_frames.h"
-#include "tools/clip/reports/frame_list.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <csignal>
 #include <thread>
 
-#include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/errors.h"
 
 namespace {
 

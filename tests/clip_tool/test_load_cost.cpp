@@ -5,7 +5,6 @@
 
 #include "clip_tool/pictures.h"
 #include "tools/clip/reports/describe.h"
-#include "tools/clip/reports/load_cost.h"
 
 namespace {
 

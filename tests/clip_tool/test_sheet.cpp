@@ -5,7 +5,7 @@
 #include "support/folder.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/texts.h"
-#include "tools/clip/reports/clip_files.h"
+#include "tools/clip/reports/clip_frames.h"
 #include "tools/clip/reports/sheet.h"
 
 namespace {

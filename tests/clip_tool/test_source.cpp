@@ -10,7 +10,7 @@
 #include "clip_tool/media.h"
 #include "support/folder.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/jobs/encode_plan.h"
+#include "tools/clip/jobs/encode_job.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include "tools/clip/encoder/quantise.h"
 #include "tools/clip/encoder/source_block.h"
 #include "tools/clip/encoder/walks.h"
-#include "tools/clip/media/fit.h"
-#include "tools/clip/media/pacer.h"
+#include "tools/clip/media/scaler.h"
+#include "tools/clip/media/source.h"
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "tools/clip/commands.h"
-#include "tools/clip/reports/check_report.h"
 #include "tools/clip/reports/check_set.h"
 
 namespace maker {

@@ -8,7 +8,6 @@
 
 #include "common/limits.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"

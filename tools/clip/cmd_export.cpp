@@ -8,12 +8,10 @@
 
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/media/movie.h"
 #include "tools/clip/media/source.h"
 #include "tools/clip/reports/clip_frames.h"
-#include "tools/clip/reports/frame_list.h"
 
 namespace maker {
 

@@ -10,14 +10,13 @@
 #include "common/limits.h"
 #include "files/xmlscan.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/names.h"
 #include "tools/clip/base/progress.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 #include "tools/clip/jobs/batch.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/jobs/import_log.h"
-#include "tools/clip/jobs/import_scan.h"
 #include "tools/clip/jobs/playlist_file.h"
 
 namespace maker {

@@ -7,7 +7,6 @@
 
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/reports/describe.h"
 

@@ -12,7 +12,7 @@
 #include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/media/movie.h"
-#include "tools/clip/reports/clip_files.h"
+#include "tools/clip/reports/clip_frames.h"
 #include "tools/clip/reports/sheet.h"
 
 namespace maker {

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/encode_options.h"
 

@@ -9,7 +9,6 @@
 #include <string>
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 
 namespace maker {
 

@@ -1,10 +1,11 @@
 #pragma once
-// Small texts that several of the tool's lines are made of.
+// Texts that the tool's lines are made of: numbers, and names of files and playlists.
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace maker {
 
@@ -48,5 +49,20 @@ inline std::string lowerCase(std::string text) {
     });
     return text;
 }
+
+// Names are bytes of no sure encoding. The program shows them byte by byte as
+// Latin-1; today's file systems and editors write UTF-8.
+bool isUtf8(std::string_view bytes);
+bool isAscii(std::string_view bytes);
+
+// As the program shows them.
+std::u32string fromLatin1(std::string_view bytes);
+std::string latin1AsUtf8(std::string_view bytes);
+
+// As they are meant: UTF-8 where they are that, else Latin-1. The second is for terminals and
+// JSON; control characters become "?".
+std::u32string codePoints(std::string_view bytes);
+std::string readable(std::string_view bytes);
+std::string inQuotes(std::string_view bytes);  // readable, between apostrophes
 
 }  // namespace maker

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/errors.h"
 
 namespace maker {
 

@@ -4,7 +4,7 @@
 // Tasks are numbered from 0, begun in this order, and reported in this order by the calling thread,
 // each as soon as it and all before it are done. The first exception that leaves a task ends the
 // batch: what is under way is finished, nothing is begun any more, what is done is reported, and
-// the exception is thrown again. An interrupt (interrupt.h) reaches tasks that wait for input.
+// the exception is thrown again. An interrupt (errors.h) reaches tasks that wait for input.
 
 #include <cstddef>
 #include <functional>

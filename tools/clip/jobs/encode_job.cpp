@@ -9,8 +9,7 @@
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
-#include "tools/clip/jobs/encode_plan.h"
-#include "tools/clip/reports/load_cost.h"
+#include "tools/clip/reports/describe.h"
 
 namespace maker {
 

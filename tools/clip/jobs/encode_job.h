@@ -8,13 +8,14 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/clip/encoder/encoder.h"
 #include "tools/clip/jobs/loop.h"
-#include "tools/clip/media/fit.h"
-#include "tools/clip/media/keying.h"
+#include "tools/clip/media/picture.h"
+#include "tools/clip/media/scaler.h"
 #include "tools/clip/media/source.h"
 
 namespace maker {
@@ -75,6 +76,24 @@ struct EncodeEvents {
     // The clips are whole; as soon as this returns they get their names.
     std::function<void(const EncodeReport&)> beforeCommit;
 };
+
+// What has to be known of an input before its first frame is encoded.
+//
+// Whether the clip has alpha, how many frames there are, at which pace they fit, where the loop is
+// cut. The input is decoded beforehand only when one of these needs it, and scaled only for the
+// search of a loop.
+struct EncodePlan {
+    SourceOptions source;      // as the clips are made from it
+    int frames = kNoLimit;     // that the source gives, its limit included, when they were counted
+    double speed = 1;          // times as fast as the source's own pace
+    std::optional<Seam> seam;  // LoopKind::BEST
+};
+
+// Throws ToolError when the input has nothing after the start.
+EncodePlan planEncode(const std::string& input, const EncodeSettings& settings);
+
+// Makes the alpha that the settings ask for out of the colours.
+void applyKey(const EncodeSettings& settings, std::vector<uint8_t>& rgba);
 
 // Clips of a split input are named like output-1.m19. The output's folder is made when missing.
 EncodeReport encodeFile(const std::string& input, const std::filesystem::path& output,

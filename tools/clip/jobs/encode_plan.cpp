@@ -1,4 +1,4 @@
-#include "tools/clip/jobs/encode_plan.h"
+#include "tools/clip/jobs/encode_job.h"
 
 #include "clip/format.h"
 #include "tools/clip/base/errors.h"

@@ -3,7 +3,6 @@
 #include "files/playlists.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/encoder/encoder.h"
 
 namespace maker {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "tools/clip/encoder/quantise.h"
-#include "tools/clip/jobs/encode_plan.h"
+#include "tools/clip/jobs/encode_job.h"
 #include "tools/clip/reports/clip_frames.h"
 
 namespace maker {

@@ -1,4 +1,42 @@
 #pragma once
+// What there is to import in files and folders, and which of it is imported already.
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "tools/clip/jobs/encode_job.h"
+
+namespace maker {
+
+// What there is to import in files and folders.
+//
+// A file that is named is taken whatever it is called. Of a folder and those below it are taken, by
+// their endings, videos and animated images, and numbered pictures that follow each other as one
+// image sequence; other still pictures are counted and left. Names that begin with a point are
+// passed over, and links to folders are not followed.
+struct Scan {
+    std::vector<std::string> inputs;  // files and patterns, each once, sorted within a folder given
+    int stills = 0;                   // pictures left
+};
+
+// Throws ToolError for a name that is not there or a folder that cannot be read.
+Scan scanInputs(const std::vector<std::string>& given);
+
+// Tells one state of an input from another. Of an image sequence all its pictures count.
+struct InputState {
+    uint64_t bytes = 0;
+    int64_t changed = 0;  // nanoseconds since 1970
+
+    bool operator==(const InputState&) const = default;
+};
+
+// All zeros for an input that is not there.
+InputState stateOf(const std::string& input);
+
 // Which clips of a folder were made from which inputs, so that an import does only what is missing
 // or changed.
 //
@@ -10,18 +48,6 @@
 // line and the clips have the sizes that stand there. Nothing is ever deleted.
 //
 // While it exists the object holds the folder against other imports. May be used from any thread.
-
-#include <filesystem>
-#include <map>
-#include <mutex>
-#include <string>
-#include <vector>
-
-#include "tools/clip/jobs/encode_job.h"
-#include "tools/clip/jobs/import_scan.h"
-
-namespace maker {
-
 class ImportLog {
 public:
     // Reads the log; a folder that is not there has none. Throws when another import is at work.

@@ -1,11 +1,94 @@
 #include "tools/clip/jobs/loop.h"
 
 #include <algorithm>
+#include <limits>
+#include <numeric>
 
 #include "clip/format.h"
-#include "tools/clip/jobs/seam.h"
+#include "common/limits.h"
 
 namespace maker {
+
+namespace {
+
+constexpr int kShrink = 10;  // frame pixels along a side of one small pixel
+constexpr int kAcross = kFrameWidth / kShrink;
+constexpr int kDown = kFrameHeight / kShrink;
+constexpr size_t kSamples = size_t{kAcross} * kDown * 3;
+constexpr int kBefore = 1;        // frames compared before the seam
+constexpr int kAfter = 1;         // and after the frame that the loop comes back to
+constexpr int kFewestFrames = 2;  // below, nothing moves
+constexpr double kEqual = 1e-9;
+
+using Samples = std::vector<int16_t>;
+
+double difference(const Samples& a, const Samples& b) {
+    int64_t sum = 0;
+    for (size_t i = 0; i < kSamples; ++i) {
+        const int apart = a[i] - b[i];
+        sum += apart * apart;
+    }
+    return static_cast<double>(sum) / kSamples;
+}
+
+// What comes `steps` frames after `last` when the motion from `before` to it goes on.
+Samples goOn(const SmallPicture& before, const SmallPicture& last, int steps) {
+    Samples next(kSamples);
+    for (size_t i = 0; i < kSamples; ++i) {
+        next[i] = static_cast<int16_t>(last[i] + steps * (last[i] - before[i]));
+    }
+    return next;
+}
+
+class Search {
+public:
+    explicit Search(const std::vector<SmallPicture>& pictures) {
+        const size_t count = pictures.size();
+        for (int steps = kBefore; steps > 0; --steps) {
+            frames_.push_back(goOn(pictures[1], pictures[0], steps));
+        }
+        for (const SmallPicture& picture : pictures) {
+            frames_.emplace_back(picture.begin(), picture.end());
+        }
+        for (int steps = 1; steps <= kAfter + 1; ++steps) {
+            frames_.push_back(goOn(pictures[count - 2], pictures[count - 1], steps));
+        }
+    }
+
+    Seam best(int shortest, int longest, int count) {
+        Seam best{0, 0, std::numeric_limits<double>::max()};
+        for (int length = longest; length >= shortest; --length) {
+            compareAll(static_cast<size_t>(length));
+            for (int begin = 0; begin + length <= count; ++begin) {
+                const double cost = costOf(begin);
+                if (cost < best.difference - kEqual) {
+                    best = {begin, begin + length, cost};
+                }
+            }
+        }
+        return best;
+    }
+
+private:
+    // The differences between every frame and the one `length` later.
+    void compareAll(size_t length) {
+        apart_.resize(frames_.size() - length);
+        for (size_t i = 0; i < apart_.size(); ++i) {
+            apart_[i] = difference(frames_[i], frames_[i + length]);
+        }
+    }
+
+    double costOf(int begin) const {
+        constexpr int kCompared = kBefore + 1 + kAfter;
+        const auto from = apart_.begin() + begin;
+        return std::accumulate(from, from + kCompared, 0.0) / kCompared;
+    }
+
+    std::vector<Samples> frames_;  // kBefore frames, the source's, kAfter + 1 frames
+    std::vector<double> apart_;
+};
+
+}  // namespace
 
 int framesTaken(const LoopSettings& loop) {
     switch (loop.kind) {
@@ -45,6 +128,37 @@ void crossfade(int index, int blend, const std::vector<uint8_t>& last,
         }
         first[i + 3] = static_cast<uint8_t>((sum + (blend + 1) / 2) / (blend + 1));
     }
+}
+
+SmallPicture smallPicture(const std::vector<uint8_t>& rgba) {
+    constexpr int kArea = kShrink * kShrink * 255;
+    SmallPicture small(kSamples);
+    std::vector<int> sums(size_t{kAcross} * 3);
+    for (int row = 0; row < kDown; ++row) {
+        std::fill(sums.begin(), sums.end(), 0);
+        const uint8_t* pixel =
+            rgba.data() + size_t{kFrameWidth} * 4 * kShrink * static_cast<size_t>(row);
+        for (int i = 0; i < kFrameWidth * kShrink; ++i, pixel += 4) {
+            int* sum = &sums[static_cast<size_t>(i % kFrameWidth / kShrink) * 3];
+            for (int c = 0; c < 3; ++c) {
+                sum[c] += pixel[c] * pixel[3];
+            }
+        }
+        for (size_t i = 0; i < sums.size(); ++i) {
+            small[static_cast<size_t>(row) * sums.size() + i] =
+                static_cast<uint8_t>(sums[i] / kArea);
+        }
+    }
+    return small;
+}
+
+Seam findSeam(const std::vector<SmallPicture>& pictures) {
+    const int count = static_cast<int>(pictures.size());
+    if (count < kFewestFrames) {
+        return {0, count, 0};
+    }
+    const int longest = std::min(count, clip::kMaxFrames);
+    return Search(pictures).best((longest + 1) / 2, longest, count);
 }
 
 }  // namespace maker

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/base/texts.h"
 
 namespace maker {

@@ -2,7 +2,7 @@
 file(READ "${INPUT}" hex HEX)
 string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," bytes "${hex}")
 string(REGEX REPLACE "(................................................................................)" "\\1\n" bytes "${bytes}")
-file(WRITE "${OUTPUT}" "#include \"tools/clip/media/embedded.h\"
+file(WRITE "${OUTPUT}" "#include \"tools/clip/media/pixel_font.h\"
 namespace maker {
 static const unsigned char bytes[] = {
 ${bytes}};

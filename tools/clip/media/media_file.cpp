@@ -15,7 +15,6 @@ extern "C" {
 }
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {

@@ -10,7 +10,6 @@ extern "C" {
 }
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/media/media_file.h"
 
 namespace maker {

@@ -1,5 +1,6 @@
 #pragma once
-// 8-bit RGBA pictures of any size, row-major without gaps, straight alpha, and drawing in them.
+// 8-bit RGBA pictures of any size, row-major without gaps, straight alpha: drawing in them, and
+// keying.
 
 #include <cstddef>
 #include <cstdint>
@@ -64,5 +65,13 @@ Picture overCheckerboard(const Picture& from);
 
 // `from` over black.
 Picture overBlack(const Picture& from);
+
+// Alpha made from colours, in place; what was transparent before stays so. Here a pixel is as
+// opaque as it is bright. Colours stay.
+void keyByBrightness(std::vector<uint8_t>& rgba);
+
+// A key colour fades out softly: near it pixels are transparent, further away the key's part is
+// taken out of their colour, so that no rim of it stays.
+void keyByColour(const Colour& key, std::vector<uint8_t>& rgba);
 
 }  // namespace maker

@@ -7,7 +7,6 @@
 #include <new>
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/media/embedded.h"
 
 namespace maker {
 

@@ -2,8 +2,9 @@
 // The interface's bitmap font: how wide texts are on stage, and texts in pictures.
 //
 // Sizes are those of the program: 9 for small texts, 18 for large ones; multiples of 9 stay sharp.
-// Texts are code points (names.h). The font is part of the tool.
+// Texts are code points (texts.h). The font is part of the tool.
 
+#include <span>
 #include <string_view>
 
 #include "tools/clip/media/picture.h"
@@ -32,5 +33,8 @@ private:
     FT_Library library_ = nullptr;
     FT_Face face_ = nullptr;
 };
+
+// Its file, data/volter. The build makes the bytes.
+extern const std::span<const unsigned char> kFontFile;
 
 }  // namespace maker

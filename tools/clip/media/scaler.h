@@ -1,7 +1,7 @@
 #pragma once
 // One decoded picture of any size and pixel format to a 640 x 360 RGBA frame.
 //
-// The picture is cut, scaled and turned as its plan says (fit.h). Colours keep the range and the
+// The picture is cut, scaled and turned as its plan says. Colours keep the range and the
 // matrix that the picture names. Scaling weighs colours by their alpha, so that what a transparent
 // pixel hides never bleeds into its neighbours. What cannot be converted is thrown as ToolError.
 
@@ -10,14 +10,36 @@
 #include <string>
 #include <vector>
 
-#include "tools/clip/media/decoder.h"
-#include "tools/clip/media/fit.h"
-
 extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include "tools/clip/media/decoder.h"
+
 namespace maker {
+
+// How a source picture of any size and pixel shape fills the 640 x 360 frame.
+//
+// Sizes are those of the picture as displayed, after turning it upright. The plan first cuts the
+// source, then scales what is left and places it.
+enum class Fit {
+    COVER,    // fill the frame, cut what is too much, equally on both sides
+    CONTAIN,  // show the whole source, bars on two sides
+    STRETCH,  // fill the frame, ignore the source's proportions
+    WHOLE,    // the largest whole multiple of the source that fits, or a whole part of it, centred
+};
+
+struct FitPlan {
+    int cutX;  // source pixels cut from the left, and as many from the right
+    int cutY;
+    int width;  // of the scaled picture
+    int height;
+    int left;  // its place in the frame
+    int top;
+};
+
+// pixelAspect is the width of a source pixel divided by its height; WHOLE takes pixels as square.
+FitPlan planFit(int width, int height, double pixelAspect, Fit fit);
 
 struct FreeScaler {
     void operator()(SwsContext* context) const { sws_freeContext(context); }

@@ -1,10 +1,10 @@
 #include "tools/clip/media/source.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/interrupt.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {
@@ -19,6 +19,9 @@ int frameLimit(const SourceOptions& options) {
 double pictureFps(const SourceOptions& options) {
     return options.pictureFps > 0 ? options.pictureFps : options.fps;
 }
+
+// Part of a clip frame that rounded timestamps may be early or late.
+constexpr double kSlack = 1e-3;
 
 }  // namespace
 
@@ -86,6 +89,24 @@ const std::vector<uint8_t>& VideoSource::picture() {
 
 bool VideoSource::seesThrough() {
     return !drawn_ && scaler_.seesThrough(*current_.picture);
+}
+
+int framesFor(double seconds, double fps, int limit) {
+    const double frames = std::ceil(seconds * fps - kSlack);
+    if (!(frames > 0)) {
+        return 0;
+    }
+    return frames < limit ? static_cast<int>(frames) : limit;
+}
+
+int Pacer::due(double until) {
+    const int target = framesFor(until, fps_, limit_);
+    if (target <= given_) {
+        return 0;
+    }
+    const int frames = target - given_;
+    given_ = target;
+    return frames;
 }
 
 }  // namespace maker

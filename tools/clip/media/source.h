@@ -1,7 +1,7 @@
 #pragma once
 // The frames of a clip from any video, animated image or image sequence that FFmpeg reads.
 //
-// Walks over 640 x 360 RGBA pictures at the clip's own rate, the source's timing kept (pacer.h); a
+// Walks over 640 x 360 RGBA pictures at the clip's own rate, the source's timing kept; a
 // frame that is only stepped over is decoded but not scaled. A source of one single picture gives
 // one frame, or the asked duration of it; an image sequence gives one frame a picture. Errors are
 // thrown as ToolError.
@@ -12,8 +12,6 @@
 #include <vector>
 
 #include "tools/clip/media/decoder.h"
-#include "tools/clip/media/fit.h"
-#include "tools/clip/media/pacer.h"
 #include "tools/clip/media/scaler.h"
 
 namespace maker {
@@ -33,6 +31,30 @@ struct SourceOptions {
     bool alpha = false;    // keep transparency; else everything lies over black
     int threads = 1;       // of the decoder
 };
+
+// From the source's timing to the clip's: which source frame stands for each clip frame.
+//
+// Clip frame n is shown at n / fps seconds and takes the source frame on show at that moment, so
+// motion keeps its true speed at any pair of rates. Times are in seconds from the clip's start.
+class Pacer {
+public:
+    // At most `limit` clip frames in all.
+    Pacer(double fps, int limit) : fps_(fps), limit_(limit) {}
+
+    // How many clip frames, not counted before, begin earlier than `until`: they show the source
+    // frame that is on show up to that moment.
+    int due(double until);
+
+    bool finished() const { return given_ >= limit_; }
+
+private:
+    double fps_;
+    int limit_;
+    int given_ = 0;
+};
+
+// Clip frames that fill `seconds`; at most `limit`.
+int framesFor(double seconds, double fps, int limit);
 
 class VideoSource {
 public:

@@ -1,11 +1,11 @@
-#include "tools/clip/reports/check_names.h"
+#include "tools/clip/reports/check_files.h"
 
 #include <algorithm>
 #include <set>
 #include <span>
 
 #include "layout/name_rooms.h"
-#include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/media/pixel_font.h"
 
 namespace maker {

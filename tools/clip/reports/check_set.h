@@ -10,9 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/clip/reports/check_files.h"
 #include "tools/clip/reports/describe.h"
-#include "tools/clip/reports/findings.h"
-#include "tools/clip/reports/user_files.h"
 
 namespace maker {
 
@@ -43,5 +42,11 @@ SetReport checkSet(const std::filesystem::path& folder);
 
 // Fills in what follows from the tracks.
 void addLoading(PlaylistReport& playlist);
+
+// What `velmora-clip check` says: text for people, JSON for machines.
+std::string asText(const SetReport& report);
+
+// One JSON object, without a line end.
+std::string asJson(const std::string& folder, const SetReport& report);
 
 }  // namespace maker

@@ -1,18 +1,72 @@
 #include "tools/clip/reports/clip_frames.h"
 
+#include <algorithm>
+#include <charconv>
+#include <numeric>
+#include <optional>
+#include <string_view>
+
 #include "clip/block.h"
 #include "clip/frame.h"
 #include "clip/mapbuild.h"
 #include "common/rgb565.h"
+#include "layout/clipname.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/reports/describe.h"
 
 namespace maker {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr int kAlphaStep = 17;  // 15 levels over 255
+
+struct Range {
+    int first;
+    int last;
+};
+
+// Takes a number from the front of the text.
+bool takeNumber(std::string_view& text, int& number) {
+    const char* end = text.data() + text.size();
+    const auto [next, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || number < 0) {
+        return false;
+    }
+    text.remove_prefix(static_cast<size_t>(next - text.data()));
+    return true;
+}
+
+bool takeMark(std::string_view& text, char mark) {
+    const bool found = !text.empty() && text[0] == mark;
+    text.remove_prefix(found ? 1 : 0);
+    return found;
+}
+
+std::optional<std::vector<Range>> rangesOf(std::string_view text) {
+    std::vector<Range> ranges;
+    do {
+        Range range{};
+        if (!takeNumber(text, range.first)) {
+            return std::nullopt;
+        }
+        range.last = range.first;
+        if (takeMark(text, '-') && !takeNumber(text, range.last)) {
+            return std::nullopt;
+        }
+        ranges.push_back(range);
+    } while (takeMark(text, ','));
+    return text.empty() ? std::optional(ranges) : std::nullopt;
+}
+
+void checkFrame(int frame, int count) {
+    if (frame >= count) {
+        throw ToolError("there is no frame " + std::to_string(frame) + ": the clip's last one is " +
+                        std::to_string(count - 1));
+    }
+}
 
 }  // namespace
 
@@ -110,6 +164,58 @@ void toRgba(const Frame& frame, std::vector<uint8_t>& rgba) {
         out[3] =
             frame.alpha.empty() ? uint8_t{255} : static_cast<uint8_t>(frame.alpha[i] * kAlphaStep);
     }
+}
+
+std::vector<std::string> clipsBelow(const fs::path& folder) {
+    std::vector<std::string> paths;
+    std::error_code error;
+    fs::recursive_directory_iterator entry(folder,
+                                           fs::directory_options::follow_directory_symlink |
+                                               fs::directory_options::skip_permission_denied,
+                                           error);
+    // The folders that the entry stands in, from `folder` on, whatever links led there.
+    std::vector<fs::path> above{fs::canonical(folder, error)};
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        stopIfInterrupted();
+        std::error_code ignored;
+        if (entry->is_directory(ignored)) {
+            above.resize(static_cast<size_t>(entry.depth()) + 1);
+            above.push_back(fs::canonical(entry->path(), ignored));
+            if (std::find(above.begin(), above.end() - 1, above.back()) != above.end() - 1) {
+                entry.disable_recursion_pending();
+            }
+        } else if (entry->is_regular_file(ignored) && clip::isClipName(entry->path().filename())) {
+            paths.push_back(entry->path().lexically_relative(folder).string());
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+bool isFrameList(const std::string& text) {
+    return rangesOf(text).has_value();
+}
+
+std::vector<int> framesOf(const std::string& text, int count) {
+    std::vector<int> frames;
+    if (text.empty()) {
+        frames.resize(static_cast<size_t>(count));
+        std::iota(frames.begin(), frames.end(), 0);
+        return frames;
+    }
+    const std::optional<std::vector<Range>> ranges = rangesOf(text);
+    if (!ranges) {
+        throw ToolError("frames are named like 0,5,10-20, not " + text);
+    }
+    for (const Range& range : *ranges) {
+        checkFrame(range.first, count);
+        checkFrame(range.last, count);
+        const int step = range.first <= range.last ? 1 : -1;
+        for (int frame = range.first; frame != range.last + step; frame += step) {
+            frames.push_back(frame);
+        }
+    }
+    return frames;
 }
 
 }  // namespace maker

@@ -1,10 +1,12 @@
 #pragma once
-// A clip drawn frame by frame as the program draws it: what the stage shows, in any order.
+// Clips: found in folders, opened, and drawn frame by frame as the program draws them, in any
+// order.
 //
 // Opens only clips that pass every bound; others are thrown as ToolError. Every frame is drawn
 // whole.
 
 #include <cstdint>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <vector>
@@ -47,5 +49,17 @@ ClipFrames openClip(const std::string& path);
 // The frame as 8-bit RGBA, 640 x height: channels as a display shows RGB565, alpha levels times 17;
 // without alpha every pixel is opaque.
 void toRgba(const Frame& frame, std::vector<uint8_t>& rgba);
+
+// Every file below `folder` with the name of a clip, older versions included, by its path from
+// there, in alphabetical order. Links to folders are followed, but not in circles. A folder that is
+// not there holds none.
+std::vector<std::string> clipsBelow(const std::filesystem::path& folder);
+
+// Whether a text names frames of a clip by numbers and ranges, such as "0,5,10-20".
+bool isFrameList(const std::string& text);
+
+// In the order given, 20-10 backwards; an empty text names all. Throws ToolError for a frame that a
+// clip of `count` frames does not have.
+std::vector<int> framesOf(const std::string& text, int count);
 
 }  // namespace maker

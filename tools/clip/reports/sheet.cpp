@@ -1,12 +1,18 @@
 #include "tools/clip/reports/sheet.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <numeric>
+#include <string>
+
+extern "C" {
+#include <libavutil/base64.h>
+}
 
 #include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/interrupt.h"
-#include "tools/clip/base/names.h"
+#include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
+#include "tools/clip/media/movie.h"
 #include "tools/clip/media/pixel_font.h"
 #include "tools/clip/media/source.h"
 #include "tools/clip/reports/clip_frames.h"
@@ -65,6 +71,115 @@ void drawFacts(Canvas& canvas, const PixelFont& font, const SheetClip& clip, int
     }
 }
 
+// The sheet as a web page: pictures and font are part of the file.
+constexpr int kFrameW = kFrameWidth / kPageShrink;
+
+constexpr const char* kHead = R"(<!doctype html>
+<html lang="en">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+)";
+
+constexpr const char* kStyle = R"(
+:root { --white: #fff; --black: #000; --pink: #fe00c3; --blue: #59b1ff; --orange: #ffb000; }
+* { box-sizing: border-box; }
+body { margin: 0; padding: 32px; background: #141414; color: var(--white);
+       font: 18px/26px velmora, monospace; }
+header { display: flex; flex-wrap: wrap; gap: 4px 32px; align-items: baseline; margin: 0 0 28px;
+         padding: 0 0 14px; border-bottom: 2px solid var(--pink); }
+h1 { margin: 0; font-size: 36px; line-height: 44px; font-weight: normal; overflow-wrap: anywhere; }
+header p { margin: 0; color: var(--blue); }
+main { display: grid; grid-template-columns: repeat(auto-fill, 320px); gap: 28px 24px; }
+article { width: 320px; }
+h2 { margin: 8px 0 0; font-size: 18px; font-weight: normal; overflow-wrap: anywhere; }
+article p { margin: 0; color: var(--blue); }
+.film { width: 320px; height: 180px; overflow: hidden; display: flex; align-items: center;
+        background: var(--black); outline: 2px solid transparent; outline-offset: 2px; }
+article:hover .film { outline-color: var(--pink); }
+.film i { display: block; width: 320px; flex: none; background: 0 0 no-repeat;
+          animation: film var(--time) steps(var(--moments)) infinite; }
+@keyframes film { to { background-position-x: calc(var(--moments) * -320px); } }
+@media (prefers-reduced-motion: reduce) { .film i { animation: none; } }
+.alpha { color: var(--pink); }
+.bad { color: var(--orange); }
+article p.bad { font-size: 18px; overflow-wrap: anywhere; }
+)";
+
+std::string escaped(const std::string& name) {
+    std::string text;
+    for (const char c : readable(name)) {
+        switch (c) {
+            case '&':
+                text += "&amp;";
+                break;
+            case '<':
+                text += "&lt;";
+                break;
+            case '>':
+                text += "&gt;";
+                break;
+            case '"':
+                text += "&quot;";
+                break;
+            default:
+                text += c;
+        }
+    }
+    return text;
+}
+
+std::string dataUri(const std::string& type, std::span<const uint8_t> bytes) {
+    std::string text(AV_BASE64_SIZE(bytes.size()), '\0');
+    av_base64_encode(text.data(), static_cast<int>(text.size()), bytes.data(),
+                     static_cast<int>(bytes.size()));
+    text.pop_back();  // the end mark
+    return "data:" + type + ";base64," + text;
+}
+
+// All moments side by side, as the smaller of an exact and a lossy picture.
+std::string stripUri(const std::vector<Moment>& moments) {
+    Picture strip(kFrameW * static_cast<int>(moments.size()), moments[0].picture.height);
+    for (size_t i = 0; i < moments.size(); ++i) {
+        strip.copy(moments[i].picture, kFrameW * static_cast<int>(i), 0);
+    }
+    const std::vector<uint8_t> exact = pictureFile(kPng, strip, false);
+    const std::vector<uint8_t> lossy = pictureFile(kJpeg, strip, false);
+    return exact.size() <= lossy.size() ? dataUri("image/png", exact)
+                                        : dataUri("image/jpeg", lossy);
+}
+
+std::string filmOf(const SheetClip& clip) {
+    if (clip.moments.empty()) {
+        return "<div class=\"film\"></div>\n";
+    }
+    char style[160];
+    std::snprintf(style, sizeof(style), "height: %dpx; --moments: %zu; --time: %.2fs;",
+                  clip.moments[0].picture.height, clip.moments.size(),
+                  clip.facts.header.frameCount / kStageFps);
+    return "<div class=\"film\"><i style=\"" + std::string(style) + " background-image: url(" +
+           stripUri(clip.moments) + ")\"></i></div>\n";
+}
+
+std::string articleOf(const SheetClip& clip) {
+    std::string text = "<article>\n" + filmOf(clip) + "<h2>" + escaped(clip.name) + "</h2>\n";
+    const std::string size = wholeKilobytes(clip.facts.fileBytes);
+    if (!clip.facts.plays()) {
+        return text + "<p>" + size + "</p>\n<p class=\"bad\">" + escaped(verdictText(clip.facts)) +
+               "</p>\n</article>\n";
+    }
+    text += "<p>" + lengthText(clip.facts) + ", " + size + "</p>\n<p>";
+    text += clip.facts.slow() ? "<span class=\"bad\">" + loadText(clip.facts) + "</span>"
+                              : loadText(clip.facts);
+    text += clip.facts.header.alpha != 0 ? " <span class=\"alpha\">alpha</span>" : "";
+    return text + "</p>\n</article>\n";
+}
+
+std::string summaryOf(size_t clips, int frames, size_t bytes) {
+    return counted(clips, "clip") + ", " + decimals(frames / kStageFps, 0) + " s, " +
+           wholeKilobytes(bytes);
+}
+
 }  // namespace
 
 SheetClip readSheetClip(const std::string& name, const std::string& path, int moments, int shrink) {
@@ -115,6 +230,23 @@ Picture drawSheet(const std::string& title, const std::vector<SheetClip>& clips)
         y += kClipHeight;
     }
     return sheet;
+}
+
+void SheetPage::add(const SheetClip& clip) {
+    articles_ += articleOf(clip);
+    ++clips_;
+    bytes_ += clip.facts.fileBytes;
+    frames_ += clip.facts.plays() ? clip.facts.header.frameCount : 0;
+}
+
+std::string SheetPage::finish(const std::string& title) const {
+    const std::string name = escaped(title);
+    std::string page = kHead;
+    page += "<title>" + name + "</title>\n<style>\n@font-face { font-family: velmora; src: url(" +
+            dataUri("font/ttf", kFontFile) + "); }" + kStyle + "</style>\n</head>\n<body>\n";
+    page += "<header><h1>" + name + "</h1><p>" + summaryOf(clips_, frames_, bytes_) +
+            "</p></header>\n<main>\n";
+    return page + articles_ + "</main>\n</body>\n</html>\n";
 }
 
 }  // namespace maker

@@ -1,4 +1,4 @@
-#include "tools/clip/base/names.h"
+#include "tools/clip/base/texts.h"
 
 #include <algorithm>
 

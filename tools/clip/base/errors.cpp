@@ -1,10 +1,8 @@
-#include "tools/clip/base/interrupt.h"
+#include "tools/clip/base/errors.h"
 
 #include <unistd.h>
 
 #include <csignal>
-
-#include "tools/clip/base/errors.h"
 
 namespace maker {
 
