@@ -207,15 +207,14 @@ void Job::encodePart() {
     }
     const std::vector<uint8_t> bytes = encoder.finish();
     const ClipStats& stats = encoder.stats();
-    std::vector<clip::BlockLayout> blocks;
-    clip::validate(bytes, &blocks);
-    const LoadCost cost = loadCost(blocks);
+    Description facts;
+    describe(bytes, facts);
     if (!folder_) {
         folder_.emplace(folderOf(output_));
     }
     files_.emplace_back(output_, bytes);
     report_.clips.push_back({output_, stats.frames, bytes.size(), stats.psnr(), stats.records,
-                             cost.memory, cost.seconds, ""});
+                             facts.cost.memory, facts.cost.seconds, ""});
     std::string& note = report_.clips.back().note;
     note = noteOf(stats.frames + takenBefore);
     if (!stats.withinBudget) {

@@ -14,7 +14,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::array<const char*, clip::kMaxTypeSlots> kTypeNames{
+constexpr const char* kTypeNames[clip::kColourTypes] = {
     "raw",
     "palette",
     "four runs, rows",
@@ -25,40 +25,42 @@ constexpr std::array<const char*, clip::kMaxTypeSlots> kTypeNames{
     "palette runs, columns",
     "two colours, rows",
     "two colours, columns",
-    "raw + alpha",
-    "palette + alpha",
-    "four runs, rows + alpha",
-    "four runs, columns + alpha",
-    "short runs, rows + alpha",
-    "short runs, columns + alpha",
-    "palette runs, rows + alpha",
-    "palette runs, columns + alpha",
-    "two colours, rows + alpha",
-    "two colours, columns + alpha",
+};
+
+// The bytes of each section, as JSON and as text name them.
+struct Section {
+    const char* key;
+    const char* label;
+    size_t clip::BlockLayout::*bytes;
+    size_t before;  // all blocks
+};
+constexpr Section kSections[] = {
+    {"header", "headers", &clip::BlockLayout::headerBytes, clip::kHeaderBytes},
+    {"runs", "change runs", &clip::BlockLayout::runBytes, 0},
+    {"map", "map entries", &clip::BlockLayout::mapBytes, 0},
+    {"codes", "tile codes", &clip::BlockLayout::codeBytes, 0},
+    {"records", "tile records", &clip::BlockLayout::recordBytes, 0},
 };
 
 struct Totals {
     size_t records = 0;
     std::array<size_t, clip::kMaxTypeSlots> byType{};
-    size_t headerBytes = clip::kHeaderBytes;
-    size_t runBytes = 0;
-    size_t mapBytes = 0;
-    size_t codeBytes = 0;
-    size_t recordBytes = 0;
+    std::array<size_t, std::size(kSections)> bytes{};
 };
 
 Totals totalsOf(const Description& description) {
     Totals totals;
+    for (size_t i = 0; i < totals.bytes.size(); ++i) {
+        totals.bytes[i] = kSections[i].before;
+    }
     for (const clip::BlockLayout& block : description.blocks) {
         totals.records += block.header.recordCount;
         for (size_t type = 0; type < totals.byType.size(); ++type) {
             totals.byType[type] += block.header.typeCounts[type];
         }
-        totals.headerBytes += block.headerBytes;
-        totals.runBytes += block.runBytes;
-        totals.mapBytes += block.mapBytes;
-        totals.codeBytes += block.codeBytes;
-        totals.recordBytes += block.recordBytes;
+        for (size_t i = 0; i < totals.bytes.size(); ++i) {
+            totals.bytes[i] += block.*kSections[i].bytes;
+        }
     }
     return totals;
 }
@@ -82,9 +84,9 @@ double rawShare(const Description& description) {
     return raw > 0 ? static_cast<double>(description.fileBytes) / raw : 0;
 }
 
-std::string line(const char* name, size_t value) {
+std::string line(const std::string& name, size_t value) {
     char text[64];
-    std::snprintf(text, sizeof(text), "  %-32s %10zu\n", name, value);
+    std::snprintf(text, sizeof(text), "  %-32s %10zu\n", name.c_str(), value);
     return text;
 }
 
@@ -97,17 +99,21 @@ Json typesOf(const Counts& counts, int alpha) {
     return types;
 }
 
+template <class BytesOf>
+Json sectionsOf(BytesOf bytesOf) {
+    Json json;
+    for (size_t i = 0; i < std::size(kSections); ++i) {
+        json[kSections[i].key] = bytesOf(i);
+    }
+    return json;
+}
+
 Json jsonOf(const clip::BlockLayout& block, int alpha) {
     return {{"offset", block.offset},
             {"frames", block.frames},
             {"records", block.header.recordCount},
             {"recordsByType", typesOf(block.header.typeCounts, alpha)},
-            {"bytes",
-             {{"header", block.headerBytes},
-              {"runs", block.runBytes},
-              {"map", block.mapBytes},
-              {"codes", block.codeBytes},
-              {"records", block.recordBytes}}}};
+            {"bytes", sectionsOf([&](size_t i) { return block.*kSections[i].bytes; })}};
 }
 
 int stepsFor(std::span<const clip::BlockLayout> blocks, int stepRecords) {
@@ -172,12 +178,15 @@ std::string asText(const std::string& path, const Description& description) {
     std::string all = path + ":\n" + text + "records\n";
     for (size_t type = 0; type < totals.byType.size(); ++type) {
         if (totals.byType[type] > 0) {
-            all += line(kTypeNames[type], totals.byType[type]);
+            const char* alpha = type < clip::kColourTypes ? "" : " + alpha";
+            all += line(kTypeNames[type % clip::kColourTypes] + std::string(alpha),
+                        totals.byType[type]);
         }
     }
-    all += line("all", totals.records) + "bytes\n" + line("headers", totals.headerBytes) +
-           line("change runs", totals.runBytes) + line("map entries", totals.mapBytes) +
-           line("tile codes", totals.codeBytes) + line("tile records", totals.recordBytes);
+    all += line("all", totals.records) + "bytes\n";
+    for (size_t i = 0; i < totals.bytes.size(); ++i) {
+        all += line(kSections[i].label, totals.bytes[i]);
+    }
     if (description.plays()) {
         all += costText(description.cost);
     }
@@ -203,12 +212,7 @@ std::string asJson(const std::string& path, const Description& description) {
               {"rawShare", rawShare(description)},
               {"records", totals.records},
               {"recordsByType", typesOf(totals.byType, header.alpha != 0 ? 1 : 0)},
-              {"sectionBytes",
-               {{"header", totals.headerBytes},
-                {"runs", totals.runBytes},
-                {"map", totals.mapBytes},
-                {"codes", totals.codeBytes},
-                {"records", totals.recordBytes}}},
+              {"sectionBytes", sectionsOf([&](size_t i) { return totals.bytes[i]; })},
               {"ok", description.verdict.ok},
               {"plays", description.plays()},
               {"blocks", blocks}};
