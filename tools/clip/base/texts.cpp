@@ -33,11 +33,6 @@ bool isUtf8(std::string_view bytes) {
     return decodeUtf8(bytes, ignored);
 }
 
-bool isAscii(std::string_view bytes) {
-    return std::none_of(bytes.begin(), bytes.end(),
-                        [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
-}
-
 std::u32string fromLatin1(std::string_view bytes) {
     std::u32string text;
     for (const char byte : bytes) {
@@ -73,10 +68,7 @@ std::string readable(std::string_view bytes) {
 }
 
 std::string inQuotes(std::string_view bytes) {
-    std::string text = "'";
-    text += readable(bytes);
-    text += "'";
-    return text;
+    return std::string("'").append(readable(bytes)).append("'");
 }
 
 }  // namespace maker

@@ -53,7 +53,6 @@ inline std::string lowerCase(std::string text) {
 // Names are bytes of no sure encoding. The program shows them byte by byte as
 // Latin-1; today's file systems and editors write UTF-8.
 bool isUtf8(std::string_view bytes);
-bool isAscii(std::string_view bytes);
 
 // As the program shows them.
 std::u32string fromLatin1(std::string_view bytes);

@@ -103,16 +103,17 @@ void noteFault(const char* where, const std::string& fault, Findings& findings) 
     }
 }
 
+std::string partlyRead(size_t read, size_t written, size_t most, const std::string& what) {
+    return counted(written, what) +
+           (read == most && written > most ? ", of which only the first " : ", but ") +
+           std::to_string(read) + " are read";
+}
+
 void checkTracks(const PlaylistText& read, const PlaylistText& written, Findings& findings) {
     const std::string& where = written.name;
     if (read.tracks.size() != written.tracks.size()) {
-        findings.problem(where,
-                         written.tracks.size() > kTrackSlots && read.tracks.size() == kTrackSlots
-                             ? "has " + counted(written.tracks.size(), "track") +
-                                   ", of which only the first " + std::to_string(kTrackSlots) +
-                                   " are read"
-                             : "has " + counted(written.tracks.size(), "track") + ", but " +
-                                   std::to_string(read.tracks.size()) + " are read");
+        findings.problem(where, "has " + partlyRead(read.tracks.size(), written.tracks.size(),
+                                                    kTrackSlots, "track"));
     }
     for (size_t t = 0; t < std::min(read.tracks.size(), written.tracks.size()); ++t) {
         if (read.tracks[t] != written.tracks[t]) {
@@ -158,12 +159,10 @@ bool readAsWritten(const char* where, const ElementText& element, const std::str
     return true;
 }
 
-void checkFlag(const ElementText& element, Findings& findings) {
-    if (element.read != "0" && element.read != "1") {
-        findings.problem(files::kPreferencesName, "<" + element.name + "> holds " +
-                                                      inQuotes(element.read) +
-                                                      ", which is ignored: only 0 and 1 count");
-    }
+void noteIgnored(const ElementText& element, const std::string& why, Findings& findings) {
+    findings.problem(
+        files::kPreferencesName,
+        "<" + element.name + "> holds " + inQuotes(element.read) + ", which is ignored: " + why);
 }
 
 // The number, unless the program ignores it.
@@ -172,10 +171,18 @@ std::optional<int> checkSize(const ElementText& element, int smallest, Findings&
     if (number && *number >= smallest) {
         return number;
     }
-    findings.problem(files::kPreferencesName,
-                     "<" + element.name + "> holds " + inQuotes(element.read) +
-                         ", which is ignored: less than " + std::to_string(smallest));
+    noteIgnored(element, "less than " + std::to_string(smallest), findings);
     return std::nullopt;
+}
+
+std::optional<int> checkNumber(const char* where, const ElementText& element,
+                               const std::string& label, Findings& findings) {
+    const std::optional<int> number = plainNumber(element.read);
+    if (!number) {
+        findings.problem(where, label + " is " + inQuotes(element.read) +
+                                    ", which is no number: it counts as its beginning or 0");
+    }
+    return number;
 }
 
 void checkOffered(int width, int height, Findings& findings) {
@@ -189,14 +196,9 @@ void checkOffered(int width, int height, Findings& findings) {
                                                " is none that the options screen offers");
 }
 
-void checkFilter(const ElementText& element, int slot, Findings& findings) {
-    const std::optional<int> id = plainNumber(element.read);
-    const std::string label = "filter " + std::to_string(slot + 1);
-    if (!id) {
-        findings.problem(files::kPreferencesName,
-                         label + " is " + inQuotes(element.read) +
-                             ", which is no number: it counts as its beginning or 0");
-    } else if (*id < 0 || *id >= kFilterIds) {
+void checkFilter(const ElementText& element, const std::string& label, Findings& findings) {
+    const std::optional<int> id = checkNumber(files::kPreferencesName, element, label, findings);
+    if (id && (*id < 0 || *id >= kFilterIds)) {
         findings.problem(
             files::kPreferencesName,
             label + " is " + std::to_string(*id) + ", which is no filter: the slot does nothing");
@@ -257,11 +259,9 @@ void checkPlaylistsFile(const PlaylistsFile& file, Findings& findings) {
     }
     noteFault(files::kPlaylistsName, file.fault, findings);
     if (file.read.size() != file.written.size()) {
-        const bool full = file.read.size() == kPlaylists && file.written.size() > kPlaylists;
-        findings.problem(files::kPlaylistsName,
-                         "holds " + counted(file.written.size(), "playlist") + ", " +
-                             (full ? "of which only the first " : "but ") +
-                             std::to_string(file.read.size()) + " are read");
+        findings.problem(
+            files::kPlaylistsName,
+            "holds " + partlyRead(file.read.size(), file.written.size(), kPlaylists, "playlist"));
     } else if (file.read.empty()) {
         findings.problem(files::kPlaylistsName, "holds no playlists: there is nothing to play");
     }
@@ -291,19 +291,19 @@ void checkPrefsFile(const ElementsFile& file, Findings& findings) {
     for (const ElementText& element : file.elements) {
         const bool isFilter = element.name == names.back();
         const std::string label =
-            isFilter ? "filter " + std::to_string(slot + 1) : "<" + element.name + ">";
-        slot += isFilter ? 1 : 0;
+            isFilter ? "filter " + std::to_string(++slot) : "<" + element.name + ">";
         if (!readAsWritten(files::kPreferencesName, element, label, findings)) {
             return;
         }
         if (isFilter) {
-            checkFilter(element, slot - 1, findings);
+            checkFilter(element, label, findings);
         } else if (element.name == names[files::PREF_WIDTH]) {
             width = checkSize(element, files::kSmallestWidth, findings);
         } else if (element.name == names[files::PREF_HEIGHT]) {
             height = checkSize(element, files::kSmallestHeight, findings);
-        } else if (element.name != names[files::PREF_MODE]) {
-            checkFlag(element, findings);
+        } else if (element.name != names[files::PREF_MODE] && element.read != "0" &&
+                   element.read != "1") {
+            noteIgnored(element, "only 0 and 1 count", findings);
         }
     }
     if (width && height) {
@@ -324,12 +324,12 @@ void checkControllerFile(const ElementsFile& file, Findings& findings) {
         if (!readAsWritten(files::kControllerName, element, label, findings)) {
             return;
         }
-        const std::optional<int> button = plainNumber(element.read);
+        const std::optional<int> button =
+            checkNumber(files::kControllerName, element, label, findings);
         if (!button) {
-            findings.problem(files::kControllerName,
-                             label + " is " + inQuotes(element.read) +
-                                 ", which is no number: it counts as its beginning or 0");
-        } else if (*button < 0) {
+            continue;
+        }
+        if (*button < 0) {
             findings.problem(files::kControllerName,
                              label + " is " + std::to_string(*button) + ": it does nothing");
         } else if (*button != kPadUnassigned && !firstUse.emplace(*button, entry).second) {

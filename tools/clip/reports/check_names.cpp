@@ -38,21 +38,12 @@ constexpr NamePlace kTitlePlaces[] = {
 constexpr NamePlace kPathPlaces[] = {
     {"in the editor", layout::kTrackPathRoom, kSmallText, "is cut"}};
 
-class Measure {
-public:
-    int widthOf(const std::string& text, int size) const {
-        return (size == kSmallText ? small_ : large_).widthOf(fromLatin1(text));
-    }
-
-private:
-    PixelFont small_{kSmallText};
-    PixelFont large_{kLargeText};
-};
-
-void checkPlaces(const Measure& measure, const std::string& where, const std::string& text,
+void checkPlaces(const std::string& where, const std::string& text,
                  std::span<const NamePlace> places, Findings& findings) {
+    static const PixelFont small(kSmallText);
+    static const PixelFont large(kLargeText);
     for (const NamePlace& place : places) {
-        const int width = measure.widthOf(text, place.size);
+        const int width = (place.size == kSmallText ? small : large).widthOf(fromLatin1(text));
         if (width > place.room) {
             findings.note(where, "its name " + std::string(place.outcome) + " " + place.what +
                                      ": " + std::to_string(width) + " pixels, room for " +
@@ -62,9 +53,9 @@ void checkPlaces(const Measure& measure, const std::string& where, const std::st
 }
 
 void checkLetters(const std::string& where, const std::string& text, Findings& findings) {
-    if (!isAscii(text) && isUtf8(text)) {
-        findings.note(where,
-                      "its name is UTF-8; the screen shows it as " + inQuotes(latin1AsUtf8(text)));
+    const std::string shown = latin1AsUtf8(text);
+    if (shown != text && isUtf8(text)) {
+        findings.note(where, "its name is UTF-8; the screen shows it as " + inQuotes(shown));
     }
 }
 
@@ -77,18 +68,17 @@ std::string panelTitle(const std::string& path) {
 }
 
 void checkNames(const std::vector<PlaylistText>& playlists, Findings& findings) {
-    const Measure measure;
     std::set<std::string> seen;
     for (const PlaylistText& playlist : playlists) {
-        checkPlaces(measure, playlist.name, playlist.name, kPlaylistPlaces, findings);
+        checkPlaces(playlist.name, playlist.name, kPlaylistPlaces, findings);
         checkLetters(playlist.name, playlist.name, findings);
         for (const std::string& path : playlist.tracks) {
             if (!seen.insert(path).second) {
                 continue;
             }
             const std::string where = "videos/" + path;
-            checkPlaces(measure, where, panelTitle(path), kTitlePlaces, findings);
-            checkPlaces(measure, where, path, kPathPlaces, findings);
+            checkPlaces(where, panelTitle(path), kTitlePlaces, findings);
+            checkPlaces(where, path, kPathPlaces, findings);
             checkLetters(where, path, findings);
         }
     }

@@ -192,14 +192,22 @@ std::string playlistLine(const PlaylistReport& playlist) {
     return text + "\n";
 }
 
-std::string findingLines(const SetReport& report, bool problems) {
-    std::string text;
+// Each as text and as JSON.
+struct FindingList {
+    std::string lines;
+    Json json = Json::array();
+};
+
+FindingList findingsOf(const SetReport& report, bool problems) {
+    FindingList list;
     for (const Finding& finding : report.findings.all()) {
         if (finding.problem == problems) {
-            text += "  " + readable(finding.where) + ": " + finding.text + "\n";
+            const std::string where = readable(finding.where);
+            list.lines += "  " + where + ": " + finding.text + "\n";
+            list.json.push_back({{"where", where}, {"text", finding.text}});
         }
     }
-    return text;
+    return list;
 }
 
 Json jsonOf(const TrackReport& track) {
@@ -230,16 +238,6 @@ Json jsonOf(const PlaylistReport& playlist) {
             {"loadSeconds", playlist.seconds},
             {"memory", playlist.memory},
             {"tracks", tracks}};
-}
-
-Json findingsOf(const SetReport& report, bool problems) {
-    Json json = Json::array();
-    for (const Finding& finding : report.findings.all()) {
-        if (finding.problem == problems) {
-            json.push_back({{"where", readable(finding.where)}, {"text", finding.text}});
-        }
-    }
-    return json;
 }
 
 }  // namespace
@@ -279,8 +277,8 @@ std::string asText(const SetReport& report) {
     }
     const auto problems = static_cast<size_t>(report.findings.problems());
     const size_t notes = report.findings.all().size() - problems;
-    text += problems > 0 ? "Problems\n" + findingLines(report, true) : "";
-    text += notes > 0 ? "Notes\n" + findingLines(report, false) : "";
+    text += problems > 0 ? "Problems\n" + findingsOf(report, true).lines : "";
+    text += notes > 0 ? "Notes\n" + findingsOf(report, false).lines : "";
     return text + (problems > 0 ? counted(problems, "problem") : "No problems") +
            (notes > 0 ? ", " + counted(notes, "note") : "") + ".\n";
 }
@@ -296,8 +294,8 @@ std::string asJson(const std::string& folder, const SetReport& report) {
     }
     const Json json{{"folder", readable(folder)},
                     {"ok", report.findings.problems() == 0},
-                    {"problems", findingsOf(report, true)},
-                    {"notes", findingsOf(report, false)},
+                    {"problems", findingsOf(report, true).json},
+                    {"notes", findingsOf(report, false).json},
                     {"playlists", playlists},
                     {"unnamed", unnamed}};
     return json.dump(2, ' ', false, Json::error_handler_t::replace);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace maker {
@@ -62,11 +63,10 @@ double windowSsim(const int* a, const int* b, int width) {
            ((means + kMeanGuard) * (spread + kSpreadGuard));
 }
 
-template <class Part>
-double meanOf(const std::vector<FrameScore>& frames, Part part) {
+double meanOf(const std::vector<FrameScore>& frames, double FrameScore::*part) {
     double sum = 0;
     for (const FrameScore& frame : frames) {
-        sum += part(frame);
+        sum += frame.*part;
     }
     return sum / static_cast<double>(frames.size());
 }
@@ -103,21 +103,20 @@ double psnrOf(double meanSquaredError) {
 }
 
 double Comparison::psnr() const {
-    return psnrOf(meanOf(frames, [](const FrameScore& frame) { return frame.colourError; }));
+    return psnrOf(meanOf(frames, &FrameScore::colourError));
 }
 
 double Comparison::alphaPsnr() const {
-    return psnrOf(meanOf(frames, [](const FrameScore& frame) { return frame.alphaError; }));
+    return psnrOf(meanOf(frames, &FrameScore::alphaError));
 }
 
 double Comparison::meanSsim() const {
-    return meanOf(frames, [](const FrameScore& frame) { return frame.ssim; });
+    return meanOf(frames, &FrameScore::ssim);
 }
 
 int Comparison::worstFrame() const {
-    const auto worst = std::max_element(
-        frames.begin(), frames.end(),
-        [](const FrameScore& a, const FrameScore& b) { return a.colourError < b.colourError; });
+    const auto worst =
+        std::ranges::max_element(frames, std::ranges::less(), &FrameScore::colourError);
     return static_cast<int>(worst - frames.begin());
 }
 

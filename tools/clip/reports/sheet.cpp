@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <numeric>
+#include <new>
 #include <string>
 
 extern "C" {
+#include <libavutil/avstring.h>
 #include <libavutil/base64.h>
+#include <libavutil/mem.h>
 }
 
 #include "tools/clip/base/atomic_file.h"
@@ -107,26 +109,14 @@ article p.bad { font-size: 18px; overflow-wrap: anywhere; }
 )";
 
 std::string escaped(const std::string& name) {
-    std::string text;
-    for (const char c : readable(name)) {
-        switch (c) {
-            case '&':
-                text += "&amp;";
-                break;
-            case '<':
-                text += "&lt;";
-                break;
-            case '>':
-                text += "&gt;";
-                break;
-            case '"':
-                text += "&quot;";
-                break;
-            default:
-                text += c;
-        }
+    char* text = nullptr;
+    if (av_escape(&text, readable(name).c_str(), nullptr, AV_ESCAPE_MODE_XML,
+                  AV_ESCAPE_FLAG_XML_DOUBLE_QUOTES) < 0) {
+        throw std::bad_alloc();
     }
-    return text;
+    std::string escaped = text;
+    av_free(text);
+    return escaped;
 }
 
 std::string dataUri(const std::string& type, std::span<const uint8_t> bytes) {
