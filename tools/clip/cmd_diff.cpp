@@ -10,7 +10,6 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/encode_options.h"
 #include "tools/clip/jobs/feed.h"
 #include "tools/clip/reports/compare.h"
 
@@ -21,7 +20,7 @@ namespace {
 struct DiffOptions {
     SourceOptions clip;
     SourceOptions source;
-    std::string fit = "cover";
+    std::optional<Fit> fit;
     bool json = false;
     bool brief = false;
 };
@@ -121,8 +120,7 @@ void addDiff(CLI::App& app, int& status) {
                      "frames a second of the clip (default 25.6, the stage's pace)")
         ->check(CLI::Range(0.01, 1000.0))
         ->option_text("RATE");
-    command->add_option("--fit", options->fit, "how the source was fitted (default cover)")
-        ->check(isFit())
+    addFit(*command, options->fit, "how the source was fitted (default cover)")
         ->option_text("cover|contain|stretch|whole");
     command->add_flag("--brief", options->brief, "only the line for the whole clip");
     command->add_flag("--json", options->json, "as a JSON object");
@@ -131,7 +129,7 @@ void addDiff(CLI::App& app, int& status) {
         "source at 640 x 360 before rounding to 16 bits. SSIM is that of the luma, 1 at best.\n"
         "Give the options that the clip was encoded with.");
     command->callback([options, &status] {
-        options->source.fit = fitOf(options->fit);
+        options->source.fit = options->fit.value_or(Fit::COVER);
         const Comparison comparison = compare(*options);
         if (options->json) {
             printJson(comparison);

@@ -10,7 +10,6 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/progress.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/encode_options.h"
 #include "tools/clip/jobs/batch.h"
 #include "tools/clip/jobs/clip_names.h"
 

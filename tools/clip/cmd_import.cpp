@@ -13,7 +13,6 @@
 #include "tools/clip/base/progress.h"
 #include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/encode_options.h"
 #include "tools/clip/jobs/batch.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/jobs/import_log.h"

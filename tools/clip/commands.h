@@ -4,6 +4,11 @@
 // What goes wrong is thrown (errors.h).
 
 #include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/clip/jobs/encode_job.h"
 
 namespace maker {
 
@@ -20,5 +25,31 @@ AddCommand addEncode, addImport, addInfo, addVerify, addCheck, addSheet, addExpo
 // In the order of the help.
 inline constexpr AddCommand* kCommands[] = {addEncode, addImport, addInfo, addVerify, addCheck,
                                             addSheet,  addExport, addDiff, addDemo};
+
+// The options that say how clips are made, as given; what is not given is the preset's to say.
+struct EncodeArguments {
+    EncodeSettings settings;  // without what depends on the preset
+    std::string preset;
+    std::optional<Fit> fit;
+    std::optional<int> quality;
+};
+
+void addEncodeOptions(CLI::App& command, EncodeArguments& arguments);
+
+// The option --fit.
+CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::string& help);
+
+// Throws CLI::ValidationError where options do not go together.
+EncodeSettings settingsOf(const EncodeArguments& arguments);
+
+// The command line without the program's name; "--loop crossfade 12" and "--alpha key 00ff00" come
+// as one value each, with a colon.
+std::vector<std::string> argumentsOf(int argc, char** argv);
+
+// All that decides about a clip's bytes, as one line of text.
+std::string fingerprint(const EncodeSettings& settings);
+
+// The line about one clip.
+std::string reportLine(const ClipReport& clip);
 
 }  // namespace maker

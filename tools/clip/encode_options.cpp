@@ -1,10 +1,11 @@
-#include "tools/clip/encode_options.h"
+// The options of the command line that say how clips are made, and what they come to.
 
 #include <algorithm>
 #include <cstdio>
 
 #include "clip/format.h"
 #include "tools/clip/base/texts.h"
+#include "tools/clip/commands.h"
 #include "tools/clip/jobs/batch.h"
 
 namespace maker {
@@ -34,77 +35,102 @@ std::string behind(const std::string& text, const std::string& prefix) {
     return text.starts_with(prefix) ? text.substr(prefix.size()) : "";
 }
 
-std::string checkLoop(const std::string& text) {
-    const bool good = text == "none" || text == "pingpong" || text == "best" ||
-                      isCrossfade(behind(text, kCrossfade));
-    return good ? ""
-                : text + " is not none, pingpong, crossfade:N (1 to " +
-                      std::to_string(kLongestBlend) + ") or best";
+// The choices of an option, in the order in which its errors name them.
+template <class Value>
+using Names = std::vector<std::pair<std::string, Value>>;
+
+const Names<Fit> kFits{{"cover", Fit::COVER},
+                       {"contain", Fit::CONTAIN},
+                       {"stretch", Fit::STRETCH},
+                       {"whole", Fit::WHOLE}};
+const Names<LongInput> kLongs{
+    {"cut", LongInput::CUT}, {"split", LongInput::SPLIT}, {"fit", LongInput::FIT}};
+const Names<LoopKind> kLoops{
+    {"none", LoopKind::NONE}, {"pingpong", LoopKind::PINGPONG}, {"best", LoopKind::BEST}};
+const Names<AlphaFrom> kAlphas{
+    {"auto", AlphaFrom::SOURCE}, {"none", AlphaFrom::NONE}, {"luma", AlphaFrom::BRIGHTNESS}};
+
+template <class Value>
+std::optional<Value> named(const Names<Value>& names, const std::string& text) {
+    const auto found = std::find_if(names.begin(), names.end(),
+                                    [&text](const auto& name) { return name.first == text; });
+    return found == names.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::string checkAlpha(const std::string& text) {
-    const bool good =
-        text == "auto" || text == "none" || text == "luma" || isColour(behind(text, kKey));
-    return good ? "" : text + " is not auto, none, luma or key:RRGGBB";
-}
-
-LoopSettings loopOf(const std::string& text) {
-    if (text.starts_with(kCrossfade)) {
-        return {LoopKind::CROSSFADE, std::stoi(behind(text, kCrossfade))};
+std::string takeLoop(const std::string& text, LoopSettings& loop) {
+    const std::string blend = behind(text, kCrossfade);
+    const std::optional<LoopKind> kind = named(kLoops, text);
+    if (isCrossfade(blend)) {
+        loop = {LoopKind::CROSSFADE, std::stoi(blend)};
+    } else if (kind) {
+        loop = {*kind, 0};
+    } else {
+        return text + " is not none, pingpong, crossfade:N (1 to " + std::to_string(kLongestBlend) +
+               ") or best";
     }
-    return {text == "pingpong" ? LoopKind::PINGPONG
-            : text == "best"   ? LoopKind::BEST
-                               : LoopKind::NONE,
-            0};
+    return "";
 }
 
-Colour colourOf(const std::string& text) {
-    const auto channel = [&text](size_t at) {
-        return static_cast<uint8_t>(std::stoi(text.substr(at, 2), nullptr, 16));
-    };
-    return {channel(0), channel(2), channel(4), 255};
+std::string takeAlpha(const std::string& text, EncodeSettings& settings) {
+    const std::string colour = behind(text, kKey);
+    const std::optional<AlphaFrom> from = named(kAlphas, text);
+    if (!from && !isColour(colour)) {
+        return text + " is not auto, none, luma or key:RRGGBB";
+    }
+    settings.alpha = from.value_or(AlphaFrom::COLOUR);
+    if (!from) {
+        const auto channel = [&colour](size_t at) {
+            return static_cast<uint8_t>(std::stoi(colour.substr(at, 2), nullptr, 16));
+        };
+        settings.key = {channel(0), channel(2), channel(4), 255};
+    }
+    return "";
+}
+
+// What a text of the option comes to; `take` gives what is wrong with it, or "".
+template <class Take>
+CLI::Option* addParsed(CLI::App& command, const char* option, Take take, const char* help) {
+    return command.add_option_function<std::string>(option, take, help)
+        ->check(CLI::Validator([take](const std::string& text) { return take(text); }, ""));
 }
 
 void addPictureOptions(CLI::App& command, EncodeArguments& arguments) {
-    command.add_option("--start", arguments.start, "begin at this second of the input")
+    EncodeSettings& settings = arguments.settings;
+    command.add_option("--start", settings.start, "begin at this second of the input")
         ->check(CLI::Range(0.0, kLongest))
         ->option_text("SECONDS");
-    command.add_option("--duration", arguments.duration, "take this many seconds")
+    command.add_option("--duration", settings.duration, "take this many seconds")
         ->check(CLI::Range(1e-3, kLongest))
         ->option_text("SECONDS");
     command
-        .add_option("--fps", arguments.fps,
+        .add_option("--fps", settings.fps,
                     "frames a second of the clip: 25.6, the stage's own pace, keeps the input's "
                     "speed, more slows it down; each picture of an image sequence is one frame")
         ->check(CLI::Range(0.01, 1000.0))
         ->option_text("RATE (25.6)");
-    command
-        .add_option("--fit", arguments.fit,
-                    "fill the frame, show the whole picture, distort, or enlarge pixels by a "
-                    "whole factor")
-        ->check(isFit())
+    addFit(command, arguments.fit,
+           "fill the frame, show the whole picture, distort, or enlarge pixels by a whole factor")
         ->option_text("cover|contain|stretch|whole (cover)");
     command
-        .add_option("--long", arguments.longInput,
-                    "of more than 256 frames take the first, make several clips, or play them "
-                    "faster")
-        ->check(CLI::IsMember({"cut", "split", "fit"}))
+        .add_option_function<std::string>(
+            "--long", [&](const std::string& name) { settings.longInput = *named(kLongs, name); },
+            "of more than 256 frames take the first, make several clips, or play them faster")
+        ->check(CLI::IsMember(kLongs))
         ->option_text("cut|split|fit (cut)");
-    command
-        .add_option("--loop", arguments.loop,
-                    "play forwards and backwards, blend the last N frames into the first, or find "
-                    "the part that repeats best (in the first 40 seconds)")
-        ->check(CLI::Validator(checkLoop, ""))
+    addParsed(
+        command, "--loop", [&](const std::string& text) { return takeLoop(text, settings.loop); },
+        "play forwards and backwards, blend the last N frames into the first, or find "
+        "the part that repeats best (in the first 40 seconds)")
         ->option_text("none|pingpong|crossfade:N|best (none)");
-    command
-        .add_option("--alpha", arguments.alpha,
-                    "keep transparency where there is some, drop it, or make it from brightness "
-                    "or around a colour")
-        ->check(CLI::Validator(checkAlpha, ""))
+    addParsed(
+        command, "--alpha", [&](const std::string& text) { return takeAlpha(text, settings); },
+        "keep transparency where there is some, drop it, or make it from brightness "
+        "or around a colour")
         ->option_text("auto|none|luma|key:RRGGBB (auto)");
 }
 
 void addCodingOptions(CLI::App& command, EncodeArguments& arguments) {
+    EncodeSettings& settings = arguments.settings;
     command
         .add_option("--preset", arguments.preset,
                     "graphics: few colours, kept exactly; footage: filmed; pixel: graphics "
@@ -116,38 +142,34 @@ void addCodingOptions(CLI::App& command, EncodeArguments& arguments) {
                     "100 keeps every pixel, below small differences are given up")
         ->check(CLI::Range(0, kBestQuality))
         ->option_text("0-100 (" + std::to_string(kDefaultQuality) + "; graphics, pixel: 100)");
-    command.add_flag("--dither", arguments.dither, "dither colours to 16 bits");
+    command.add_flag("--dither", settings.dither, "dither colours to 16 bits");
     command
-        .add_option("--records", arguments.records,
+        .add_option("--records", settings.records,
                     "tile records that a clip may have: fewer load faster")
         ->check(CLI::Range(int64_t{1}, kLargestBudget))
         ->option_text("N");
-    command.add_option("--size", arguments.bytes, "bytes that a clip may have, like 500K or 8M")
+    command.add_option("--size", settings.bytes, "bytes that a clip may have, like 500K or 8M")
         ->transform(CLI::AsSizeValue(false))
         ->check(CLI::Range(int64_t{1}, kLargestBudget))
         ->option_text("BYTES");
-    command.add_flag("--partial", arguments.partial,
+    command.add_flag("--partial", settings.partial,
                      "take what is there of an input that breaks off");
-    command.add_option("-j,--jobs", arguments.workers, "work on this many cores at once")
+    command.add_option("-j,--jobs", settings.workers, "work on this many cores at once")
         ->check(CLI::Range(1, 1024))
         ->option_text("N (all)");
 }
 
 }  // namespace
 
-Fit fitOf(const std::string& name) {
-    return name == "contain"   ? Fit::CONTAIN
-           : name == "stretch" ? Fit::STRETCH
-           : name == "whole"   ? Fit::WHOLE
-                               : Fit::COVER;
-}
-
-CLI::Validator isFit() {
-    return CLI::IsMember({"cover", "contain", "stretch", "whole"});
+CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::string& help) {
+    return command
+        .add_option_function<std::string>(
+            "--fit", [&fit](const std::string& name) { fit = named(kFits, name); }, help)
+        ->check(CLI::IsMember(kFits));
 }
 
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments) {
-    arguments.workers = defaultWorkers();
+    arguments.settings.workers = defaultWorkers();
     addPictureOptions(command, arguments);
     addCodingOptions(command, arguments);
 }
@@ -155,32 +177,13 @@ void addEncodeOptions(CLI::App& command, EncodeArguments& arguments) {
 EncodeSettings settingsOf(const EncodeArguments& arguments) {
     const bool pixel = arguments.preset == "pixel";
     const bool graphics = pixel || arguments.preset == "graphics";
-    EncodeSettings settings;
-    settings.start = arguments.start;
-    settings.duration = arguments.duration;
-    settings.fps = arguments.fps;
-    settings.fit = fitOf(arguments.fit.empty() && pixel ? "whole" : arguments.fit);
+    EncodeSettings settings = arguments.settings;
+    settings.fit = arguments.fit.value_or(pixel ? Fit::WHOLE : Fit::COVER);
     settings.nearest = pixel;
-    settings.longInput = arguments.longInput == "split" ? LongInput::SPLIT
-                         : arguments.longInput == "fit" ? LongInput::FIT
-                                                        : LongInput::CUT;
-    settings.loop = loopOf(arguments.loop);
-    settings.alpha = arguments.alpha == "auto"   ? AlphaFrom::SOURCE
-                     : arguments.alpha == "none" ? AlphaFrom::NONE
-                     : arguments.alpha == "luma" ? AlphaFrom::BRIGHTNESS
-                                                 : AlphaFrom::COLOUR;
-    if (settings.alpha == AlphaFrom::COLOUR) {
-        settings.key = colourOf(behind(arguments.alpha, kKey));
-    }
     settings.content = graphics                        ? Content::GRAPHICS
                        : arguments.preset == "footage" ? Content::FOOTAGE
                                                        : Content::MIXED;
     settings.quality = arguments.quality.value_or(graphics ? kBestQuality : kDefaultQuality);
-    settings.dither = arguments.dither;
-    settings.records = arguments.records;
-    settings.bytes = arguments.bytes;
-    settings.partial = arguments.partial;
-    settings.workers = arguments.workers;
     if (settings.loop.kind == LoopKind::BEST && settings.longInput == LongInput::SPLIT) {
         throw CLI::ValidationError("--loop best", "makes one clip, --long split several");
     }

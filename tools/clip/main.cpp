@@ -9,7 +9,6 @@
 
 #include "tools/clip/base/errors.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/encode_options.h"
 
 namespace {
 
