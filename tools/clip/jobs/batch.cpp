@@ -26,71 +26,37 @@ void wake(std::vector<std::jthread>& threads) {
     }
 }
 
-class Batch {
-public:
-    Batch(size_t tasks, size_t workers, const std::function<void(size_t)>& task)
-        : task_(task), done_(tasks), working_(workers) {}
+struct Batch {
+    Batch(size_t tasks, size_t workers) : done(tasks), working(workers) {}
 
-    // What each of the workers does.
-    void work() {
-        for (size_t mine = take(); mine < done_.size(); mine = take()) {
-            std::exception_ptr failure;
-            try {
-                task_(mine);
-            } catch (...) {
-                failure = std::current_exception();
-            }
-            const std::lock_guard lock(mutex_);
-            done_[mine] = !failure;
-            failure_ = failure_ ? failure_ : failure;
-            changed_.notify_all();
-        }
-        const std::lock_guard lock(mutex_);
-        --working_;
-        changed_.notify_all();
-    }
-
-    // Waits a little while.
-    void wait(size_t task) {
-        std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, kPause, [this, task] { return done_[task] || failure_; });
-    }
-
-    // The same for the end of all work; whether it has come.
-    bool waitForEnd() {
-        std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, kPause, [this] { return working_ == 0; });
-    }
-
-    bool failed() {
-        const std::lock_guard lock(mutex_);
-        return failure_ != nullptr;
-    }
-
-    bool isDone(size_t task) {
-        const std::lock_guard lock(mutex_);
-        return done_[task];
-    }
-    void rethrow() const {
-        if (failure_) {
-            std::rethrow_exception(failure_);
-        }
-    }
-
-private:
-    size_t take() {
-        const std::lock_guard lock(mutex_);
-        return failure_ ? done_.size() : next_ < done_.size() ? next_++ : next_;
-    }
-
-    const std::function<void(size_t)>& task_;
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<bool> done_;
-    size_t working_;  // workers
-    size_t next_ = 0;
-    std::exception_ptr failure_;
+    std::mutex mutex;  // of all that follows
+    std::condition_variable changed;
+    std::vector<bool> done;
+    size_t working;  // workers
+    size_t next = 0;
+    std::exception_ptr failure;
 };
+
+// What each of the workers does.
+void work(Batch& batch, const std::function<void(size_t)>& task) {
+    std::unique_lock lock(batch.mutex);
+    while (!batch.failure && batch.next < batch.done.size()) {
+        const size_t mine = batch.next++;
+        std::exception_ptr failure;
+        lock.unlock();
+        try {
+            task(mine);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        lock.lock();
+        batch.done[mine] = !failure;
+        batch.failure = batch.failure ? batch.failure : failure;
+        batch.changed.notify_all();
+    }
+    --batch.working;
+    batch.changed.notify_all();
+}
 
 }  // namespace
 
@@ -104,33 +70,34 @@ void runInOrder(size_t tasks, int workers, const std::function<void(size_t)>& ta
         }
         return;
     }
-    Batch batch(tasks, count, task);
+    Batch batch(tasks, count);
+    std::vector<std::jthread> threads;
+    for (size_t i = 0; i < count; ++i) {
+        threads.emplace_back([&] { work(batch, task); });
+    }
     size_t reported = 0;
-    {
-        std::vector<std::jthread> threads;
-        for (size_t i = 0; i < count; ++i) {
-            threads.emplace_back([&batch] { batch.work(); });
+    std::unique_lock lock(batch.mutex);
+    while (batch.working > 0) {
+        if (!batch.failure && reported < tasks && batch.done[reported]) {
+            lock.unlock();
+            report(reported++);
+            lock.lock();
+            continue;
         }
-        while (reported < tasks && !batch.failed()) {
-            batch.wait(reported);
-            if (batch.isDone(reported)) {
-                report(reported++);
-            } else if (interrupted()) {
-                wake(threads);
-            }
-        }
-        while (!batch.waitForEnd()) {
-            if (interrupted()) {
-                wake(threads);
-            }
+        batch.changed.wait_for(lock, kPause);
+        if (interrupted()) {
+            wake(threads);
         }
     }
+    lock.unlock();
     for (; reported < tasks; ++reported) {
-        if (batch.isDone(reported)) {
+        if (batch.done[reported]) {
             report(reported);
         }
     }
-    batch.rethrow();
+    if (batch.failure) {
+        std::rethrow_exception(batch.failure);
+    }
 }
 
 int defaultWorkers() {
