@@ -28,6 +28,11 @@ bool decodeUtf8(std::string_view bytes, std::u32string& text) {
 
 }  // namespace
 
+std::string lowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), av_tolower);
+    return text;
+}
+
 bool isUtf8(std::string_view bytes) {
     std::u32string ignored;
     return decodeUtf8(bytes, ignored);

@@ -1,7 +1,6 @@
 #pragma once
 // Texts that the tool's lines are made of: numbers, and names of files and playlists.
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string>
@@ -43,12 +42,7 @@ inline std::string decibels(double psnr, int digits) {
 }
 
 // ASCII letters; all other bytes stay.
-inline std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return text;
-}
+std::string lowerCase(std::string text);
 
 // Names are bytes of no sure encoding. The program shows them byte by byte as
 // Latin-1; today's file systems and editors write UTF-8.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <new>
 #include <utility>
 
 #include "tools/clip/base/errors.h"
@@ -20,10 +19,6 @@ constexpr int kMostThreads = 16;  // each may hold a picture
 constexpr double kCutOffSeconds = 0.5;
 constexpr double kCutOffPart = 0.05;
 
-double secondsOf(AVRational rational) {
-    return av_q2d(rational);
-}
-
 // When the stream begins, in its own units. Times are counted from there in floating point: files
 // may name any.
 int64_t firstTime(const AVStream& stream) {
@@ -31,7 +26,7 @@ int64_t firstTime(const AVStream& stream) {
 }
 
 double sinceFirst(double time, const AVStream& stream) {
-    return (time - static_cast<double>(firstTime(stream))) * secondsOf(stream.time_base);
+    return (time - static_cast<double>(firstTime(stream))) * av_q2d(stream.time_base);
 }
 
 int64_t durationOf(const AVFrame& frame) {
@@ -62,11 +57,7 @@ const AVCodec* alphaDecoder(const AVStream& stream) {
 }  // namespace
 
 FramePtr newFrame() {
-    FramePtr frame(av_frame_alloc());
-    if (!frame) {
-        throw std::bad_alloc();
-    }
-    return frame;
+    return FramePtr(needed(av_frame_alloc()));
 }
 
 Decoder::Decoder(const DecoderOptions& options) : options_(options) {
@@ -78,10 +69,7 @@ Decoder::Decoder(const DecoderOptions& options) : options_(options) {
 
 void Decoder::open() {
     format_ = openMedia(options_.path, options_.pictureFps);
-    packet_.reset(av_packet_alloc());
-    if (!packet_) {
-        throw std::bad_alloc();
-    }
+    packet_.reset(needed(av_packet_alloc()));
     damaged_ = 0;
     draining_ = false;
     readFailed_ = false;
@@ -125,10 +113,7 @@ void Decoder::checkSize(int width, int height) const {
 void Decoder::openCodec(const AVCodec* codec) {
     const AVCodec* withAlpha = alphaDecoder(*stream_);
     codec = withAlpha != nullptr ? withAlpha : codec;
-    codec_.reset(avcodec_alloc_context3(codec));
-    if (!codec_) {
-        throw std::bad_alloc();
-    }
+    codec_.reset(needed(avcodec_alloc_context3(codec)));
     int error = avcodec_parameters_to_context(codec_.get(), stream_->codecpar);
     if (error >= 0) {
         codec_->pkt_timebase = stream_->time_base;
@@ -143,7 +128,7 @@ void Decoder::openCodec(const AVCodec* codec) {
 
 // A seek that lands too late, or fails, is of no use: the caller opens the file again.
 bool Decoder::seek(double start) {
-    const int64_t units = static_cast<int64_t>(std::floor(start / secondsOf(stream_->time_base)));
+    const int64_t units = static_cast<int64_t>(std::floor(start / av_q2d(stream_->time_base)));
     const int64_t target = av_sat_add64(firstTime(*stream_), units);
     if (av_seek_frame(format_.get(), stream_->index, target, AVSEEK_FLAG_BACKWARD) < 0) {
         return false;
@@ -235,13 +220,13 @@ bool Decoder::next(TimedFrame& frame) {
 }
 
 void Decoder::setTimes(TimedFrame& frame) {
-    const double unit = secondsOf(stream_->time_base);
+    const double unit = av_q2d(stream_->time_base);
     const AVFrame& picture = *frame.picture;
     const AVRational rate = av_guess_frame_rate(format_.get(), stream_, frame.picture.get());
     frame.duration = static_cast<double>(durationOf(picture)) * unit;
     if (!(frame.duration > 0)) {
         frame.duration =
-            rate.num > 0 && rate.den > 0 ? secondsOf(av_inv_q(rate)) : kFallbackFrameSeconds;
+            rate.num > 0 && rate.den > 0 ? av_q2d(av_inv_q(rate)) : kFallbackFrameSeconds;
     }
     frame.time = expectedTime_;
     if (picture.best_effort_timestamp != AV_NOPTS_VALUE) {
@@ -252,12 +237,12 @@ void Decoder::setTimes(TimedFrame& frame) {
 
 double Decoder::pixelAspect(AVFrame* picture) const {
     const AVRational aspect = av_guess_sample_aspect_ratio(format_.get(), stream_, picture);
-    return aspect.num > 0 && aspect.den > 0 ? secondsOf(aspect) : 1.0;
+    return aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1.0;
 }
 
 double Decoder::seconds() const {
     if (stream_->duration != AV_NOPTS_VALUE) {
-        return static_cast<double>(stream_->duration) * secondsOf(stream_->time_base);
+        return static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);
     }
     return format_->duration != AV_NOPTS_VALUE
                ? static_cast<double>(format_->duration) / AV_TIME_BASE

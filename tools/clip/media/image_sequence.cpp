@@ -4,6 +4,10 @@
 #include <charconv>
 #include <filesystem>
 
+extern "C" {
+#include <libavutil/avstring.h>
+}
+
 namespace maker {
 
 namespace fs = std::filesystem;
@@ -11,10 +15,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kMostDigits = 9;  // an int holds any number of so many
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 }  // namespace
 
@@ -33,7 +33,7 @@ std::optional<ImagePattern> imagePattern(const std::string& path) {
     }
     ImagePattern pattern;
     size_t at = percent + 1;
-    while (at < path.size() && isDigit(path[at]) && at - percent <= 2) {
+    while (at < path.size() && av_isdigit(path[at]) && at - percent <= 2) {
         ++at;
     }
     if (at >= path.size() || path[at] != 'd') {
@@ -52,7 +52,7 @@ std::optional<ImagePattern> patternOfFile(const std::string& path) {
     const size_t dot = path.rfind('.');
     const size_t end = dot == std::string::npos || dot < nameAt ? path.size() : dot;
     size_t from = end;
-    while (from > nameAt && isDigit(path[from - 1]) && end - from < kMostDigits) {
+    while (from > nameAt && av_isdigit(path[from - 1]) && end - from < kMostDigits) {
         --from;
     }
     if (from == end || path.find('%') != std::string::npos) {
@@ -76,7 +76,7 @@ std::optional<int> numberOf(const ImagePattern& pattern, const std::string& file
     const size_t least = static_cast<size_t>(pattern.digits);
     const bool padded = digits.size() == least || (digits.size() > least && digits[0] != '0');
     if (!padded || digits.size() > kMostDigits ||
-        !std::all_of(digits.begin(), digits.end(), isDigit)) {
+        !std::all_of(digits.begin(), digits.end(), av_isdigit)) {
         return std::nullopt;
     }
     return std::stoi(digits);

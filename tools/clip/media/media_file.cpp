@@ -5,9 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <iterator>
-#include <new>
 #include <optional>
-#include <utility>
 #include <vector>
 
 extern "C" {
@@ -50,34 +48,18 @@ const int32_t* displayMatrix(const AVStream& stream) {
 #endif
 }
 
-// FFmpeg's named options, freed at the end. What a callee took is gone from them.
-class Dictionary {
-public:
-    Dictionary() = default;
-    Dictionary(Dictionary&& other) noexcept : entries_(std::exchange(other.entries_, nullptr)) {}
-    Dictionary& operator=(Dictionary&&) = delete;
-    ~Dictionary() { av_dict_free(&entries_); }
-
-    void set(const char* name, const std::string& value) {
-        av_dict_set(&entries_, name, value.c_str(), 0);
-    }
-    AVDictionary** get() { return &entries_; }
-
-private:
-    AVDictionary* entries_ = nullptr;
-};
-
 // Left alone, FFmpeg looks for a first picture numbered 0 to 4 only, and shows 25 a second; and a
-// picture that is there under the name of a pattern is not found.
-Dictionary sequenceOptions(const std::string& path, double fps) {
-    Dictionary options;
+// picture that is there under the name of a pattern is not found. The caller frees the options.
+AVDictionary* sequenceOptions(const std::string& path, double fps) {
+    AVDictionary* options = nullptr;
     const std::optional<ImagePattern> pattern = imagePattern(path);
     const std::optional<int> first = pattern ? firstNumber(*pattern) : std::nullopt;
     if (first) {
-        options.set("start_number", std::to_string(*first));
-        options.set("framerate", std::to_string(fps > 0 ? fps : kFallbackFps));
+        const std::string rate = std::to_string(fps > 0 ? fps : kFallbackFps);
+        av_dict_set_int(&options, "start_number", *first, 0);
+        av_dict_set(&options, "framerate", rate.c_str(), 0);
     } else if (isThere(path)) {
-        options.set("pattern_type", "none");
+        av_dict_set(&options, "pattern_type", "none", 0);
     }
     return options;
 }
@@ -138,13 +120,12 @@ FormatPtr openMedia(const std::string& path, double pictureFps) {
         throw ToolError("cannot read " + path + ": it is a folder");
     }
     av_log_set_level(AV_LOG_QUIET);
-    AVFormatContext* format = avformat_alloc_context();
-    if (format == nullptr) {
-        throw std::bad_alloc();
-    }
+    const std::string address = addressOf(path);
+    AVDictionary* options = sequenceOptions(path, pictureFps);
+    AVFormatContext* format = needed(avformat_alloc_context());
     format->interrupt_callback.callback = interruptAsked;
-    Dictionary options = sequenceOptions(path, pictureFps);
-    int error = avformat_open_input(&format, addressOf(path).c_str(), nullptr, options.get());
+    int error = avformat_open_input(&format, address.c_str(), nullptr, &options);
+    av_dict_free(&options);
     FormatPtr opened(error < 0 ? nullptr : format);
     if (error >= 0) {
         error = findStreams(*format);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
 
 extern "C" {
@@ -18,6 +19,12 @@ namespace maker {
 // The largest pictures that are read: some hundred megabytes each while they are scaled.
 inline constexpr int kMaxPictureSide = 16384;
 inline constexpr int64_t kMaxPicturePixels = int64_t{1} << 26;
+
+// What FFmpeg gives when there is memory for it.
+template <class Object>
+Object* needed(Object* object) {
+    return object != nullptr ? object : throw std::bad_alloc();
+}
 
 // An FFmpeg object with the call that frees it, which takes its address.
 template <class Object, void (*kFree)(Object**)>

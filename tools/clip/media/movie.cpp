@@ -1,11 +1,11 @@
 #include "tools/clip/media/movie.h"
 
-#include <cstring>
 #include <filesystem>
 
 extern "C" {
 #include <libavfilter/buffersink.h>
 #include <libavfilter/buffersrc.h>
+#include <libavutil/imgutils.h>
 #include <libavutil/opt.h>
 }
 
@@ -42,10 +42,9 @@ FramePtr frameOf(const Picture& picture) {
     if (av_frame_get_buffer(frame.get(), 0) < 0) {
         throw std::bad_alloc();
     }
-    for (int y = 0; y < picture.height; ++y) {
-        std::memcpy(frame->data[0] + static_cast<ptrdiff_t>(y) * frame->linesize[0],
-                    picture.at(0, y), static_cast<size_t>(picture.width) * 4);
-    }
+    const int pitch = picture.width * 4;
+    av_image_copy_plane(frame->data[0], frame->linesize[0], picture.rgba.data(), pitch, pitch,
+                        picture.height);
     return frame;
 }
 
@@ -85,18 +84,13 @@ void MovieWriter::FreeMuxer::operator()(AVFormatContext* format) const {
 MovieWriter::MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps)
     : kind_(kind),
       frameTime_(av_inv_q(av_d2q(fps, kLargestTerm))),
-      graph_(avfilter_graph_alloc()),
-      packet_(av_packet_alloc()) {
-    if (!graph_ || !packet_) {
-        throw std::bad_alloc();
-    }
+      graph_(needed(avfilter_graph_alloc())),
+      packet_(needed(av_packet_alloc())) {
     av_log_set_level(AV_LOG_QUIET);
     openFilters(width, height, alpha && kind.keepsAlpha);
     openEncoder(fps);
     openFile();
 }
-
-MovieWriter::~MovieWriter() = default;
 
 void MovieWriter::require(int result, const char* step) const {
     if (result < 0) {
@@ -115,11 +109,8 @@ void MovieWriter::openFilters(int width, int height, bool alpha) {
     require(avfilter_graph_create_filter(&sink_, avfilter_get_by_name("buffersink"), "out", nullptr,
                                          nullptr, graph_.get()),
             "pictures");
-    AVFilterInOut* begin = avfilter_inout_alloc();
-    AVFilterInOut* end = avfilter_inout_alloc();
-    if (begin == nullptr || end == nullptr) {
-        throw std::bad_alloc();
-    }
+    AVFilterInOut* begin = needed(avfilter_inout_alloc());
+    AVFilterInOut* end = needed(avfilter_inout_alloc());
     *begin = {av_strdup("in"), source_, 0, nullptr};
     *end = {av_strdup("out"), sink_, 0, nullptr};
     const char* filters = alpha ? kind_.alphaFilters : kind_.filters;
@@ -133,10 +124,7 @@ void MovieWriter::openFilters(int width, int height, bool alpha) {
 void MovieWriter::openEncoder(double fps) {
     const AVCodec* codec = avcodec_find_encoder_by_name(kind_.encoder);
     require(codec != nullptr ? 0 : AVERROR_ENCODER_NOT_FOUND, kind_.encoder);
-    codec_.reset(avcodec_alloc_context3(codec));
-    if (!codec_) {
-        throw std::bad_alloc();
-    }
+    codec_.reset(needed(avcodec_alloc_context3(codec)));
     codec_->width = av_buffersink_get_w(sink_);
     codec_->height = av_buffersink_get_h(sink_);
     codec_->pix_fmt = static_cast<AVPixelFormat>(av_buffersink_get_format(sink_));
@@ -155,10 +143,7 @@ void MovieWriter::openFile() {
     }
     require(avcodec_open2(codec_.get(), nullptr, nullptr), kind_.encoder);
     format->flags |= AVFMT_FLAG_BITEXACT;  // the same pictures make the same file
-    stream_ = avformat_new_stream(format, nullptr);
-    if (stream_ == nullptr) {
-        throw std::bad_alloc();
-    }
+    stream_ = needed(avformat_new_stream(format, nullptr));
     require(avcodec_parameters_from_context(stream_->codecpar, codec_.get()), kind_.muxer);
     stream_->time_base = frameTime_;
     stream_->avg_frame_rate = codec_->framerate;

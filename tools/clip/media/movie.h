@@ -38,9 +38,6 @@ extern const MovieKind kJpeg;  // likewise
 class MovieWriter {
 public:
     MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps);
-    ~MovieWriter();
-    MovieWriter(const MovieWriter&) = delete;
-    MovieWriter& operator=(const MovieWriter&) = delete;
 
     void add(const Picture& picture);
     std::vector<uint8_t> finish();
