@@ -26,10 +26,10 @@ struct DiffOptions {
 };
 
 Comparison compare(const DiffOptions& options) {
-    Feed shown = openStageFeed(options.clip);
+    Feed shown = openFeed(options.clip, true);
     SourceOptions sourceOptions = options.source;
     sourceOptions.alpha = shown.alpha;  // without alpha, a clip shows its source over black
-    Feed source = openFeed(sourceOptions);
+    Feed source = openFeed(sourceOptions, false);
     if (shown.height != source.height) {
         throw ToolError("cannot compare " + std::to_string(shown.height) + " lines with " +
                         std::to_string(source.height));

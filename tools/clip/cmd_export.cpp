@@ -29,14 +29,6 @@ struct ExportOptions {
     int repeat = 1;
 };
 
-Picture pictureOf(const ClipFrames& clip, int index) {
-    Frame frame;
-    clip.draw(index, frame);
-    Picture picture(kFrameWidth, clip.height());
-    toRgba(frame, picture.rgba);
-    return picture;
-}
-
 // The name for one of several pictures; the same for each where the name has no place for a number.
 std::string numbered(const std::string& pattern, int number) {
     char name[4096];
@@ -55,7 +47,7 @@ void exportPictures(const ExportOptions& options, const ClipFrames& clip,
     for (const int frame : frames) {
         stopIfInterrupted();
         writeWholeFile(numbered(options.output, frame),
-                       pictureFile(kPng, pictureOf(clip, frame), clip.alpha()));
+                       pictureFile(kPng, clip.picture(frame), clip.alpha()));
     }
     std::printf("%s: %zu pictures of %d x %d\n", options.output.c_str(), frames.size(), kFrameWidth,
                 clip.height());
@@ -66,7 +58,7 @@ void exportMovie(const ExportOptions& options, const MovieKind& kind, const Clip
     MovieWriter writer(kind, kFrameWidth, clip.height(), clip.alpha(), options.fps);
     for (int round = 0; round < options.repeat; ++round) {
         for (const int frame : frames) {
-            const Picture picture = pictureOf(clip, frame);
+            const Picture picture = clip.picture(frame);
             writer.add(clip.alpha() && !kind.keepsAlpha ? overBlack(picture) : picture);
         }
     }

@@ -17,9 +17,7 @@ Feed clipFeed(const std::string& path) {
                 if (index == clip->count()) {
                     return false;
                 }
-                Frame frame;
-                clip->draw(index++, frame);
-                toRgba(frame, rgba);
+                rgba = clip->picture(index++).rgba;
                 return true;
             }};
 }
@@ -41,10 +39,6 @@ Feed videoFeed(const SourceOptions& options) {
                 rgba = source->picture();
                 return true;
             }};
-}
-
-bool isClip(const SourceOptions& options) {
-    return std::filesystem::path(options.path).extension() == ".m19";
 }
 
 void blackenHidden(std::vector<uint8_t>& rgba) {
@@ -69,30 +63,20 @@ void roundAll(std::vector<uint8_t>& rgba, bool alpha) {
 
 }  // namespace
 
-Feed openFeed(const SourceOptions& options) {
-    Feed feed = isClip(options) ? clipFeed(options.path) : videoFeed(options);
-    if (feed.alpha) {
-        feed.next = [next = feed.next](std::vector<uint8_t>& rgba) {
-            const bool more = next(rgba);
-            if (more) {
-                blackenHidden(rgba);
-            }
-            return more;
-        };
-    }
-    return feed;
-}
-
-Feed openStageFeed(const SourceOptions& options) {
-    Feed feed = openFeed(options);
-    if (isClip(options)) {
-        return feed;
-    }
-    feed.next = [next = feed.next, alpha = feed.alpha](std::vector<uint8_t>& rgba) {
+Feed openFeed(const SourceOptions& options, bool onStage) {
+    const bool isClip = std::filesystem::path(options.path).extension() == ".m19";
+    Feed feed = isClip ? clipFeed(options.path) : videoFeed(options);
+    feed.next = [next = feed.next, alpha = feed.alpha,
+                 rounds = onStage && !isClip](std::vector<uint8_t>& rgba) {
         if (!next(rgba)) {
             return false;
         }
-        roundAll(rgba, alpha);
+        if (alpha) {
+            blackenHidden(rgba);
+        }
+        if (rounds) {
+            roundAll(rgba, alpha);
+        }
         return true;
     };
     return feed;

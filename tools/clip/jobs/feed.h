@@ -19,9 +19,7 @@ struct Feed {
     std::function<bool(std::vector<uint8_t>&)> next;  // false at the end
 };
 
-Feed openFeed(const SourceOptions& options);
-
-// The same, rounded to the colours that the stage can show; a clip has these already.
-Feed openStageFeed(const SourceOptions& options);
+// `onStage`: rounded to the colours that the stage can show; a clip has these already.
+Feed openFeed(const SourceOptions& options, bool onStage);
 
 }  // namespace maker

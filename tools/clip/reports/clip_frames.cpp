@@ -144,6 +144,14 @@ void ClipFrames::draw(int index, Frame& frame) const {
                      .flatOnly = false});
 }
 
+Picture ClipFrames::picture(int index) const {
+    Frame frame;
+    draw(index, frame);
+    Picture picture(kFrameWidth, height());
+    toRgba(frame, picture.rgba);
+    return picture;
+}
+
 ClipFrames openClip(const std::string& path) {
     const std::vector<uint8_t> bytes = readWholeFile(path);
     try {

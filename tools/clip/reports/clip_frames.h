@@ -13,6 +13,7 @@
 
 #include "clip/source.h"
 #include "tools/clip/encoder/frame.h"
+#include "tools/clip/media/picture.h"
 
 namespace maker {
 
@@ -26,6 +27,7 @@ public:
 
     // `index` is below count(). `frame` gets alpha levels when the clip has alpha.
     void draw(int index, Frame& frame) const;
+    Picture picture(int index) const;  // the same, as toRgba() makes it
 
 private:
     struct LoadedBlock {

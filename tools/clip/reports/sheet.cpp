@@ -182,13 +182,9 @@ SheetClip readSheetClip(const std::string& name, const std::string& path, int mo
     }
     const ClipFrames frames(bytes);
     const int shown = std::min(moments, frames.count());
-    Frame frame;
     for (int i = 0; i < shown; ++i) {
         const int index = i * frames.count() / shown;
-        frames.draw(index, frame);
-        Picture picture(kFrameWidth, frames.height());
-        toRgba(frame, picture.rgba);
-        clip.moments.push_back({index, shrunk(overCheckerboard(picture), shrink)});
+        clip.moments.push_back({index, shrunk(overCheckerboard(frames.picture(index)), shrink)});
     }
     return clip;
 }
