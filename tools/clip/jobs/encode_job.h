@@ -89,7 +89,6 @@ struct EncodePlan {
     std::optional<Seam> seam;  // LoopKind::BEST
 };
 
-// Throws ToolError when the input has nothing after the start.
 EncodePlan planEncode(const std::string& input, const EncodeSettings& settings);
 
 // Makes the alpha that the settings ask for out of the colours.

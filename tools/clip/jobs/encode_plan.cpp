@@ -1,7 +1,6 @@
 #include "tools/clip/jobs/encode_job.h"
 
 #include "clip/format.h"
-#include "tools/clip/base/errors.h"
 
 namespace maker {
 
@@ -57,10 +56,6 @@ Survey surveyOf(const SourceOptions& options, SurveyWishes wishes, const EncodeS
     return survey;
 }
 
-[[noreturn]] void nothingThere(const std::string& input) {
-    throw ToolError("cannot read " + input + ": it ends before the start asked");
-}
-
 // All of the input in as many frames as a clip can take.
 void retime(EncodePlan& plan, const EncodeSettings& settings) {
     const LoopSettings& loop = settings.loop;
@@ -104,9 +99,6 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings) 
     }
     if (wishes.length || wishes.pictures) {
         plan.frames = survey.frames;
-        if (survey.frames == 0) {
-            nothingThere(input);
-        }
     }
     if (best) {
         plan.seam = findSeam(survey.pictures);
