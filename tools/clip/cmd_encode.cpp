@@ -8,9 +8,7 @@
 
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/progress.h"
 #include "tools/clip/commands.h"
-#include "tools/clip/jobs/batch.h"
 #include "tools/clip/jobs/clip_names.h"
 
 namespace maker {
@@ -29,7 +27,6 @@ struct EncodeCommand {
 
 struct Outcome {
     EncodeReport report;
-    std::string error;
     bool kept = false;
 };
 
@@ -64,10 +61,6 @@ std::vector<fs::path> outputsOf(const EncodeCommand& command) {
 }
 
 void print(const std::string& input, const fs::path& output, const Outcome& outcome) {
-    if (!outcome.error.empty()) {
-        std::fprintf(stderr, "velmora-clip: %s\n", outcome.error.c_str());
-        return;
-    }
     if (outcome.kept) {
         std::printf("%s: kept\n", output.c_str());
     }
@@ -87,37 +80,22 @@ void print(const std::string& input, const fs::path& output, const Outcome& outc
 
 int encode(const EncodeCommand& command) {
     checkUse(command);
-    EncodeSettings settings = settingsOf(command.arguments);
-    const int workers = settings.workers;
+    const EncodeSettings settings = settingsOf(command.arguments);
     const std::vector<std::string>& inputs = command.inputs;
-    // One clip is coded by all workers together, several by one each.
-    settings.workers = inputs.size() > 1 ? 1 : workers;
     const std::vector<fs::path> outputs = outputsOf(command);
     std::vector<Outcome> outcomes(inputs.size());
-    int status = kExitOk;
-    Progress progress(inputs.size());
-    const auto task = [&](size_t i) {
+    const auto make = [&](size_t i, const EncodeSettings& own, const EncodeEvents& events) {
         std::error_code ignored;
         outcomes[i].kept = command.keep && fs::exists(outputs[i], ignored);
-        const EncodeEvents events{
-            [&progress, i](int done, int expected) { progress.update(i, done, expected); }, {}};
-        try {
-            if (!outcomes[i].kept) {
-                outcomes[i].report = encodeFile(inputs[i], outputs[i], settings, events);
-            }
-        } catch (const Interrupted&) {
-            throw;
-        } catch (const std::exception& error) {
-            outcomes[i].error = lineOf(error);
+        if (!outcomes[i].kept) {
+            outcomes[i].report = encodeFile(inputs[i], outputs[i], own, events);
         }
-        progress.finish(i);
     };
-    runInOrder(inputs.size(), workers, task, [&](size_t i) {
-        progress.aside([&] { print(inputs[i], outputs[i], outcomes[i]); });
-        status = outcomes[i].error.empty() ? status : kExitFailed;
+    const size_t failed = encodeInOrder(inputs.size(), settings, make, [&](size_t i) {
+        print(inputs[i], outputs[i], outcomes[i]);
         outcomes[i] = {};
     });
-    return status;
+    return failed == 0 ? kExitOk : kExitFailed;
 }
 
 }  // namespace

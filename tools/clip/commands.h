@@ -4,6 +4,7 @@
 // What goes wrong is thrown (errors.h).
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,6 +49,14 @@ std::vector<std::string> argumentsOf(int argc, char** argv);
 
 // All that decides about a clip's bytes, as one line of text.
 std::string fingerprint(const EncodeSettings& settings);
+
+// Encodes so many inputs: `make` each of them, side by side where there are workers, and then
+// `print` in their order what came of it; an error is printed in its place. Returns how many
+// failed.
+size_t encodeInOrder(
+    size_t inputs, EncodeSettings settings,
+    const std::function<void(size_t, const EncodeSettings&, const EncodeEvents&)>& make,
+    const std::function<void(size_t)>& print);
 
 // The line about one clip.
 std::string reportLine(const ClipReport& clip);

@@ -4,6 +4,8 @@
 #include <cstdio>
 
 #include "clip/format.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/base/progress.h"
 #include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/batch.h"
@@ -221,6 +223,41 @@ std::string fingerprint(const EncodeSettings& settings) {
                   settings.dither ? 1 : 0, static_cast<long long>(settings.records),
                   static_cast<long long>(settings.bytes), settings.partial ? 1 : 0);
     return text;
+}
+
+size_t encodeInOrder(
+    size_t inputs, EncodeSettings settings,
+    const std::function<void(size_t, const EncodeSettings&, const EncodeEvents&)>& make,
+    const std::function<void(size_t)>& print) {
+    const int workers = settings.workers;
+    // One clip is coded by all workers together, several by one each.
+    settings.workers = inputs > 1 ? 1 : workers;
+    std::vector<std::string> errors(inputs);
+    Progress progress(inputs);
+    const auto task = [&](size_t i) {
+        const auto show = [&progress, i](int done, int all) { progress.update(i, done, all); };
+        try {
+            make(i, settings, {show, {}});
+        } catch (const Interrupted&) {
+            throw;
+        } catch (const std::exception& error) {
+            errors[i] = lineOf(error);
+        }
+        progress.finish(i);
+    };
+    size_t failed = 0;
+    runInOrder(inputs, workers, task, [&](size_t i) {
+        progress.aside([&] {
+            if (errors[i].empty()) {
+                print(i);
+                std::fflush(stdout);
+            } else {
+                std::fprintf(stderr, "velmora-clip: %s\n", errors[i].c_str());
+                ++failed;
+            }
+        });
+    });
+    return failed;
 }
 
 std::string reportLine(const ClipReport& clip) {

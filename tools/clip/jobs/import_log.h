@@ -12,8 +12,6 @@
 
 namespace maker {
 
-// What there is to import in files and folders.
-//
 // A file that is named is taken whatever it is called. Of a folder and those below it are taken, by
 // their endings, videos and animated images, and numbered pictures that follow each other as one
 // image sequence; other still pictures are counted and left. Names that begin with a point are
