@@ -172,13 +172,13 @@ TEST(Describe, FileNameOutsideUtf8_StillMakesJson) {
 }
 
 // A loop whose frame f is one colour: red 8 x f, and with alpha a transparent left half.
-void renderPlain(int frame, int, demo::Canvas& canvas) {
-    canvas.clear({static_cast<uint8_t>(frame * 8), 0, 0});
+void renderPlain(demo::Canvas& canvas, const demo::Moment& moment) {
+    canvas.clear({static_cast<uint8_t>(moment.frame * 8), 0, 0});
 }
 
-void renderClear(int frame, int frames, demo::Canvas& canvas) {
-    renderPlain(frame, frames, canvas);
-    canvas.rect(0, 0, 320, 360, {static_cast<uint8_t>(frame * 8), 0, 0, 0});
+void renderClear(demo::Canvas& canvas, const demo::Moment& moment) {
+    renderPlain(canvas, moment);
+    canvas.rect(0, 0, 320, 360, {static_cast<uint8_t>(moment.frame * 8), 0, 0, 0});
 }
 
 const demo::Loop kLoops[] = {{"plain", 3, false, renderPlain}, {"clear", 18, true, renderClear}};
