@@ -15,12 +15,15 @@
 #include <vector>
 
 #include "bench/longest_frame.h"
-#include "bench/stage.h"
 #include "bench/synthetic_clip.h"
+#include "common/limits.h"
 #include "core/display.h"
 #include "marks.h"
+#include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "px/operations.h"
 #include "tests/support/folder.h"
+#include "tests/support/stage_objects.h"
 
 namespace {
 
@@ -169,7 +172,7 @@ int main(int argc, char** argv) {
         }
         const TemporaryFolder folder;
         std::filesystem::create_directory("videos");
-        createStage();
+        const StageObjects stage(kHdmiWidth, kHdmiHeight);
         const Work work = piece.prepare();
         work();
         mark(kCountBegin);

@@ -16,10 +16,13 @@
 #include <string>
 #include <vector>
 
+#include "common/limits.h"
 #include "ffmpeg_codec.h"
-#include "stage.h"
+#include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "synthetic_clip.h"
 #include "tests/support/folder.h"
+#include "tests/support/stage_objects.h"
 #include "timing.h"
 #include "vector_targets.h"
 
@@ -219,7 +222,7 @@ int main(int argc, char** argv) {
     }
     const TemporaryFolder folder;
     fs::create_directory("videos");
-    createStage();
+    const StageObjects stage(kHdmiWidth, kHdmiHeight);
     fprintf(
         stderr,
         "Microseconds a frame, best of %d rounds of each frame; play: %d of 100 tiles change.\n",

@@ -13,10 +13,12 @@
 #include <string>
 #include <vector>
 
+#include "common/limits.h"
 #include "longest_frame.h"
-#include "stage.h"
+#include "moxel/moxel.h"
 #include "synthetic_clip.h"
 #include "tests/support/folder.h"
+#include "tests/support/stage_objects.h"
 #include "timing.h"
 #include "vector_targets.h"
 
@@ -69,7 +71,7 @@ int main(int argc, char** argv) {
     const int frames = argc > 1 ? std::max(1, atoi(argv[1])) : 400;
     const TemporaryFolder folder;
     std::filesystem::create_directory("videos");
-    createStage();
+    const StageObjects stage(kHdmiWidth, kHdmiHeight);
     timeLongestFrame(frames);
     timeExpansion(100);
     timeExpansion(kPlayedTiles);

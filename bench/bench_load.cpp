@@ -14,8 +14,11 @@
 #include <string>
 #include <vector>
 
+#include "common/limits.h"
+#include "mixer/mix.h"
+#include "moxel/moxel.h"
 #include "playlists/playlist.h"
-#include "stage.h"
+#include "tests/support/stage_objects.h"
 
 namespace {
 
@@ -33,12 +36,6 @@ long residentMb() {
         }
     }
     return 0;
-}
-
-void createObjects() {
-    createStage();
-    playlist = new c_playlist{};
-    playlist->initPlaylist();
 }
 
 struct Frame {
@@ -69,7 +66,7 @@ double longest(std::vector<double> times, double share) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    createObjects();
+    const StageObjects stage(kHdmiWidth, kHdmiHeight);
     playlist->lireXML();
     const int index = argc > 1 ? atoi(argv[1]) : 0;
     if (index < 0 || index >= playlist->nbFamilles) {

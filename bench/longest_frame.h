@@ -1,7 +1,8 @@
 #pragma once
 // The longest frame of a performance: two clips drawn whole, the top one with alpha, keyed over the
 // bottom one, every filter on both layers, doubled onto a 1280 x 720 surface. Needs the stage
-// (stage.h) and a folder `videos` in the working directory, where it leaves the clips.
+// (tests/support/stage_objects.h) and a folder `videos` in the working directory, where it leaves
+// the clips.
 
 #include <cstdint>
 #include <string>

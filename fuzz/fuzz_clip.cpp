@@ -10,11 +10,10 @@
 #include "clip/plain_tile.h"
 #include "clip/validate.h"
 #include "common/limits.h"
-#include "core/filters.h"
-#include "core/globals.h"
 #include "fuzz/input.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
+#include "tests/support/stage_objects.h"
 
 namespace {
 
@@ -26,14 +25,9 @@ constexpr int kSteps[] = {1, 7, 60, 2000};
 constexpr int kMostTilesDrawn = 4000;
 constexpr int kMostDraws = 8;
 
-class Stage {
-public:
-    Stage() : tiles(kLayers * kFramePixels), alpha(2 * kFramePixels), clip(new c_moxel) {
+struct Stage {
+    Stage() {
         fuzz::silenceOutput();
-        moxelTiles16 = tiles.data();
-        moxelAlpha16 = alpha.data();
-        _filters = &filters_;
-        filters_.initFilters();
         const uint8_t header[] = {clip::kVersion, 50, 0x80, 2, 8, 0, 1, 16, 0, 1};
         otherFile.write(header, sizeof header);
     }
@@ -52,14 +46,10 @@ public:
         return result;
     }
 
-    std::vector<uint16_t> tiles;
-    std::vector<uint8_t> alpha;
-    std::unique_ptr<c_moxel> clip;
+    StageObjects objects;
+    c_moxel* clip = moxel;
     fuzz::MemoryFile file;
     fuzz::MemoryFile otherFile;  // the header of a clip of 256 frames
-
-private:
-    c_filters filters_{};
 };
 
 // A tile as clip/plain_tile.h draws it.
@@ -94,9 +84,9 @@ void checkWholeFrame(Stage& stage, int frame) {
     clip.redrawCount = 1;
     clip.renderMoxel19(1, frame, MODE_KEY);
     const auto drawn = static_cast<size_t>(clip.tileCount) * clip::kTilePixels;
-    require(memcmp(pixels.data(), stage.tiles.data() + clip.pixelCount, 2 * drawn) == 0,
+    require(memcmp(pixels.data(), moxelTiles16 + clip.pixelCount, 2 * drawn) == 0,
             "a frame has the pixels of its tiles");
-    require(clip.alpha == 0 || memcmp(levels.data(), stage.alpha.data(), drawn) == 0,
+    require(clip.alpha == 0 || memcmp(levels.data(), moxelAlpha16, drawn) == 0,
             "a frame has the levels of its tiles");
 }
 

@@ -7,11 +7,10 @@
 #include <vector>
 
 #include "clip/validate.h"
-#include "core/filters.h"
-#include "core/globals.h"
 #include "fuzz/input.h"
 #include "mixer/mix.h"
 #include "moxel/moxel.h"
+#include "tests/support/stage_objects.h"
 #include "tools/clip/encoder/encoder.h"
 #include "tools/clip/reports/clip_frames.h"
 
@@ -37,23 +36,10 @@ struct Job {
     }
 };
 
-class Stage {
-public:
-    Stage() : tiles_(kLayers * kFramePixels), alpha_(2 * kFramePixels), clip(new c_moxel) {
-        fuzz::silenceOutput();
-        moxelTiles16 = tiles_.data();
-        moxelAlpha16 = alpha_.data();
-        _filters = &filters_;
-        filters_.initFilters();
-    }
+struct Stage {
+    Stage() { fuzz::silenceOutput(); }
 
-private:
-    std::vector<uint16_t> tiles_;
-    std::vector<uint8_t> alpha_;
-    c_filters filters_{};
-
-public:
-    std::unique_ptr<c_moxel> clip;
+    StageObjects objects;
     fuzz::MemoryFile file;
 };
 
@@ -148,7 +134,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     require(verdict.ok, verdict.message.c_str());
 
     stage.file.write(bytes.data(), bytes.size());
-    c_moxel& clip = *stage.clip;
+    c_moxel& clip = moxel[0];
     clip.init("", "made.m19");
     clip.path = stage.file.path();
     int result = 1;

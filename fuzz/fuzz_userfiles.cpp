@@ -10,12 +10,12 @@
 
 #include "core/all.h"
 #include "core/filters.h"
-#include "core/globals.h"
 #include "fuzz/input.h"
 #include "input/keys.h"
 #include "options/options.h"
 #include "playlists/playlist.h"
 #include "tests/support/folder.h"
+#include "tests/support/stage_objects.h"
 
 namespace {
 
@@ -30,17 +30,13 @@ constexpr size_t kLongestTrack = 91;
 // ./userdata holds the input under each name; ./saved is where the program writes.
 class Stage {
 public:
-    Stage() : playlist(new c_playlist{}) {
+    Stage() {
         fuzz::silenceOutput();
         std::filesystem::create_directories("userdata");
         std::filesystem::create_directories("saved/userdata");
         for (const char* name : {"playlists.xml", "prefs.xml", "gamecontroller.xml"}) {
             std::filesystem::create_symlink(input.path(), std::string("userdata/") + name);
         }
-        all = &all_;
-        keys = &keys_;
-        _filters = &filters_;
-        playlist->initPlaylist();
         savedFolder = (folder_.path() / "saved").string();
         playlist->baseDir = savedFolder;
         options.homeDir = savedFolder;
@@ -56,22 +52,19 @@ public:
 
 private:
     TemporaryFolder folder_;
-    c_all all_{};
-    c_keys keys_{};
-    c_filters filters_{};
+    StageObjects objects_;
 
 public:
     fuzz::MemoryFile input;
     std::string savedFolder;
-    c_playlist* const playlist;  // lives as long as the process, like the program's own
     c_options options{};
 };
 
 // Everything that the playlists file keeps.
-std::vector<std::string> contentOf(const c_playlist& playlist) {
+std::vector<std::string> contentOf() {
     std::vector<std::string> content;
-    for (int f = 0; f < playlist.nbFamilles; ++f) {
-        const Famille& famille = playlist.familles[f];
+    for (int f = 0; f < playlist->nbFamilles; ++f) {
+        const Famille& famille = playlist->familles[f];
         content.push_back(famille.name);
         require(famille.nbTracks >= 0 && famille.nbTracks <= kTrackSlots, "tracks fit their slots");
         require(famille.name.size() <= kLongestName, "a name has its longest length");
@@ -84,21 +77,20 @@ std::vector<std::string> contentOf(const c_playlist& playlist) {
 }
 
 void checkPlaylists(Stage& stage, bool saved, size_t size) {
-    c_playlist& playlist = *stage.playlist;
-    playlist.lireXML();
-    require(playlist.nbFamilles >= 0 && playlist.nbFamilles <= kPlaylists, "playlists have room");
-    const std::vector<std::string> content = contentOf(playlist);
-    if (saved && playlist.nbFamilles > 0) {
-        playlist.saveXML();
-        stage.readSaved([&] { playlist.lireXML(); });
-        require(contentOf(playlist) == content, "saved playlists come back");
+    playlist->lireXML();
+    require(playlist->nbFamilles >= 0 && playlist->nbFamilles <= kPlaylists, "playlists have room");
+    const std::vector<std::string> content = contentOf();
+    if (saved && playlist->nbFamilles > 0) {
+        playlist->saveXML();
+        stage.readSaved([&] { playlist->lireXML(); });
+        require(contentOf() == content, "saved playlists come back");
     }
-    const int families = playlist.nbFamilles;
-    playlist.deplacerFamille(static_cast<int>(size % 60), static_cast<int>(size / 60 % 53));
-    playlist.removeFamille(static_cast<int>(size % 7));
-    require(playlist.nbFamilles == families || playlist.nbFamilles == families - 1,
+    const int families = playlist->nbFamilles;
+    playlist->deplacerFamille(static_cast<int>(size % 60), static_cast<int>(size / 60 % 53));
+    playlist->removeFamille(static_cast<int>(size % 7));
+    require(playlist->nbFamilles == families || playlist->nbFamilles == families - 1,
             "one playlist goes at most");
-    contentOf(playlist);
+    contentOf();
 }
 
 std::vector<int> preferences(const c_options& options) {

@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "clip_tool/pictures.h"
-#include "tests/vectors/clip_stage.h"
+#include "tests/support/clip_stage.h"
 #include "tools/clip/reports/clip_frames.h"
 
 namespace {

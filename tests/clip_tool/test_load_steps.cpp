@@ -4,9 +4,8 @@
 #include <fstream>
 
 #include "clip/survey.h"
-#include "core/all.h"
 #include "playlists/playlist.h"
-#include "tests/vectors/clip_stage.h"
+#include "tests/support/clip_stage.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/reports/check_set.h"
 #include "tools/clip/reports/describe.h"
@@ -102,32 +101,6 @@ TEST(LoadSteps, EveryBrokenClip_IsSurveyedAsItLoads) {
     EXPECT_GT(refused, 20);
 }
 
-// The objects that the program's loader of playlists works on.
-class LoaderStage {
-public:
-    LoaderStage() : stage_(fs::path(TEST_DATA)), slots_(kClipSlots) {
-        all = &state_;
-        moxel = slots_.data();
-        playlist = &list_;
-        list_.initPlaylist();
-    }
-    ~LoaderStage() {
-        list_.clearMix();
-        delete list_.previewClip;
-        all = nullptr;
-        moxel = nullptr;
-        playlist = nullptr;
-    }
-    LoaderStage(const LoaderStage&) = delete;
-    LoaderStage& operator=(const LoaderStage&) = delete;
-
-private:
-    ClipStage stage_;  // ./videos is the folder of the test data
-    c_all state_{};
-    std::vector<c_moxel> slots_;
-    c_playlist list_{};
-};
-
 // Frames until the program has loaded its first playlist; `first` gets those until one clip plays.
 int framesToLoad(int& first) {
     playlist->lireXML();
@@ -141,7 +114,7 @@ int framesToLoad(int& first) {
 }
 
 TEST(LoadSteps, Playlist_LoadsInTheSecondsForetold) {
-    LoaderStage stage;
+    ClipStage stage{fs::path(TEST_DATA)};
     fs::create_directory("userdata");
     std::ofstream("userdata/playlists.xml")
         << "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n<playlist><name>a</name>"

@@ -14,13 +14,13 @@
 #include <string>
 #include <vector>
 
-#include "core/all.h"
 #include "core/filters.h"
-#include "core/globals.h"
 #include "faults/save_marks.h"
+#include "files/userfile.h"
 #include "input/keys.h"
 #include "options/options.h"
 #include "playlists/playlist.h"
+#include "tests/support/stage_objects.h"
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 
@@ -31,63 +31,47 @@ constexpr int kFamilles = 4;
 constexpr int kTracks = 40;
 constexpr size_t kClipBytes = (size_t{3} << 19) + 17;
 
-std::string workingFolder() {
-    char buffer[4096];
-    return getcwd(buffer, sizeof buffer) != nullptr ? buffer : "";
-}
-
 void savePlaylists(const std::string& word, bool readsFirst) {
-    static c_playlist list;
-    list.baseDir = workingFolder();
     if (readsFirst) {
-        list.lireXML();
-        printf("holds %d\n", list.nbFamilles);
+        playlist->lireXML();
+        printf("holds %d\n", playlist->nbFamilles);
     }
-    list.nbFamilles = kFamilles;
+    playlist->nbFamilles = kFamilles;
     for (int f = 0; f < kFamilles; ++f) {
-        list.familles[f].name = word;
-        list.familles[f].nbTracks = kTracks;
-        for (Track& track : list.familles[f].tracks) {
+        playlist->familles[f].name = word;
+        playlist->familles[f].nbTracks = kTracks;
+        for (Track& track : playlist->familles[f].tracks) {
             track.path = word + "/a clip with a name of ordinary length.m19";
         }
     }
     access(faults::kSaveStarts, F_OK);
-    list.saveXML();
+    playlist->saveXML();
     access(faults::kSaveEnds, F_OK);
 }
 
-void makeOptions() {
-    all = new c_all{};
-    all->appW = 1280;
-    all->appH = 720;
-    _filters = new c_filters{};
-    keys = new c_keys{};
-    _options = new c_options{};
-    _options->homeDir = workingFolder();
-}
-
-void readOptions(bool prefs) {
+void readOptions(c_options& options, bool prefs) {
     if (prefs) {
-        _options->lireXML();
+        options.lireXML();
         printf("holds %d\n", _filters->slots[0][0].id);
     } else {
-        _options->lireXMLController();
+        options.lireXMLController();
         printf("holds %d\n", keys->padButton[0]);
     }
 }
 
 void saveOptions(bool prefs, int number, bool readsFirst) {
-    makeOptions();
+    c_options options{};
+    options.homeDir = workingDirectory();
     if (readsFirst) {
-        readOptions(prefs);
+        readOptions(options, prefs);
     }
     _filters->slots[0][0].id = number;
     keys->padButton[0] = number;
     access(faults::kSaveStarts, F_OK);
     if (prefs) {
-        _options->saveXML();
+        options.saveXML();
     } else {
-        _options->saveXMLController();
+        options.saveXMLController();
     }
     access(faults::kSaveEnds, F_OK);
 }
@@ -110,6 +94,7 @@ int main(int count, char** words) {
         return 2;
     }
     const bool readsFirst = count == 4 && strcmp(words[3], "read") == 0;
+    const StageObjects objects;
     const std::string kind = words[1];
     const std::string word = words[2];
     const int number = word == "old" ? 3 : 7;

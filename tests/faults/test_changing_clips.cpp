@@ -7,8 +7,8 @@
 #include <iterator>
 #include <random>
 
+#include "support/clip_stage.h"
 #include "support/seed.h"
-#include "vectors/clip_stage.h"
 
 namespace {
 

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <utility>
+
+#include "tests/support/stage_objects.h"
 
 namespace fs = std::filesystem;
 
@@ -12,64 +15,31 @@ namespace {
 
 constexpr uint32_t kFrameMs = 40;
 
-template <typename T>
-void destroy(T*& object) {
-    delete object;
-    object = nullptr;
-}
-
-void freeSurface(SDL_Surface*& surface) {
-    SDL_FreeSurface(surface);
-    surface = nullptr;
-}
-
-template <typename T>
-void destroyBuffer(T*& buffer) {
-    delete[] buffer;
-    buffer = nullptr;
-}
-
-void destroyPlaylist() {
-    if (playlist == nullptr) {
-        return;
-    }
-    if (playlist->previewClip != nullptr) {
-        playlist->previewClip->killRAM();
-        delete playlist->previewClip;
-    }
-    if (playlist->dirHandle != nullptr) {
-        closedir(playlist->dirHandle);
-    }
-    destroy(editor);
-    destroy(playlist);
-}
-
 void destroyScreens() {
     if (_home != nullptr) {
-        freeSurface(_home->background);
+        SDL_FreeSurface(_home->background);
     }
     if (_intro != nullptr) {
-        freeSurface(_intro->logo);
+        SDL_FreeSurface(_intro->logo);
     }
     if (_options != nullptr) {
-        freeSurface(_options->controllerPicture);
+        SDL_FreeSurface(_options->controllerPicture);
     }
     if (_lib != nullptr) {
-        freeSurface(_lib->scratch);
+        SDL_FreeSurface(_lib->scratch);
     }
-    destroy(_home);
-    destroy(_intro);
-    destroy(_options);
-    destroy(_lib);
-    destroy(overMenu);
-    destroy(mix);
+    delete std::exchange(_home, nullptr);
+    delete std::exchange(_intro, nullptr);
+    delete std::exchange(_options, nullptr);
+    delete std::exchange(_lib, nullptr);
+    delete std::exchange(overMenu, nullptr);
     if (ttf != nullptr) {
         for (TTF_Font* font : ttf->fonts) {
             if (font != nullptr) {
                 TTF_CloseFont(font);
             }
         }
-        destroy(ttf);
+        delete std::exchange(ttf, nullptr);
         TTF_Quit();
     }
 }
@@ -97,23 +67,10 @@ std::string readFile(const std::string& path) {
 
 void destroyGlobals() {
     destroyScreens();
-    destroyPlaylist();
-    for (int slot = 0; moxel != nullptr && slot < kClipSlots; ++slot) {
-        moxel[slot].killRAM();
-    }
-    destroyBuffer(moxel);
-    destroy(_filters);
-    destroy(keys);
-    destroy(all);
-    freeSurface(_textureUI);
-    freeSurface(screen[0]);
+    destroyObjects();
+    SDL_FreeSurface(std::exchange(_textureUI, nullptr));
+    SDL_FreeSurface(std::exchange(screen[0], nullptr));
     screen[1] = nullptr;
-    destroyBuffer(moxelTiles16);
-    auto* alpha = reinterpret_cast<uint16_t*>(moxelAlpha16);
-    moxelAlpha16 = nullptr;
-    destroyBuffer(alpha);
-    destroyBuffer(finalTilesTracks);
-    destroyBuffer(finalTilesMix);
     isExit = 1;
     g_bMainLoop = true;
     tempsActuel = tempsPrecedent = fps = 0;
@@ -127,8 +84,7 @@ Stage::Stage(int displayWidth, int displayHeight) {
     scripted().displayWidth = displayWidth;
     scripted().displayHeight = displayHeight;
     printedBy([] {
-        allocateBuffers();
-        createFirstObjects();
+        createObjects();
         all->checkComposite();
         screen[1] = SDL_SetVideoMode(all->appW, all->appH, 16, 0);
         screen[0] = SDL_ConvertSurface(screen[1], screen[1]->format, 0);

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "clip_stage.h"
+#include "tests/support/clip_stage.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "clip_stage.h"
+#include "tests/support/clip_stage.h"
 
 namespace {
 

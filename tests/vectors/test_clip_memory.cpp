@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "clip_stage.h"
 #include "support/failing_memory.h"
+#include "tests/support/clip_stage.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include "clip/paint.h"
 #include "clip/plain_tile.h"
-#include "clip_stage.h"
+#include "tests/support/clip_stage.h"
 
 namespace {
 
@@ -145,8 +145,10 @@ void expectPlainFrames(ClipStage& stage, int rounds, std::mt19937& random) {
         setGlitch(stage, glitch);
         clip.renderMoxel19(layer, frame, mode);
         plain.draw(layer, frame, mode, glitch == kGlitchFlat);
-        ASSERT_TRUE(stage.tiles == plain.tiles) << "round " << round << " frame " << frame;
-        ASSERT_TRUE(stage.alpha == plain.alpha) << "round " << round << " frame " << frame;
+        ASSERT_TRUE(std::ranges::equal(stage.tiles, plain.tiles))
+            << "round " << round << " frame " << frame;
+        ASSERT_TRUE(std::ranges::equal(stage.alpha, plain.alpha))
+            << "round " << round << " frame " << frame;
         ASSERT_TRUE(std::equal(plain.kept, plain.kept + clip::kTilePixels, clip.tileAlpha));
         ASSERT_EQ(clip.redrawCount, plain.redraw);
     }

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "clip_stage.h"
+#include "tests/support/clip_stage.h"
 #include "tests/support/frames.h"
 
 namespace {

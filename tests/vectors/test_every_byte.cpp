@@ -11,9 +11,9 @@
 #include <string>
 
 #include "clip/validate.h"
-#include "clip_stage.h"
 #include "fuzz/input.h"
 #include "minimal_clip.h"
+#include "tests/support/clip_stage.h"
 
 namespace {
 

@@ -65,15 +65,15 @@ class FinRender : public testing::TestWithParam<json> {};
 TEST_P(FinRender, EveryFrame_MatchesItsChecksums) {
     const json& test = GetParam();
     MixerStage stage(test);
-    stage.fill(stage.tracks, 0, test, "tracks0");
-    stage.fill(stage.tracks, 1, test, "tracks1");
+    stage.fill(finalTilesTracks, 0, test, "tracks0");
+    stage.fill(finalTilesTracks, 1, test, "tracks1");
     stage.mixer.topBar = test.at("topbar");
     if (test.contains("srand")) {
         srand(test.at("srand"));
     }
     for (const json& frame : test.at("frames")) {
-        stage.fill(stage.layers, 0, frame, "moxel0");
-        stage.fill(stage.layers, 1, frame, "moxel1");
+        stage.fill(moxelTiles16, 0, frame, "moxel0");
+        stage.fill(moxelTiles16, 1, frame, "moxel1");
         stage.fillAlpha(frame);
         stage.setSlots(frame);
         stage.mixer.mode = frame.at("mode");
