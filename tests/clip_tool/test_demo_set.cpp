@@ -70,16 +70,7 @@ std::string shareName(const testing::TestParamInfo<Share>& info) {
     return name;
 }
 
-// Under the sanitizers a few speak for all: drawing and encoding take ten times as long there.
-std::vector<Share> testedShares() {
-    std::vector<Share> shares(std::begin(kShares), std::end(kShares));
-#ifdef __SANITIZE_ADDRESS__
-    shares.resize(4);
-#endif
-    return shares;
-}
-
-INSTANTIATE_TEST_SUITE_P(Each, DemoClip, testing::ValuesIn(testedShares()), shareName);
+INSTANTIATE_TEST_SUITE_P(Each, DemoClip, testing::ValuesIn(kShares), shareName);
 
 TEST(DemoSet, Shares_CoverEveryClipAndLoadInTime) {
     int steps = 0;
