@@ -40,7 +40,7 @@ Shot noisePicture(uint32_t seed) {
     return picture;
 }
 
-using Effect = std::function<Shot(const Shot&)>;
+using Effect = std::function<Shot(const Shot&, int direction)>;
 
 class FilterKeys : public testing::Test {
 protected:
@@ -58,16 +58,23 @@ protected:
         stage.tap(XK_Up);
         stage.expectShows(app::placed(top), "the top clip");
     }
-    // Switches the active layer's filter on or off, and gives it a direction.
-    void toggle(Letter letter) {
+    // With the letter held, so that what is tapped goes to the active layer's filter.
+    void hold(Letter letter, const std::function<void()>& taps) {
         stage.press(kLetters[letter]);
-        stage.tap(XK_BackSpace);
+        taps();
         stage.release(kLetters[letter]);
     }
+    void toggle(Letter letter) {
+        hold(letter, [&] { stage.tap(XK_BackSpace); });
+    }
     void turn(Letter letter, int direction) {
-        stage.press(kLetters[letter]);
-        stage.tap(kArrows[direction]);
-        stage.release(kLetters[letter]);
+        hold(letter, [&] { stage.tap(kArrows[direction]); });
+    }
+    void turnOn(Letter letter, int direction) {
+        hold(letter, [&] {
+            stage.tap(kArrows[direction]);
+            stage.tap(XK_BackSpace);
+        });
     }
     // Modes 0, 2 and 3 of these two layers.
     void expectMixes(const Shot& bottom, const Shot& top, const std::string& what) {
@@ -78,27 +85,26 @@ protected:
         stage.tap(XK_1);
         stage.expectShows(app::placed(top), what + ", top alone");
     }
-    void checkOnBothLayers(Letter letter, int direction, const Effect& effect) {
-        turn(letter, direction);
-        toggle(letter);
-        expectMixes(bottom_, effect(top_), "top layer");
-        toggle(letter);
-        stage.tap(XK_Down);
-        turn(letter, direction);
-        toggle(letter);
-        expectMixes(effect(bottom_), top_, "bottom layer");
-        toggle(letter);
-        stage.tap(XK_Up);
-    }
-    void checkDirections(Letter letter, const std::function<Shot(const Shot&, int)>& effect) {
-        toggle(letter);
-        for (const int direction : {1, 2, 3, 0}) {
-            turn(letter, direction);
-            stage.expectShows(app::placed(effect(top_, direction)),
-                              "direction " + std::to_string(direction));
-        }
+    // In every direction on the top layer, the last of them is `direction`, and in that one on each
+    // layer in every mode.
+    void check(Letter letter, int direction, const Effect& effect) {
+        hold(letter, [&] {
+            stage.tap(XK_BackSpace);
+            for (const int turns : {1, 2, 3, 4}) {
+                const int each = (direction + turns) % 4;
+                stage.tap(kArrows[each]);
+                stage.expectShows(app::placed(effect(top_, each)),
+                                  "direction " + std::to_string(each));
+            }
+        });
+        expectMixes(bottom_, effect(top_, direction), "top layer");
         toggle(letter);
         stage.expectShows(app::placed(top_), "off again");
+        stage.tap(XK_Down);
+        turnOn(letter, direction);
+        expectMixes(effect(bottom_, direction), top_, "bottom layer");
+        toggle(letter);
+        stage.tap(XK_Up);
     }
 
     Stage stage;
@@ -110,42 +116,33 @@ protected:
 
 TEST_F(FilterKeys, MirrorAndZoom_OnEachLayerAndInEveryDirection) {
     start(app::richPicture(3), app::keyPicture(4));
-    checkOnBothLayers(MIRROR, 1, [](const Shot& p) { return app::mirrored(p, 1); });
-    checkDirections(MIRROR, app::mirrored);
-    checkOnBothLayers(ZOOM, 2, [](const Shot& p) { return app::zoomed(p, 2); });
-    checkDirections(ZOOM, app::zoomed);
+    check(MIRROR, 1, app::mirrored);
+    check(ZOOM, 2, app::zoomed);
 }
 
 TEST_F(FilterKeys, InvertAndBurned_OnEachLayerAndInEveryDirection) {
     start(app::richPicture(5), app::keyPicture(6));
-    checkOnBothLayers(INVERT, 0, app::inverted);
-    checkDirections(INVERT, [](const Shot& p, int) { return app::inverted(p); });
-    checkOnBothLayers(BURNED, 3, [](const Shot& p) { return app::burned(p, 3); });
-    checkDirections(BURNED, app::burned);
+    check(INVERT, 0, [](const Shot& p, int) { return app::inverted(p); });
+    check(BURNED, 3, app::burned);
 }
 
 TEST_F(FilterKeys, HueAndGameBoy_OnEachLayerAndInEveryDirection) {
     start(app::richPicture(7), app::keyPicture(8));
-    checkOnBothLayers(HUE, 3, [](const Shot& p) { return app::hued(p, 3); });
-    checkDirections(HUE, app::hued);
-    checkOnBothLayers(GAME_BOY, 0, app::gameBoyed);
-    checkDirections(GAME_BOY, [](const Shot& p, int) { return app::gameBoyed(p); });
+    check(HUE, 3, app::hued);
+    check(GAME_BOY, 0, [](const Shot& p, int) { return app::gameBoyed(p); });
 }
 
 TEST_F(FilterKeys, Glitch_Direction2FlattensTheTilesAndTheOthersChangeNothing) {
     start(noisePicture(1), noisePicture(2));
-    checkOnBothLayers(GLITCH, 2, [](const Shot&) { return app::flatByNumber(); });
-    checkDirections(GLITCH, [](const Shot& p, int direction) {
-        return direction == 2 ? app::flatByNumber() : p;
-    });
+    check(GLITCH, 2,
+          [](const Shot& p, int direction) { return direction == 2 ? app::flatByNumber() : p; });
 }
 
 // Held with Space the picture stands still, scrolled by an even number of pixels.
 TEST_F(FilterKeys, Scroll_OnEachLayerMovesAndHoldsStill) {
     start(app::richPicture(9), app::richPicture(10));
     for (const int direction : {1, 2, 3, 0}) {
-        turn(SCROLL, direction);
-        toggle(SCROLL);
+        turnOn(SCROLL, direction);
         stage.passPictures(10);
         stage.press(XK_space);
         const Shot held = stage.look();
@@ -165,8 +162,7 @@ TEST_F(FilterKeys, Scroll_OnEachLayerMovesAndHoldsStill) {
     }
     // On the bottom layer: the top one stands still, half half shows both.
     stage.tap(XK_Down);
-    turn(SCROLL, 1);
-    toggle(SCROLL);
+    turnOn(SCROLL, 1);
     stage.tap(XK_6);
     const Shot first = stage.look();
     const Shot later =
@@ -181,8 +177,7 @@ TEST_F(FilterKeys, Scroll_OnEachLayerMovesAndHoldsStill) {
 TEST_F(FilterKeys, Snow_StaysInItsBoundsAndRepeatsWithItsTable) {
     constexpr uint16_t kGrey = 15 << 11 | 31 << 5 | 15;
     start(app::flatPicture(0), app::flatPicture(kGrey));
-    turn(SNOW, 3);
-    toggle(SNOW);
+    turnOn(SNOW, 3);
     const Shot snow = stage.await(
         [&](const Shot& shot) { return !(shot == app::placed(app::flatPicture(kGrey))); }, "snow");
     std::vector<uint16_t> pixels;
@@ -204,8 +199,7 @@ TEST_F(FilterKeys, Snow_StaysInItsBoundsAndRepeatsWithItsTable) {
     // On the bottom layer under a top layer that lets it through.
     toggle(SNOW);
     stage.tap(XK_Down);
-    turn(SNOW, 3);
-    toggle(SNOW);
+    turnOn(SNOW, 3);
     stage.expectShows(app::placed(app::flatPicture(kGrey)), "mode 0 shows the top layer alone");
     stage.tap(XK_2);
     const Shot plain = app::placed(app::blended(app::flatPicture(0), app::flatPicture(kGrey)));
