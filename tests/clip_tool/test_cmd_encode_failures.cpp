@@ -188,13 +188,13 @@ TEST_F(Commands, Encode_OutputThatCannotBeIsAnError) {
 // were made for the clip go, and of a split input no part stays.
 TEST_F(Commands, Encode_FullDiskLeavesNothing) {
     const std::string full = "trap '' XFSZ; ulimit -f 8; ";
-    inputs::noise("in.mkv", 5);
+    inputs::noise("in.mkv", 1);
     write("out.m19", "older");
-    const Outcome outcome = tool("encode in.mkv -o out.m19", full);
+    const Outcome outcome = tool("encode in.mkv -o out.m19 --preset graphics", full);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "velmora-clip: cannot write out.m19: File too large\n");
     EXPECT_EQ(textOf("out.m19"), "older");
-    EXPECT_EQ(tool("encode in.mkv -d new/folder", full).status, 1);
+    EXPECT_EQ(tool("encode in.mkv -d new/folder --preset graphics", full).status, 1);
     EXPECT_EQ(filesHere(), (Names{"in.mkv", "out.m19"}));
 }
 

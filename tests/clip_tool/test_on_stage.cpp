@@ -7,11 +7,11 @@
 namespace {
 
 TEST(OnStage, LossyClip_IsDrawnAsExported) {
-    expectOnStage(pictures::encode(pictures::film(77, 360, 20, false), 60));
+    expectOnStage(pictures::encode(pictures::film(77, 120, 20, false), 60));
 }
 
 TEST(OnStage, LossyClipWithAlpha_IsDrawnAsExported) {
-    expectOnStage(pictures::encode(pictures::film(78, 360, 20, true), 60));
+    expectOnStage(pictures::encode(pictures::film(78, 120, 20, true), 60));
 }
 
 }  // namespace
