@@ -32,14 +32,15 @@ struct Stage {
         otherFile.write(header, sizeof header);
     }
 
-    // With `scanned`, the playlists' scan reads another file's header between any two steps.
+    // With `scanned`, the playlists' scan reads another file's header between any two steps, but
+    // among the records of a block at every sixteenth alone: there may be thousands of steps.
     int load(int budget, bool scanned) {
         clip->init("", "input.m19");
         clip->path = file.path();
         int result = 1;
         while (result == 1) {
             result = clip->loopLoad(budget);
-            if (scanned && result == 1) {
+            if (scanned && result == 1 && (clip->loadStage != 2 || clip->recordsDone % 16 == 0)) {
                 clip->miniLoad(otherFile.path());
             }
         }
