@@ -251,9 +251,9 @@ void drawKeys(Canvas& canvas, const Moment& t) {
     for (int i = 0; i < static_cast<int>(std::size(kModes)); ++i) {
         drawKey(canvas, {std::size(kModes), 58, kPink, t}, i, {kModes[i].cap, wordsOf(kModes[i])});
     }
-    for (int i = 0; i + 1 < kFilterIds; ++i) {
+    for (int i = 0; i < static_cast<int>(kFilterCaps.size()); ++i) {
         const std::string name = maker::lowerCase(filterOf(i + 1).name);
-        drawKey(canvas, {kFilterIds - 1, 127, kBlue, t}, i,
+        drawKey(canvas, {kFilterCaps.size(), 127, kBlue, t}, i,
                 {kFilterCaps.substr(static_cast<size_t>(i), 1), name});
     }
     drawText(canvas, "held, with Backspace: on, off.  With arrows: direction.", kLeft, 199, kLarge,

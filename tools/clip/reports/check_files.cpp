@@ -9,11 +9,11 @@
 #include <pugixml.hpp>
 
 #include "common/limits.h"
-#include "core/filters.h"
 #include "files/preferences.h"
 #include "files/userfile.h"
 #include "files/xmlscan.h"
 #include "layout/options_layout.h"
+#include "px/filters.h"
 #include "tools/clip/base/texts.h"
 
 namespace maker {
