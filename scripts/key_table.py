@@ -1,11 +1,13 @@
 """What the keys do, for the scripts that write it down: docs/keys.txt, and the tables in the code.
 
 `screens()` gives (screen, rows) in order, a row being a Row. The mixing modes and the filters' letters
-come from src/px/modes.h, src/px/filters.h and userdata/prefs.xml. A key that the program does not
+come from src/px/modes.h, src/px/filters.h and the preferences as committed, for who plays from this
+folder changes his own. A key that the program does not
 sample, and a sampled one that no row has, end the script.
 """
 
 import re
+import subprocess
 import sys
 from collections import namedtuple
 from pathlib import Path
@@ -43,7 +45,9 @@ def filter_names():
 def filters():
     """(letter, name of the filter that the preferences that come along put there)."""
     letters = re.findall(r"KEY_FILTER_(\w) =", source("src/common/slots.h"))
-    slots = re.findall(r"<filter>(\d+)</filter>", source("userdata/prefs.xml"))
+    preferences = subprocess.run(["git", "show", "HEAD:userdata/prefs.xml"], cwd=ROOT, check=True,
+                                 capture_output=True, text=True).stdout
+    slots = re.findall(r"<filter>(\d+)</filter>", preferences)
     names = filter_names()
     return [(letter, names[int(slot)]) for letter, slot in zip(letters, slots, strict=True)]
 
@@ -87,6 +91,10 @@ def screens():
 
 
 def mix_rows():
-    """Of the mix screen, and of all screens."""
-    rows = dict(screens())
-    return [*next(iter(rows.values())), *rows["mix"]]
+    """Of the mix screen, and of all screens, which come first."""
+    everywhere, *_ = listed = screens()
+    return [*everywhere[1], *dict(listed)["mix"]]
+
+
+def other_screens():
+    return [(name, rows) for name, rows in screens()[1:] if name != "mix"]

@@ -1,7 +1,7 @@
 #pragma once
-// The global objects and buffers, all defined here and all created before the
-// main loop runs. Only .cpp files of
-// velmora_app include this. Each line ends with who writes it once the program runs.
+// The global objects and buffers, all defined here, and all created by mainloop.cpp before the
+// first frame. Only .cpp files of velmora_app include this. Each line ends with who writes it once
+// the program runs.
 
 #include <SDL.h>
 

@@ -303,6 +303,18 @@ protected:
     }
 };
 
+// However it came that there is no room any more: none of the fifty goes.
+TEST_F(NewPlaylist, OKWithFiftyPlaylists_DoesNothing) {
+    click(keyCell(0));
+    while (playlist->nbFamilles < 50) {
+        addFamille("more");
+    }
+    click(keyCell(page::kKeyOk));
+    EXPECT_EQ(playlist->editPage, page::NEW_PLAYLIST);
+    EXPECT_EQ(playlist->nbFamilles, 50);
+    EXPECT_EQ(playlist->familles[49].name, "more");
+}
+
 TEST_F(NewPlaylist, EveryKey_TypesItsText) {
     const std::string wanted = "abcdefghijklmnopqrstuvwxyz_-+*0123456789";
     for (int key = 0; key < 40; ++key) {

@@ -285,6 +285,22 @@ TEST_F(Panel, Names_AreTheFileWithoutFolderAndExtension) {
     }
 }
 
+// The last four characters are the extension, whatever they are.
+TEST_F(Panel, NamesOfUpToFourCharacters_ShowNothing) {
+    const auto drawn = [&](const char* path) {
+        fillAll(screen[1], kGround);
+        moxel[0].path = path;
+        mix->drawUI();
+        const auto* pixels = static_cast<const uint16_t*>(screen[1]->pixels);
+        return std::vector<uint16_t>(pixels, pixels + 1280 * 720);
+    };
+    const std::vector<uint16_t> nameless = drawn("");
+    EXPECT_NE(drawn("x.m19"), nameless);
+    for (const char* path : {"x", "abc", ".m19", "./videos/abc"}) {
+        EXPECT_EQ(drawn(path), nameless) << path;
+    }
+}
+
 TEST_F(Panel, ShortAndLongPaths_StayInTheirBuffers) {
     for (const size_t length : {size_t{0}, size_t{3}, size_t{4}, size_t{91}, size_t{4000}}) {
         moxel[0].path = std::string(length, 'x');
