@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr useconds_t kHeldPollUs = 500;
+
 app::FrameCount* mapCount() {
     const char* path = getenv(app::kFrameFileVariable);
     const int file = path != nullptr ? open(path, O_RDWR | O_CLOEXEC) : -1;
@@ -76,6 +78,9 @@ Uint8* SDL_GetKeyState(int* count) {
     static auto* const real = nextOf<Uint8*(int*)>("SDL_GetKeyState");
     if (counts() != nullptr && isProgram(__builtin_return_address(0))) {
         finishFrame();
+        while (counts()->held.load() != 0) {
+            usleep(kHeldPollUs);
+        }
         counts()->begun.fetch_add(1);
     }
     return real(count);

@@ -13,6 +13,7 @@ namespace app {
 struct FrameCount {
     std::atomic<uint32_t> begun;
     std::atomic<uint32_t> finished;  // begun, or one less
+    std::atomic<uint32_t> held;      // by the test: while it is not 0, no frame begins
 };
 static_assert(std::atomic<uint32_t>::is_always_lock_free);
 

@@ -28,6 +28,7 @@ Frames::~Frames() {
 void Frames::startAnew() {
     count_->begun = 0;
     count_->finished = 0;
+    count_->held = 0;
 }
 
 }  // namespace app

@@ -17,6 +17,8 @@ public:
     void startAnew();  // another program counts from 0
     int begun() const { return static_cast<int>(count_->begun.load()); }
     int finished() const { return static_cast<int>(count_->finished.load()); }
+    // No frame begins before it is let go; the one that has begun goes on to its end.
+    void hold(bool held) { count_->held = held ? 1 : 0; }
     const std::string& path() const { return path_; }
 
 private:

@@ -162,7 +162,7 @@ void Stage::failOnStrange(const Shot& shot) {
 }
 
 // A picture may reach the server in parts: they are all there when the program rests. Where it has
-// no time to rest, what stays the same picture for as long as the look takes has to do.
+// no time to rest, it is held before its next picture for as long as the look takes.
 Shot Stage::inStep(const std::function<Capture()>& take, int* pictures) {
     Capture shot;
     bool taken = false;
@@ -176,15 +176,23 @@ Shot Stage::inStep(const std::function<Capture()>& take, int* pictures) {
         }
         return taken || begun > last || !running();
     };
-    const auto takenOfOne = [&] {
+    const auto takenHeld = [&] {
         *pictures = picturesShown();
-        shot = take();
-        return picturesShown() == *pictures;
+        taken = picturesBegun() == *pictures;
+        if (taken || !running()) {
+            shot = take();
+        }
+        return taken || !running();
     };
     waitUntil(takenAtRest, kPatienceMs, 1);
     restless_ = !taken;
     if (!taken) {
-        waitUntil(takenOfOne, kPatienceMs, 1);
+        frames_.hold(true);
+        waitUntil(takenHeld, kPatienceMs, 1);
+        frames_.hold(false);
+    }
+    if (!shot) {
+        giveUp("the program does not end a picture");
     }
     return shot();
 }

@@ -65,10 +65,9 @@ public:
     int picturesShown() const { return frames_.finished(); }
 
     // The program's part of the screen: its window, as far as it is on the screen. Looked at while
-    // the program rests between two pictures, unless it never does.
+    // the program rests between two pictures; one that never does is held between them.
     Shot look();
-    // The same, and how many pictures had been shown by then. Of a program that never rests the one
-    // after them may be seen.
+    // The same, and how many pictures had been shown by then.
     Shot lookInStep(int* pictures);
     // All of the screen; other programs' pixels may be of any colour.
     Shot lookAtScreen();
