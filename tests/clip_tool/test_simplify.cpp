@@ -242,16 +242,33 @@ SourceTile sourceOf(const Tile& tile) {
     return {maker::planesOf(tile), tile.alpha};
 }
 
+constexpr int64_t kAnyDistance = std::numeric_limits<int64_t>::max() / 1000;
+
 TEST(Lookalikes, SamePicture_IsFoundInEveryTurn) {
     maker::Lookalikes known;
-    known.add(slope(60));
+    EXPECT_EQ(known.add(slope(20)), 0u);
+    EXPECT_EQ(known.add(slope(60)), 1u);
     for (const int walk : {0, 1, 2, 3, 6, 7}) {
         Tile turned = slope(60);
         turned.colours = maker::paintAlong(slope(60).colours, walk);
-        const maker::Lookalikes::Match match = known.nearest(sourceOf(turned));
-        ASSERT_TRUE(match.found) << "walk " << walk;
-        EXPECT_EQ(match.distance, 0);
-        EXPECT_EQ(match.tile, turned);
+        const auto match = known.nearest(sourceOf(turned), kAnyDistance);
+        ASSERT_TRUE(match) << "walk " << walk;
+        EXPECT_EQ(match->picture, 1u);
+        EXPECT_EQ(match->distance, 0);
+        EXPECT_EQ(maker::paintAlong(known.tile(1).colours, match->walk), turned.colours);
+    }
+}
+
+// 12 levels of brightness are a shelf: wherever a picture stands, one that is a little brighter or
+// darker is found.
+TEST(Lookalikes, PictureOnTheNextShelf_IsFound) {
+    for (int level = 60; level < 84; ++level) {
+        maker::Lookalikes known;
+        Tile tile = slope(60);
+        tile.colours.fill(maker::nearestColour(level, level, level));
+        known.add(tile);
+        EXPECT_TRUE(known.nearest(grey(level + 4), kAnyDistance)) << level;
+        EXPECT_TRUE(known.nearest(grey(level - 4), kAnyDistance)) << level;
     }
 }
 
@@ -260,59 +277,99 @@ TEST(Lookalikes, OtherAlphaOrOtherBrightness_IsNotFound) {
     known.add(slope(60));
     Tile clear = slope(60);
     clear.alpha[3] = 4;
-    EXPECT_FALSE(known.nearest(sourceOf(clear)).found);
-    EXPECT_FALSE(known.nearest(sourceOf(slope(190))).found);
+    EXPECT_FALSE(known.nearest(sourceOf(clear), kAnyDistance));
+    EXPECT_FALSE(known.nearest(sourceOf(slope(190)), kAnyDistance));
+}
+
+// One pixel differs by 5.
+TEST(Lookalikes, LimitThatIsTheDistance_FindsNothing) {
+    maker::Lookalikes known;
+    Tile tile = slope(60);
+    tile.colours.fill(maker::nearestColour(99, 99, 99));
+    known.add(tile);
+    SourceTile wanted = sourceOf(tile);
+    wanted.colours[0][7] = static_cast<uint8_t>(wanted.colours[0][7] + 5);
+    EXPECT_FALSE(known.nearest(wanted, 25));
+    const auto match = known.nearest(wanted, 26);
+    ASSERT_TRUE(match);
+    EXPECT_EQ(match->distance, 25);
 }
 
 TEST(Lookalikes, Shelf_KeepsTheLatest) {
     maker::Lookalikes known;
-    for (int i = 0; i < 5; ++i) {  // too alike to be filed apart
-        Tile tile = slope(60);
-        tile.colours[static_cast<size_t>(i)] = 0x001F;
+    Tile tile = slope(60);
+    for (size_t i = 0; i < 40; ++i) {  // too alike to be filed apart
+        tile = slope(60);
+        tile.colours[i] = 0x001F;
         known.add(tile);
     }
-    Tile latest = slope(60);
-    latest.colours[4] = 0x001F;
-    EXPECT_EQ(known.nearest(sourceOf(latest)).distance, 0);
+    EXPECT_EQ(known.nearest(sourceOf(tile), kAnyDistance)->distance, 0);
+    Tile first = slope(60);
+    first.colours[0] = 0x001F;
+    EXPECT_GT(known.nearest(sourceOf(first), kAnyDistance)->distance, 0);
 }
 
-TEST(Simplify, FlatTile_TakesNoRecord) {
+TEST(Simplify, FlatTile_TakesOneColour) {
     const SourceBlock block = film({grey(90), grey(30)});
-    const maker::Simplifier simplifier(block, {10, 6});
-    const maker::ShownBlock shown = simplifier.show(0);
-    EXPECT_TRUE(shown.savings.empty());
+    const std::vector<Tile> shown = maker::Simplifier(block, {10, 6}).show();
     // 90 of 255 is 10.9 of 31 and 22.2 of 63.
-    EXPECT_EQ(shown.tiles[0].colours[5], 11 << 11 | 22 << 5 | 11);
+    EXPECT_EQ(shown[0].colours[5], 11 << 11 | 22 << 5 | 11);
 }
 
 TEST(Simplify, EmptyTile_StaysEmpty) {
     SourceTile empty = grey(0);
     empty.alpha.fill(0);
     const SourceBlock block = film({empty});
-    const maker::ShownBlock shown = maker::Simplifier(block, {10, 6}).show(0);
-    EXPECT_EQ(shown.tiles[0], Tile{});
+    EXPECT_EQ(maker::Simplifier(block, {10, 6}).show()[0], Tile{});
 }
 
-TEST(Simplify, LeastSaving_DoesWithoutTheCheapest) {
+// Left half dark, right half as bright as asked: a picture that no flat colour stands for.
+SourceTile edge(int bright) {
+    SourceTile tile = grey(100);
+    for (auto& plane : tile.colours) {
+        for (size_t i = 0; i < 64; ++i) {
+            plane[i] = i % 8 < 4 ? 20 : static_cast<uint8_t>(bright);
+        }
+    }
+    return tile;
+}
+
+// 198 and 214 show one record, whose bright half is their mean, 206: that is a level of 31 and one
+// of 63. The first of them alone would have it at 198.
+TEST(Simplify, TilesThatShowOneRecord_ShowTheirMean) {
+    const SourceBlock block{1, 2, {edge(198), edge(214)}};
+    const std::vector<Tile> shown = maker::Simplifier(block, {4000, 6}).show();
+    EXPECT_EQ(shown[0], shown[1]);
+    EXPECT_EQ(shown[0].colours[7], maker::nearestColour(206, 206, 206));
+    const SourceBlock alone{1, 1, {edge(198)}};
+    EXPECT_EQ(maker::Simplifier(alone, {4000, 6}).show()[0].colours[7],
+              maker::nearestColour(198, 198, 198));
+}
+
+// The second is the first turned upside down and a little brighter.
+TEST(Simplify, MirroredLookalike_IsDrawnMirrored) {
+    SourceTile upright = edge(198);
+    upright.colours[0][0] = 90;  // tells top from bottom
+    SourceTile other = edge(202);
+    other.colours[0][56] = 90;
+    const SourceBlock block{1, 2, {upright, other}};
+    const std::vector<Tile> shown = maker::Simplifier(block, {200, 6}).show();
+    for (size_t i = 0; i < 64; ++i) {
+        EXPECT_EQ(shown[1].colours[i], shown[0].colours[(7 - i / 8) * 8 + i % 8]) << i;
+    }
+    EXPECT_NE(shown[1].colours[56], shown[1].colours[0]);
+}
+
+TEST(Simplify, DearerRate_TakesFewerPictures) {
     // A faint edge and a strong one, each in one frame of its own position.
-    SourceTile faint = grey(100);
-    SourceTile strong = grey(100);
-    for (auto& plane : faint.colours) {
-        std::fill(plane.begin() + 32, plane.end(), uint8_t{130});
-    }
-    for (auto& plane : strong.colours) {
-        std::fill(plane.begin() + 32, plane.end(), uint8_t{250});
-    }
-    const SourceBlock block{1, 2, {faint, strong}};
-    const maker::Simplifier simplifier(block, {10, 6});
-    std::vector<double> savings = simplifier.show(0).savings;
-    ASSERT_EQ(savings.size(), 2u);
-    EXPECT_LT(savings[0], savings[1]);
-    const maker::ShownBlock coarser = simplifier.show(savings[0]);
-    EXPECT_EQ(coarser.savings.size(), 1u);
-    EXPECT_EQ(coarser.tiles[0].colours[0], coarser.tiles[0].colours[63]);
-    EXPECT_NE(coarser.tiles[1].colours[0], coarser.tiles[1].colours[63]);
-    EXPECT_TRUE(simplifier.show(savings[1]).savings.empty());
+    const SourceBlock block{1, 2, {edge(50), edge(250)}};
+    const auto isFlat = [](const Tile& tile) { return tile.colours[0] == tile.colours[7]; };
+    const std::vector<Tile> both = maker::Simplifier(block, {10, 6}).show();
+    EXPECT_FALSE(isFlat(both[0]));
+    EXPECT_FALSE(isFlat(both[1]));
+    const std::vector<Tile> one = maker::Simplifier(block, {2e4, 6}).show();
+    EXPECT_TRUE(isFlat(one[0]));
+    EXPECT_FALSE(isFlat(one[1]));
 }
 
 TEST(Simplify, AlphaAtAnyRate_IsKeptExactly) {
@@ -322,9 +379,9 @@ TEST(Simplify, AlphaAtAnyRate_IsKeptExactly) {
         level = static_cast<uint8_t>(1 + random.below(15));
     }
     const SourceBlock block = film({tile, grey(100)});
-    const maker::ShownBlock shown = maker::Simplifier(block, {1e6, 6}).show(0);
-    EXPECT_EQ(shown.tiles[0].alpha, tile.alpha);
-    EXPECT_EQ(shown.tiles[1].alpha, grey(100).alpha);
+    const std::vector<Tile> shown = maker::Simplifier(block, {1e6, 6}).show();
+    EXPECT_EQ(shown[0].alpha, tile.alpha);
+    EXPECT_EQ(shown[1].alpha, grey(100).alpha);
 }
 
 }  // namespace

@@ -89,6 +89,21 @@ std::string takeAlpha(const std::string& text, EncodeSettings& settings) {
     return "";
 }
 
+std::string takeNoise(const std::string& text, EncodeSettings& settings) {
+    constexpr double kMost = 50;
+    double level = 0;
+    if (text == "auto") {
+        settings.denoise.reset();
+        return "";
+    }
+    if (text != "off" &&
+        (!CLI::detail::lexical_cast(text, level) || !(level >= 0 && level <= kMost))) {
+        return text + " is not auto, off or a number from 0 to 50";
+    }
+    settings.denoise = level;
+    return "";
+}
+
 // What a text of the option comes to; `take` gives what is wrong with it, or "".
 template <class Take>
 CLI::Option* addParsed(CLI::App& command, const char* option, Take take, const char* help) {
@@ -145,6 +160,10 @@ void addCodingOptions(CLI::App& command, EncodeArguments& arguments) {
         ->check(CLI::Range(0, kBestQuality))
         ->option_text("0-100 (" + std::to_string(kDefaultQuality) + "; graphics, pixel: 100)");
     command.add_flag("--dither", settings.dither, "dither colours to 16 bits");
+    addParsed(
+        command, "--denoise", [&](const std::string& text) { return takeNoise(text, settings); },
+        "leave out a camera's noise: what is found of it, none, or so many levels of 255")
+        ->option_text("auto|off|N (auto)");
     command
         .add_option("--records", settings.records,
                     "tile records that a clip may have: fewer load faster")
@@ -214,14 +233,16 @@ std::string fingerprint(const EncodeSettings& settings) {
     char text[400];
     std::snprintf(text, sizeof text,
                   "start %g duration %g fps %g fit %d nearest %d long %d loop %d %d alpha %d "
-                  "%02x%02x%02x content %d quality %d dither %d records %lld bytes %lld partial %d",
+                  "%02x%02x%02x content %d quality %d dither %d denoise %g records %lld bytes %lld "
+                  "partial %d",
                   settings.start, settings.duration, settings.fps, static_cast<int>(settings.fit),
                   settings.nearest ? 1 : 0, static_cast<int>(settings.longInput),
                   static_cast<int>(settings.loop.kind), settings.loop.blend,
                   static_cast<int>(settings.alpha), settings.key.red, settings.key.green,
                   settings.key.blue, static_cast<int>(settings.content), settings.quality,
-                  settings.dither ? 1 : 0, static_cast<long long>(settings.records),
-                  static_cast<long long>(settings.bytes), settings.partial ? 1 : 0);
+                  settings.dither ? 1 : 0, settings.denoise.value_or(-1),
+                  static_cast<long long>(settings.records), static_cast<long long>(settings.bytes),
+                  settings.partial ? 1 : 0);
     return text;
 }
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <bitset>
-#include <limits>
+#include <utility>
 
+#include "tools/clip/encoder/noise.h"
+#include "tools/clip/encoder/price_search.h"
 #include "tools/clip/encoder/simplify.h"
 
 namespace maker {
@@ -36,19 +38,14 @@ bool fitsPalette(const std::vector<Tile>& tiles) {
     return true;
 }
 
-bool wantsExact(const CodingPlan& plan, const std::vector<Tile>& rounded) {
-    if (plan.byteFactor > 1 || plan.recordFactor > 1) {
-        return false;
-    }
-    switch (plan.content) {
-        case Content::GRAPHICS:
-            return plan.quality == kBestQuality || fitsPalette(rounded);
-        case Content::MIXED:
-            return plan.quality == kBestQuality ||
-                   (plan.quality >= kLowestExactQuality && fitsPalette(rounded));
-        default:
-            return plan.quality == kBestQuality;
-    }
+bool dearer(const CodingPlan& plan) {
+    return plan.byteFactor > 1 || plan.recordFactor > 1;
+}
+
+// Whatever it takes.
+bool mustBeExact(const CodingPlan& plan, bool fewColours) {
+    return !dearer(plan) &&
+           (plan.quality == kBestQuality || (plan.content == Content::GRAPHICS && fewColours));
 }
 
 double errorOf(const SourceBlock& block, const std::vector<Tile>& shown) {
@@ -84,35 +81,74 @@ Rate rateFor(const CodingPlan& plan) {
     return rate;
 }
 
-// What a new record must save, so that `surplus` of those that were made are done without.
-double thresholdFor(std::vector<double> savings, int64_t surplus) {
-    const size_t rank = std::min(static_cast<size_t>(surplus), savings.size()) - 1;
-    std::nth_element(savings.begin(), savings.begin() + static_cast<long>(rank), savings.end());
-    return savings[rank];
+// Bytes, with those that a record counts for.
+double sizeOf(const CodedBlock& coded, const Rate& rate) {
+    const double records = static_cast<double>(coded.set.records.size());
+    return static_cast<double>(coded.set.bytes.size()) +
+           records * (kMapEntryBytes + rate.recordBytes);
 }
 
 double costOf(const CodedBlock& coded, const Rate& rate) {
-    const double records = static_cast<double>(coded.set.records.size());
-    return coded.squaredError + rate.perByte * (static_cast<double>(coded.set.bytes.size()) +
-                                                records * (kMapEntryBytes + rate.recordBytes));
+    return coded.squaredError + rate.perByte * sizeOf(coded, rate);
 }
 
-// Doing without a record can leave others that were like it on their own, so it takes a few rounds
-// to get down to the limit, each asking for more than the surplus. Every round ends with fewer
-// records, or with none that could be done without: those of infinite saving stay, limit or not.
-CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan) {
-    constexpr double kMostSaving = std::numeric_limits<double>::max();
-    const Simplifier simplifier(block, rateFor(plan));
-    for (double leastSaving = 0;;) {
-        ShownBlock shown = simplifier.show(leastSaving);
-        CodedBlock coded = codeTiles(block, shown.tiles, &simplifier.palette());
-        const int64_t surplus = excess(coded, plan);
-        if (surplus <= 0 || shown.savings.empty() || leastSaving == kMostSaving) {
-            return coded;
-        }
-        const int64_t more = surplus / 8 + static_cast<int64_t>(shown.savings.size()) / 100 + 1;
-        leastSaving = std::min(thresholdFor(std::move(shown.savings), surplus + more), kMostSaving);
+// What of the source's noise is not kept: all of it at the qualities that are meant for film, and
+// less and less towards exactness.
+double noiseTaken(const SourceBlock& block, const CodingPlan& plan) {
+    constexpr double kAllUpTo = kBestQuality - 20;
+    const double share = std::min(1.0, (kBestQuality - plan.quality) / (kBestQuality - kAllUpTo));
+    return share * plan.noise.value_or(plan.content == Content::GRAPHICS ? 0 : noiseOf(block));
+}
+
+CodedBlock codeAt(const SourceBlock& block, const Rate& rate) {
+    const Simplifier simplifier(block, rate);
+    return codeTiles(block, simplifier.show(), &simplifier.palette());
+}
+
+// A block of more records than the limit is coded at a higher price, all of it alike. Where alpha
+// alone takes that many, the dearest stays.
+CodedBlock codeDearer(const SourceBlock& block, const Rate& rate, const CodingPlan& plan) {
+    const SourceBlock sample = sampleOf(block);
+    const double limit = static_cast<double>(plan.mostRecords) /
+                         static_cast<double>(block.tiles.size()) *
+                         static_cast<double>(sample.tiles.size());
+    PriceSearch search([&](double price) {
+        const CodedBlock coded = codeAt(sample, rate.times(price));
+        return static_cast<double>(coded.set.records.size()) / limit;
+    });
+    double price = search.find(1);
+    CodedBlock coded = codeAt(block, rate.times(price));
+    for (double step = 1.2; excess(coded, plan) > 0 && price < kDearest; step *= step) {
+        price *= step;  // a sample is not exact
+        coded = codeAt(block, rate.times(price));
     }
+    return coded;
+}
+
+CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan) {
+    Rate rate = rateFor(plan);
+    rate.noise = noiseTaken(block, plan);
+    CodedBlock coded = codeAt(block, rate);
+    if (excess(coded, plan) > 0) {
+        coded = codeDearer(block, rate, plan);
+    }
+    coded.noise = rate.noise;
+    return coded;
+}
+
+// Up to how many times the size of the cheaper coding exactness is worth. It grows from nothing, so
+// that no quality is much larger than the one below.
+double worthOfExactness(int quality) {
+    constexpr double kMore = 0.3;
+    return 1 + kMore * (quality - kLowestExactQuality) / (kBestQuality - kLowestExactQuality);
+}
+
+bool exactIsBetter(const CodedBlock& exact, const CodedBlock& coded, const CodingPlan& plan,
+                   bool fewColours) {
+    const Rate rate = rateFor(plan);
+    return costOf(exact, rate) < costOf(coded, rate) ||
+           (fewColours &&
+            sizeOf(exact, rate) <= worthOfExactness(plan.quality) * sizeOf(coded, rate));
 }
 
 }  // namespace
@@ -120,20 +156,20 @@ CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan) {
 CodedBlock codeBlock(const SourceBlock& block, const CodingPlan& plan) {
     constexpr int kNearExact = 88;  // from here on exact coding may be the cheaper one
     const std::vector<Tile> rounded = roundedTiles(block);
-    const bool wanted = wantsExact(plan, rounded);
-    const bool dearer = plan.byteFactor > 1 || plan.recordFactor > 1;
-    if (!wanted && (plan.quality < kNearExact || dearer)) {
+    const bool fewColours = plan.content != Content::FOOTAGE &&
+                            plan.quality >= kLowestExactQuality && fitsPalette(rounded);
+    const bool must = mustBeExact(plan, plan.content == Content::GRAPHICS && fitsPalette(rounded));
+    if (!must && (dearer(plan) || (plan.quality < kNearExact && !fewColours))) {
         return codeByRate(block, plan);
     }
     CodedBlock exact = codeTiles(block, rounded, nullptr);
     exact.exact = true;
     const bool fits = excess(exact, plan) <= 0;
-    if (wanted && fits) {
+    if (must && fits) {
         return exact;
     }
     CodedBlock coded = codeByRate(block, plan);
-    const Rate rate = rateFor(plan);
-    return fits && costOf(exact, rate) < costOf(coded, rate) ? exact : coded;
+    return fits && exactIsBetter(exact, coded, plan, fewColours) ? exact : coded;
 }
 
 }  // namespace maker

@@ -5,6 +5,7 @@
 // blocks before. Coding a block depends on nothing else, so that blocks can be coded side by side.
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "tools/clip/encoder/dictionary.h"
@@ -29,6 +30,9 @@ struct CodingPlan {
     double byteFactor = 1;
     double recordFactor = 1;
     int mostRecords = 0;  // of a block; 0: as many as there are
+    // Of the source, its standard deviation: what is not kept below 100. Not given: what each block
+    // is found to have.
+    std::optional<double> noise = std::nullopt;
 };
 
 struct CodedBlock {
@@ -37,6 +41,7 @@ struct CodedBlock {
     PaletteColours palette;
     int frames = 0;
     double squaredError = 0;  // shown against source, all channels, scale 0 to 255
+    double noise = 0;         // of the source that was not kept, its standard deviation
     bool exact = false;       // shows the source rounded to RGB565
 };
 

@@ -1,6 +1,7 @@
 #include "tools/clip/encoder/encoder.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cassert>
 #include <cmath>
 #include <stdexcept>
@@ -10,6 +11,7 @@
 #include "clip/validate.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/encoder/block_sections.h"
+#include "tools/clip/encoder/price_search.h"
 #include "tools/clip/encoder/quantise.h"
 
 namespace maker {
@@ -39,8 +41,8 @@ ClipEncoder::ClipEncoder(const ClipSettings& settings)
     : settings_(settings),
       plan_{.quality = settings.quality,
             .content = settings.content,
-            .mostRecords = mostRecordsOf(settings)},
-      bytes_(clip::kHeaderBytes) {
+            .mostRecords = mostRecordsOf(settings),
+            .noise = settings.noise} {
     assert(settings.height >= clip::kTileSize && settings.height <= kFrameHeight &&
            settings.height % clip::kTileSize == 0);
     assert(settings.quality >= 0 && settings.quality <= kBestQuality);
@@ -69,7 +71,7 @@ void ClipEncoder::finishBlock() {
         return;
     }
     if (pending_.size() >= static_cast<size_t>(settings_.workers)) {
-        write(pending_.front().get());
+        write(pending_.front().get(), clip_);
         pending_.erase(pending_.begin());
     }
     const auto policy = settings_.workers > 1 ? std::launch::async : std::launch::deferred;
@@ -77,41 +79,37 @@ void ClipEncoder::finishBlock() {
         policy, [plan = plan_, source = std::move(block)] { return codeBlock(source, plan); }));
 }
 
-void ClipEncoder::write(CodedBlock coded) {
+void ClipEncoder::write(CodedBlock coded, Coding& clip) const {
     const double tiles = static_cast<double>(coded.tiles.placements.size());
-    stats_.frames += coded.frames;
-    stats_.exactBlocks += coded.exact ? 1 : 0;
-    stats_.squaredError += coded.squaredError;
-    stats_.samples += tiles * clip::kTilePixels * kChannels;
-    const NumberedBlock block = numberBlock(std::move(coded), history_);
-    appendBlock(bytes_, block.sections, settings_.alpha ? 1 : 0);
-    ++stats_.blocks;
-    stats_.records += block.records;
-    stats_.fillers += block.fillers;
+    ClipStats& stats = clip.stats;
+    stats.noise =
+        (stats.noise * stats.frames + coded.noise * coded.frames) / (stats.frames + coded.frames);
+    stats.frames += coded.frames;
+    stats.exactBlocks += coded.exact ? 1 : 0;
+    stats.squaredError += coded.squaredError;
+    stats.samples += tiles * clip::kTilePixels * kChannels;
+    const NumberedBlock block = numberBlock(std::move(coded), clip.history);
+    appendBlock(clip.bytes, block.sections, settings_.alpha ? 1 : 0);
+    ++stats.blocks;
+    stats.records += block.records;
+    stats.fillers += block.fillers;
 }
 
-void ClipEncoder::writeAll(std::vector<CodedBlock> blocks) {
-    stats_ = {};
-    history_ = {};
-    bytes_.assign(clip::kHeaderBytes, 0);
-    for (CodedBlock& block : blocks) {
-        write(std::move(block));
-    }
-}
-
-std::vector<CodedBlock> ClipEncoder::codeAll(double factor) const {
+ClipEncoder::Coding ClipEncoder::codeAll(const std::vector<SourceBlock>& sources,
+                                         double factor) const {
     CodingPlan plan = plan_;
     plan.byteFactor = settings_.byteBudget > 0 ? factor : 1;
     plan.recordFactor = settings_.recordBudget > 0 ? factor : 1;
     const size_t workers =
-        std::min(static_cast<size_t>(std::max(settings_.workers, 1)), sources_.size());
-    std::vector<CodedBlock> blocks(sources_.size());
+        std::min(static_cast<size_t>(std::max(settings_.workers, 1)), sources.size());
+    std::vector<CodedBlock> blocks(sources.size());
+    std::atomic<size_t> next = 0;
     std::vector<std::future<void>> tasks;
     for (size_t worker = 0; worker < workers; ++worker) {
         const auto policy = workers > 1 ? std::launch::async : std::launch::deferred;
-        tasks.push_back(std::async(policy, [this, worker, workers, &plan, &blocks] {
-            for (size_t i = worker; i < blocks.size() && !interrupted(); i += workers) {
-                blocks[i] = codeBlock(sources_[i], plan);
+        tasks.push_back(std::async(policy, [&] {
+            for (size_t i = next++; i < blocks.size() && !interrupted(); i = next++) {
+                blocks[i] = codeBlock(sources[i], plan);
             }
         }));
     }
@@ -119,41 +117,68 @@ std::vector<CodedBlock> ClipEncoder::codeAll(double factor) const {
         task.get();
     }
     stopIfInterrupted();
-    return blocks;
+    Coding clip;
+    for (CodedBlock& block : blocks) {
+        write(std::move(block), clip);
+    }
+    return clip;
 }
 
-bool ClipEncoder::overBudget() const {
-    return (settings_.recordBudget > 0 && stats_.records > settings_.recordBudget) ||
-           (settings_.byteBudget > 0 && static_cast<int64_t>(bytes_.size()) > settings_.byteBudget);
+// The larger of the shares of both budgets.
+double ClipEncoder::shareOf(double bytes, double records) const {
+    const double ofBytes =
+        settings_.byteBudget > 0 ? bytes / static_cast<double>(settings_.byteBudget) : 0;
+    const double ofRecords =
+        settings_.recordBudget > 0 ? records / static_cast<double>(settings_.recordBudget) : 0;
+    return std::max(ofBytes, ofRecords);
+}
+
+double ClipEncoder::shareOf(const Coding& clip) const {
+    return shareOf(static_cast<double>(clip::kHeaderBytes + clip.bytes.size()), clip.stats.records);
 }
 
 // All blocks share one price, the Lagrangian multiplier, so that the budget goes where it takes
-// away the most error. The price is the lowest of a few tried that keeps within the budget.
+// away the most error. A sample of the tiles says which, in proportion to what the whole clip took
+// at the first price.
 void ClipEncoder::fitBudget() {
-    constexpr double kStep = 8;
-    constexpr double kDearest = 1e9;
-    constexpr int kHalvings = 5;
-    writeAll(codeAll(1));
-    double over = 1;
-    double within = 1;
-    while (overBudget() && within < kDearest) {
-        over = within;
-        within *= kStep;
-        writeAll(codeAll(within));
-    }
-    stats_.withinBudget = !overBudget();
-    if (within == 1 || !stats_.withinBudget) {
+    constexpr double kUsed = 0.88;  // of the budget is near enough
+    constexpr double kMargin = 0.99;
+    constexpr int kTries = 2;
+    clip_ = codeAll(sources_, 1);
+    if (shareOf(clip_) <= 1) {
         return;
     }
-    double written = within;
-    for (int i = 0; i < kHalvings; ++i) {
-        written = std::sqrt(over * within);
-        writeAll(codeAll(written));
-        (overBudget() ? over : within) = written;
+    std::vector<SourceBlock> samples;
+    for (const SourceBlock& source : sources_) {
+        samples.push_back(sampleOf(source));
     }
-    if (written != within) {
-        writeAll(codeAll(within));
+    const auto fixed =
+        static_cast<double>(clip::blockHeaderBytes(settings_.alpha ? 1 : 0) * sources_.size());
+    const auto growing = [fixed](const Coding& clip) {
+        return static_cast<double>(clip.bytes.size()) - fixed;
+    };
+    const Coding sample = codeAll(samples, 1);
+    const double bytesScale = growing(clip_) / growing(sample);
+    const double recordsScale =
+        static_cast<double>(clip_.stats.records) / std::max(sample.stats.records, 1);
+    PriceSearch search([&](double price) {
+        const Coding tried = codeAll(samples, price);
+        return shareOf(fixed + bytesScale * growing(tried), recordsScale * tried.stats.records);
+    });
+    double wanted = 1;
+    for (int i = 0; i < kTries || shareOf(clip_) > 1; ++i) {
+        const double price = search.find(wanted);
+        Coding tried = codeAll(sources_, price);
+        const double share = shareOf(tried);
+        if (share <= 1 || shareOf(clip_) > 1) {
+            clip_ = std::move(tried);
+        }
+        if ((share <= 1 && share >= kUsed) || price >= kDearest) {
+            break;
+        }
+        wanted = kMargin * search.shareAt(price) / share;  // the clip is as far off as here
     }
+    clip_.stats.withinBudget = shareOf(clip_) <= 1;
 }
 
 std::vector<uint8_t> ClipEncoder::finish() {
@@ -167,23 +192,23 @@ std::vector<uint8_t> ClipEncoder::finish() {
         fitBudget();
     }
     for (std::future<CodedBlock>& block : pending_) {
-        write(block.get());
+        write(block.get(), clip_);
     }
     pending_.clear();
-    std::vector<uint8_t> header;
+    std::vector<uint8_t> bytes;
     appendFileHeader(
-        header,
+        bytes,
         {clip::kVersion, static_cast<uint8_t>(settings_.quality), kFrameWidth,
          static_cast<uint16_t>(settings_.height), static_cast<uint8_t>(settings_.alpha ? 1 : 0),
-         static_cast<uint8_t>(stats_.blocks), static_cast<uint16_t>(stats_.frames)});
-    std::copy(header.begin(), header.end(), bytes_.begin());
-    const clip::Verdict verdict = clip::validate(bytes_);
+         static_cast<uint8_t>(clip_.stats.blocks), static_cast<uint16_t>(clip_.stats.frames)});
+    bytes.insert(bytes.end(), clip_.bytes.begin(), clip_.bytes.end());
+    const clip::Verdict verdict = clip::validate(bytes);
     if (!verdict.ok) {
         throw std::logic_error("the encoder made a faulty clip: " + verdict.message + " (block " +
                                std::to_string(verdict.block) + ", offset " +
                                std::to_string(verdict.offset) + ")");
     }
-    return std::move(bytes_);
+    return bytes;
 }
 
 }  // namespace maker

@@ -5,11 +5,12 @@
 // result does not depend on their number. At quality 100 without a budget every decoder shows
 // exactly the pictures added, each channel rounded to the nearest RGB565 level; below that,
 // differences are given up where the bytes and records that they cost are best saved. A budget
-// keeps all pictures in memory until the end. The finished bytes have passed the validator; should
-// they ever fail it, finish() throws.
+// keeps all pictures in memory until the end, when they are coded up to four times. The finished
+// bytes have passed the validator; should they ever fail it, finish() throws.
 
 #include <cstdint>
 #include <future>
+#include <optional>
 #include <vector>
 
 #include "tools/clip/encoder/block_coder.h"
@@ -25,10 +26,11 @@ struct ClipSettings {
     bool alpha = false;          // else the pictures' alpha is ignored
     int quality = kBestQuality;  // 0 to 100, stored in the header
     Content content = Content::MIXED;
-    bool dither = false;       // spread the rounding to RGB565 over a pattern
-    int64_t recordBudget = 0;  // tile records of the whole clip; 0: no budget
-    int64_t byteBudget = 0;    // bytes of the whole clip; 0: no budget
-    int workers = 1;           // threads that code blocks
+    bool dither = false;                         // spread the rounding to RGB565 over a pattern
+    std::optional<double> noise = std::nullopt;  // of the source; not given: measured (CodingPlan)
+    int64_t recordBudget = 0;                    // tile records of the whole clip; 0: no budget
+    int64_t byteBudget = 0;                      // bytes of the whole clip; 0: no budget
+    int workers = 1;                             // threads that code blocks
 };
 
 struct ClipStats {
@@ -39,6 +41,7 @@ struct ClipStats {
     int fillers = 0;           // of the records, those that only take up a number
     double squaredError = 0;   // of every colour channel of every pixel shown, scale 0 to 255
     double samples = 0;        // channels compared
+    double noise = 0;          // of the source that was not kept, in the mean over the frames
     bool withinBudget = true;  // false: even the coarsest coding takes more
 
     double psnr() const;  // decibels, as shown on stage; infinite without any error
@@ -57,26 +60,31 @@ public:
     std::vector<uint8_t> finish();
 
     // Of what is finished.
-    const ClipStats& stats() const { return stats_; }
+    const ClipStats& stats() const { return clip_.stats; }
 
 private:
+    // The clip so far, or a sample of it.
+    struct Coding {
+        ClipStats stats;
+        NumberHistory history;
+        std::vector<uint8_t> bytes;  // behind the file's header
+    };
+
     void finishBlock();
-    void write(CodedBlock coded);
-    void writeAll(std::vector<CodedBlock> blocks);
+    void write(CodedBlock coded, Coding& clip) const;
     void fitBudget();
-    std::vector<CodedBlock> codeAll(double factor) const;
-    bool overBudget() const;
+    Coding codeAll(const std::vector<SourceBlock>& sources, double factor) const;
+    double shareOf(double bytes, double records) const;
+    double shareOf(const Coding& clip) const;
 
     ClipSettings settings_;
     CodingPlan plan_;
-    ClipStats stats_;
     int added_ = 0;  // frames
     std::vector<uint8_t> dithered_;
     SourceBlock block_;                             // under way
     std::vector<std::future<CodedBlock>> pending_;  // in order
     std::vector<SourceBlock> sources_;              // all blocks, where there is a budget
-    NumberHistory history_;
-    std::vector<uint8_t> bytes_;  // of the file so far; the header is filled in at the end
+    Coding clip_;
 };
 
 }  // namespace maker

@@ -159,7 +159,9 @@ void Position::extendFrom(size_t from, double newPicture) {
             return;
         }
         stretch_.add(tile.colours, squares_[to - 1]);
-        const double error = to == from + 1 ? 0 : stretch_.error();
+        const double noise = rate_.noise * rate_.noise * kChannels * kPixels;
+        const double error =
+            std::max(0.0, stretch_.error() - noise * static_cast<double>(to - from - 1));
         if (error > static_cast<double>(to - from) * newPicture || stretch_.moves(limit_)) {
             return;
         }

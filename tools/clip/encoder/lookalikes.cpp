@@ -6,27 +6,15 @@ namespace maker {
 
 namespace {
 
-constexpr size_t kShelves = 1 << 14;
-constexpr size_t kCorners = 4;  // top left, top right, bottom left, bottom right
+constexpr size_t kCorners = 4;
+constexpr int kShelfBits = 14;
+constexpr int kMostComparisons = 256;  // of a search; only noise has so many pictures alike
 
 // The walks that one record can always be painted along.
 constexpr std::array<uint8_t, 6> kTurns{0, 1, 2, 3, 6, 7};
 
-using CornerLevels = std::array<uint32_t, kCorners>;
-
-CornerLevels cornersOf(const ColourPlanes& colours) {
-    constexpr size_t kHalf = clip::kTileSize / 2;
-    constexpr uint32_t kStep = 16 * 4 * 12;  // pixels, weight of the channels, levels
-    CornerLevels levels{};
-    for (size_t i = 0; i < clip::kTilePixels; ++i) {
-        const size_t corner = i / clip::kTileSize / kHalf * 2 + i % clip::kTileSize / kHalf;
-        levels[corner] += static_cast<uint32_t>(colours[0][i] + 2 * colours[1][i] + colours[2][i]);
-    }
-    for (uint32_t& level : levels) {
-        level /= kStep;
-    }
-    return levels;
-}
+// Brightness weighs green twice.
+constexpr int32_t kStep = 16 * 4 * 12;  // pixels, weight of the channels, levels
 
 uint32_t alphaKey(const AlphaTile& alpha) {
     uint32_t key = 0;
@@ -52,55 +40,105 @@ constexpr auto makeCornerTable() {
 
 constexpr auto kCornerOf = makeCornerTable();
 
-size_t shelfOf(const CornerLevels& levels, size_t walk, uint32_t alpha) {
+size_t shelfOf(const std::array<int32_t, kCorners>& levels, uint32_t alpha) {
     uint32_t key = alpha;
-    for (const uint8_t corner : kCornerOf[walk]) {
-        key = key * 23 + levels[corner];
+    for (const int32_t level : levels) {
+        key = key * 23 + static_cast<uint32_t>(level);
     }
-    return (key * 2654435761U) >> 18;
+    return (key * 2654435761U) >> (32 - kShelfBits);
 }
-static_assert(kShelves == size_t{1} << (32 - 18));
 
 }  // namespace
 
-Lookalikes::Lookalikes() : shelves_(kShelves) {}
+struct Lookalikes::Search {
+    const SourceTile& wanted;
+    CornerSums sums;
+    uint32_t alpha;
+    int64_t limit;
+    int comparisons = 0;
+    std::optional<Match> best = std::nullopt;
+};
 
-Lookalikes::Match Lookalikes::nearest(const SourceTile& wanted) const {
-    const CornerLevels levels = cornersOf(wanted.colours);
-    const uint32_t alpha = alphaKey(wanted.alpha);
-    Match match;
-    const Picture* best = nullptr;
-    size_t bestWalk = 0;
-    for (const uint8_t walk : kTurns) {
-        const Shelf& shelf = shelves_[shelfOf(levels, walk, alpha)];
-        const size_t count = std::min<size_t>(shelf.count, kPerShelf);
-        if (count == 0) {
-            continue;
+Lookalikes::Lookalikes() : shelves_(size_t{1} << kShelfBits), counts_(shelves_.size()) {}
+
+Lookalikes::CornerSums Lookalikes::sumsOf(const ColourPlanes& colours) {
+    constexpr size_t kHalf = clip::kTileSize / 2;
+    CornerSums sums{};
+    for (size_t i = 0; i < clip::kTilePixels; ++i) {
+        const size_t corner = i / clip::kTileSize / kHalf * 2 + i % clip::kTileSize / kHalf;
+        sums[corner] += colours[0][i] + 2 * colours[1][i] + colours[2][i];
+    }
+    return sums;
+}
+
+void Lookalikes::lookAlong(size_t walk, Search& search) const {
+    constexpr int kProbes =
+        1 << kCorners;  // each corner at its own level, or at the one next to it
+    constexpr int64_t kSquaredWeights = 16 * (1 + 4 + 1);
+    CornerSums sums;
+    for (size_t i = 0; i < kCorners; ++i) {
+        sums[i] = search.sums[kCornerOf[walk][i]];
+    }
+    ColourPlanes turned;
+    bool isTurned = false;
+    for (int probe = 0; probe < kProbes; ++probe) {
+        CornerSums levels;
+        for (size_t i = 0; i < kCorners; ++i) {
+            const int32_t next = sums[i] % kStep < kStep / 2 ? -1 : 1;
+            levels[i] = sums[i] / kStep + ((probe >> i & 1) != 0 ? next : 0);
         }
-        const ColourPlanes turned = readAlong(wanted.colours, walk);
-        for (size_t i = 0; i < count; ++i) {
-            const Picture& picture = pictures_[shelf.pictures[i]];
+        for (const Place& place : shelves_[shelfOf(levels, search.alpha)]) {
+            // No picture is nearer than its corners are.
+            int64_t apart = 0;
+            for (size_t i = 0; i < kCorners; ++i) {
+                const int64_t difference = place.sums[i] - sums[i];
+                apart += difference * difference;
+            }
+            if (apart >= search.limit * kSquaredWeights) {
+                continue;
+            }
+            if (!isTurned) {
+                turned = readAlong(search.wanted.colours, walk);
+                isTurned = true;
+            }
+            if (++search.comparisons > kMostComparisons) {
+                return;
+            }
+            const Picture& picture = pictures_[place.picture];
             const int64_t distance = squaredDistance(turned, picture.colours);
-            if ((best == nullptr || distance < match.distance) &&
-                picture.tile.alpha == wanted.alpha) {
-                best = &picture;
-                bestWalk = walk;
-                match.distance = distance;
+            if (distance < search.limit && picture.tile.alpha == search.wanted.alpha) {
+                search.limit = distance;
+                search.best = {place.picture, walk, distance};
             }
         }
     }
-    if (best != nullptr) {
-        match.found = true;
-        match.tile = {paintAlong(best->tile.colours, bestWalk), best->tile.alpha};
-    }
-    return match;
 }
 
-void Lookalikes::add(const Tile& tile) {
-    Picture& picture = pictures_.emplace_back(Picture{tile, planesOf(tile)});
-    const size_t number = shelfOf(cornersOf(picture.colours), 0, alphaKey(tile.alpha));
-    Shelf& shelf = shelves_[number];
-    shelf.pictures[shelf.count++ % kPerShelf] = static_cast<uint32_t>(pictures_.size() - 1);
+std::optional<Lookalikes::Match> Lookalikes::nearest(const SourceTile& wanted,
+                                                     int64_t limit) const {
+    Search search{wanted, sumsOf(wanted.colours), alphaKey(wanted.alpha), limit};
+    for (const uint8_t walk : kTurns) {
+        lookAlong(walk, search);
+    }
+    return search.best;
+}
+
+size_t Lookalikes::add(const Tile& tile) {
+    const size_t number = pictures_.size();
+    const Picture& picture = pictures_.emplace_back(Picture{tile, planesOf(tile)});
+    const CornerSums sums = sumsOf(picture.colours);
+    CornerSums levels;
+    std::transform(sums.begin(), sums.end(), levels.begin(),
+                   [](int32_t sum) { return sum / kStep; });
+    const size_t shelf = shelfOf(levels, alphaKey(tile.alpha));
+    const Place place{static_cast<uint32_t>(number), sums};
+    if (shelves_[shelf].size() < kPerShelf) {
+        shelves_[shelf].push_back(place);
+    } else {
+        shelves_[shelf][counts_[shelf] % kPerShelf] = place;
+    }
+    ++counts_[shelf];
+    return number;
 }
 
 }  // namespace maker

@@ -16,7 +16,9 @@ constexpr double kRecordBytes = 6;
 int Rate::visibleLimit() const {
     constexpr double kSensorNoise = 24;  // moves a pixel that stands still
     constexpr double kLargest = 255;
-    const double limit = kSensorNoise + 6 * std::sqrt(perByte * recordBytes / kRecordBytes);
+    constexpr double kWidest = 8;  // deviations that noise spreads over sixteen frames
+    const double limit = std::max(kSensorNoise, kWidest * noise) +
+                         6 * std::sqrt(perByte * recordBytes / kRecordBytes);
     return static_cast<int>(std::min(limit, kLargest));
 }
 
@@ -25,7 +27,7 @@ int Rate::visibleLimit() const {
 Rate rateOf(int quality) {
     constexpr double kFirstStep = 0.01;
     constexpr double kExponent = 2.8;
-    return {kFirstStep * std::pow(kBestQuality - quality, kExponent), kRecordBytes};
+    return {kFirstStep * std::pow(kBestQuality - quality, kExponent), kRecordBytes, 0};
 }
 
 }  // namespace maker

@@ -13,6 +13,9 @@ inline constexpr double kMapEntryBytes = 2;  // that a tile takes when it change
 struct Rate {
     double perByte;      // squared error (all channels, scale 0 to 255) that a byte is worth
     double recordBytes;  // what a record costs beyond its own bytes
+    double noise = 0;    // of the source, its standard deviation: what of an error is not kept
+
+    Rate times(double factor) const { return {perByte * factor, recordBytes, noise}; }
 
     // The most that the source of a held tile may move, in any channel of any pixel.
     int visibleLimit() const;

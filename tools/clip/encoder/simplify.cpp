@@ -43,14 +43,41 @@ bool tooBusyForRuns(const ColourPlanes& colours, size_t step, double runPrice) {
     return cuts > clip::kTilePixels / kRunBytes;
 }
 
+constexpr size_t kNoKnown = std::numeric_limits<size_t>::max();
+
+// What a hold shows: a picture of its own, or one of the known ones along a walk.
+struct Shown {
+    Tile tile{};
+    size_t known = kNoKnown;
+    size_t walk = 0;
+};
+
+// The tile's mean colour all over.
+Tile flatOf(const SourceTile& wanted) {
+    constexpr int kHalf = clip::kTilePixels / 2;
+    std::array<int, kChannels> mean{};
+    for (size_t c = 0; c < kChannels; ++c) {
+        int sum = kHalf;
+        for (const uint8_t value : wanted.colours[c]) {
+            sum += value;
+        }
+        mean[c] = sum / clip::kTilePixels;
+    }
+    Tile tile;
+    tile.colours.fill(nearestColour(mean[0], mean[1], mean[2]));
+    tile.alpha = wanted.alpha;
+    return tile;
+}
+
 // A picture under consideration, and what it costs.
 struct Candidate {
-    Tile tile{};
+    Shown shown{};
     double cost = std::numeric_limits<double>::infinity();
+    double bytes = 0;  // of its record
 
-    void offer(const Tile& other, double otherCost) {
+    void offer(const Shown& other, double otherCost, double otherBytes = 0) {
         if (otherCost < cost) {
-            *this = {other, otherCost};
+            *this = {other, otherCost, otherBytes};
         }
     }
 };
@@ -58,17 +85,19 @@ struct Candidate {
 // Finds the pictures of one block's holds, one after the other.
 class Painter {
 public:
-    Painter(const Rate& rate, const PaletteColours& palette, double leastSaving)
-        : rate_(rate),
-          palette_(palette),
-          leastSaving_(leastSaving),
-          index_(palette),
-          nearest_(palette) {}
+    Painter(const Rate& rate, const PaletteColours& palette)
+        : rate_(rate), palette_(palette), index_(palette), nearest_(palette) {}
 
     // `frames` long; `before` is what the position shows until then, null in the first frame.
-    Tile paint(const SourceTile& wanted, int frames, const Tile* before);
+    Shown paint(const SourceTile& wanted, int frames, const Shown* before);
 
-    std::vector<double> takeSavings() { return std::move(savings_); }
+    // The hold shows a known picture, which settle() may move nearer to all that show it.
+    struct User {
+        const SourceTile* wanted;
+        int frames;
+        size_t walk;
+    };
+    Tile settle(size_t known, const std::vector<User>& users);
 
 private:
     double price(double bytes) const { return rate_.perByte * bytes; }
@@ -79,25 +108,26 @@ private:
         return weight_ * static_cast<double>(squaredDistance(planesOf(tile), wanted_->colours));
     }
     void offerRecord(const Tile& tile, double bytes) {
-        record_.offer(tile, recordPrice(bytes) + errorOf(tile));
+        record_.offer({tile}, recordPrice(bytes) + errorOf(tile), bytes);
     }
+    void begin(const SourceTile& wanted, int frames);
     void offerFlat();
-    void offerKnown(const Tile* before);
+    void offerKnown(const Shown* before);
     void offerRecords();
-    void offerRuns(bool columns);
+    void offerRuns(size_t walk);
     void offerPixels(bool exact);
     uint16_t runColour(const FittedRun& run);
 
     const Rate& rate_;
     const PaletteColours& palette_;
-    double leastSaving_;
     PaletteIndex index_;
     NearestEntry nearest_;
     Lookalikes known_;
-    std::vector<double> savings_;
+    std::vector<double> recordBytes_;  // of the known ones
 
     // of the tile under way
     const SourceTile* wanted_ = nullptr;
+    Tile flat_{};  // its mean colour
     double weight_ = 1;
     bool opaque_ = true;
     double alphaBytes_ = 0;
@@ -105,36 +135,36 @@ private:
     Candidate record_;  // the best that does
 };
 
+void Painter::begin(const SourceTile& wanted, int frames) {
+    wanted_ = &wanted;
+    flat_ = flatOf(wanted);
+    weight_ = frames * visibility(squaredDistance(planesOf(flat_), wanted.colours));
+    opaque_ = allAre(wanted.alpha, clip::kAlphaOpaque);
+    alphaBytes_ = opaque_ ? 0 : alphaBytes(wanted.alpha);
+    free_ = {};
+    record_ = {};
+}
+
 // Only an opaque tile of one colour needs no record.
 void Painter::offerFlat() {
-    constexpr int kHalf = clip::kTilePixels / 2;
-    std::array<int, kChannels> mean{};
-    for (size_t c = 0; c < kChannels; ++c) {
-        int sum = kHalf;
-        for (const uint8_t value : wanted_->colours[c]) {
-            sum += value;
-        }
-        mean[c] = sum / clip::kTilePixels;
-    }
-    Tile tile;
-    tile.colours.fill(nearestColour(mean[0], mean[1], mean[2]));
-    tile.alpha = wanted_->alpha;
-    weight_ *= visibility(squaredDistance(planesOf(tile), wanted_->colours));
     if (opaque_) {
-        free_.offer(tile, price(kMapEntryBytes) + errorOf(tile));
+        free_.offer({flat_}, price(kMapEntryBytes) + errorOf(flat_));
     } else {
-        offerRecord(tile, kSmallestRecordBytes);
+        offerRecord(flat_, kSmallestRecordBytes);
     }
 }
 
-void Painter::offerKnown(const Tile* before) {
-    if (before != nullptr && before->alpha == wanted_->alpha) {
-        free_.offer(*before, errorOf(*before));
+void Painter::offerKnown(const Shown* before) {
+    if (before != nullptr && before->tile.alpha == wanted_->alpha) {
+        free_.offer(*before, errorOf(before->tile));
     }
-    const Lookalikes::Match match = known_.nearest(*wanted_);
-    if (match.found) {
-        free_.offer(match.tile,
-                    price(kMapEntryBytes) + weight_ * static_cast<double>(match.distance));
+    const double limit = (free_.cost - price(kMapEntryBytes)) / weight_;
+    const auto match = known_.nearest(*wanted_, static_cast<int64_t>(std::min(limit, 1e12)));
+    if (match) {
+        const Tile& known = known_.tile(match->picture);
+        free_.offer(
+            {{paintAlong(known.colours, match->walk), known.alpha}, match->picture, match->walk},
+            price(kMapEntryBytes) + weight_ * static_cast<double>(match->distance));
     }
 }
 
@@ -152,9 +182,7 @@ uint16_t Painter::runColour(const FittedRun& run) {
     return weight_ * run.length * error > price(1) ? exact : palette_[entry];
 }
 
-void Painter::offerRuns(bool columns) {
-    constexpr size_t kDown = 4;  // the walk down the columns from the left
-    const size_t walk = columns ? kDown : 0;
+void Painter::offerRuns(size_t walk) {
     RunFit fit;
     fitRuns(readAlong(wanted_->colours, walk), static_cast<float>(price(kRunBytes) / weight_), fit);
     Sequence sequence{};
@@ -182,10 +210,12 @@ void Painter::offerPixels(bool exact) {
 void Painter::offerRecords() {
     const double runPrice = price(kRunBytes) / weight_;
     if (!tooBusyForRuns(wanted_->colours, 1, runPrice)) {
-        offerRuns(false);
+        offerRuns(0);
+        offerRuns(1);
     }
     if (!tooBusyForRuns(wanted_->colours, clip::kTileSize, runPrice)) {
-        offerRuns(true);
+        offerRuns(4);
+        offerRuns(5);
     }
     for (const bool exact : {false, true}) {
         const int bytes = plainBytes(exact ? clip::TYPE_RAW : clip::TYPE_PALETTE);
@@ -195,31 +225,55 @@ void Painter::offerRecords() {
     }
 }
 
-Tile Painter::paint(const SourceTile& wanted, int frames, const Tile* before) {
+// The record moves to the mean of all that show it, where that is worth the bytes.
+Tile Painter::settle(size_t known, const std::vector<User>& users) {
+    const Tile& tile = known_.tile(known);
+    if (users.size() == 1) {
+        return tile;
+    }
+    SourceTile mean;
+    mean.alpha = tile.alpha;
+    int frames = 0;
+    std::array<std::array<int, clip::kTilePixels>, kChannels> sums{};
+    for (const User& user : users) {
+        frames += user.frames;
+        const ColourPlanes colours = readAlong(user.wanted->colours, user.walk);
+        for (size_t c = 0; c < kChannels; ++c) {
+            for (size_t i = 0; i < clip::kTilePixels; ++i) {
+                sums[c][i] += user.frames * colours[c][i];
+            }
+        }
+    }
+    for (size_t c = 0; c < kChannels; ++c) {
+        for (size_t i = 0; i < clip::kTilePixels; ++i) {
+            mean.colours[c][i] = static_cast<uint8_t>((sums[c][i] + frames / 2) / frames);
+        }
+    }
+    begin(mean, users.front().frames);
+    offerRecords();
+    const double before = recordPrice(recordBytes_[known]) + errorOf(tile);
+    return record_.cost < before ? record_.shown.tile : tile;
+}
+
+Shown Painter::paint(const SourceTile& wanted, int frames, const Shown* before) {
     if (allAre(wanted.alpha, 0)) {
         return {};
     }
-    wanted_ = &wanted;
-    weight_ = frames;
-    opaque_ = allAre(wanted.alpha, clip::kAlphaOpaque);
-    alphaBytes_ = opaque_ ? 0 : alphaBytes(wanted.alpha);
-    free_ = {};
-    record_ = {};
+    begin(wanted, frames);
     offerFlat();
-    const double least = recordPrice(kSmallestRecordBytes) + leastSaving_;
+    const double least = recordPrice(kSmallestRecordBytes);
     if (free_.cost > least) {
         offerKnown(before);
     }
     if (free_.cost > least) {
         offerRecords();
     }
-    const double saving = free_.cost - record_.cost;
-    if (!(saving > leastSaving_)) {
-        return free_.tile;
+    if (free_.cost <= record_.cost) {
+        return free_.shown;
     }
-    savings_.push_back(saving);
-    known_.add(record_.tile);
-    return record_.tile;
+    record_.shown.known = known_.add(record_.shown.tile);
+    recordBytes_.push_back(record_.bytes);
+    return record_.shown;
 }
 
 PaletteColours paletteFor(const std::vector<Hold>& holds) {
@@ -235,20 +289,45 @@ PaletteColours paletteFor(const std::vector<Hold>& holds) {
 Simplifier::Simplifier(const SourceBlock& block, const Rate& rate)
     : block_(block), rate_(rate), holds_(findHolds(block, rate)), palette_(paletteFor(holds_)) {}
 
-ShownBlock Simplifier::show(double leastSaving) const {
-    ShownBlock shown{std::vector<Tile>(block_.tiles.size()), {}};
-    Painter painter(rate_, palette_, leastSaving);
+std::vector<Tile> Simplifier::show() const {
+    std::vector<Tile> tiles(block_.tiles.size());
+    Painter painter(rate_, palette_);
+    std::vector<SourceTile> wanted;
+    std::vector<Shown> shows;
+    std::vector<size_t> last(block_.tileCount);  // hold at each position
+    wanted.reserve(holds_.size());
     for (const Hold& hold : holds_) {
         const size_t first = hold.from * block_.tileCount + hold.position;
-        const Tile* before = hold.from > 0 ? &shown.tiles[first - block_.tileCount] : nullptr;
-        const Tile tile =
-            painter.paint({hold.colours, block_.tiles[first].alpha}, hold.to - hold.from, before);
-        for (size_t f = hold.from; f < hold.to; ++f) {
-            shown.tiles[f * block_.tileCount + hold.position] = tile;
+        wanted.push_back({hold.colours, block_.tiles[first].alpha});
+        const Shown* before = hold.from > 0 ? &shows[last[hold.position]] : nullptr;
+        last[hold.position] = shows.size();
+        const Shown now = painter.paint(wanted.back(), hold.to - hold.from, before);
+        shows.push_back(now);
+    }
+    std::vector<std::vector<Painter::User>> users;
+    for (size_t i = 0; i < shows.size(); ++i) {
+        if (shows[i].known != kNoKnown) {
+            users.resize(std::max(users.size(), shows[i].known + 1));
+            users[shows[i].known].push_back(
+                {&wanted[i], holds_[i].to - holds_[i].from, shows[i].walk});
         }
     }
-    shown.savings = painter.takeSavings();
-    return shown;
+    std::vector<Tile> settled(users.size());
+    for (size_t known = 0; known < users.size(); ++known) {
+        settled[known] = painter.settle(known, users[known]);
+    }
+    for (size_t i = 0; i < shows.size(); ++i) {
+        const Hold& hold = holds_[i];
+        Tile tile = shows[i].tile;
+        if (shows[i].known != kNoKnown) {
+            const Tile& known = settled[shows[i].known];
+            tile = {paintAlong(known.colours, shows[i].walk), known.alpha};
+        }
+        for (size_t f = hold.from; f < hold.to; ++f) {
+            tiles[f * block_.tileCount + hold.position] = tile;
+        }
+    }
+    return tiles;
 }
 
 }  // namespace maker

@@ -15,20 +15,13 @@
 
 namespace maker {
 
-struct ShownBlock {
-    std::vector<Tile> tiles;  // frame by frame, raster order
-    // What each new record saves over the best picture without one: error plus rate x bytes. It is
-    // infinite where nothing else has the tile's alpha.
-    std::vector<double> savings;
-};
-
 class Simplifier {
 public:
     // `rate.perByte` is above 0. The block must outlive this.
     Simplifier(const SourceBlock& block, const Rate& rate);
 
-    // New records that save no more than `leastSaving`, which is finite, are done without.
-    ShownBlock show(double leastSaving) const;
+    // Frame by frame, in raster order.
+    std::vector<Tile> show() const;
 
     const PaletteColours& palette() const { return palette_; }
 

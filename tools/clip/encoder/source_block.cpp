@@ -35,6 +35,18 @@ void appendPicture(const uint8_t* rgba, int height, bool alpha, SourceBlock& blo
     ++block.frames;
 }
 
+SourceBlock sampleOf(const SourceBlock& block) {
+    const size_t count = block.tileCount / kSampleEvery / clip::kCodesPerWord * clip::kCodesPerWord;
+    SourceBlock sample{block.frames, count, {}};
+    for (size_t i = 0; i < block.tiles.size(); ++i) {
+        const size_t position = i % block.tileCount;
+        if (position % kSampleEvery == 0 && position / kSampleEvery < count) {
+            sample.tiles.push_back(block.tiles[i]);
+        }
+    }
+    return sample;
+}
+
 ColourPlanes planesOf(const Tile& tile) {
     ColourPlanes planes{};
     for (size_t i = 0; i < clip::kTilePixels; ++i) {

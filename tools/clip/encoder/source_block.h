@@ -31,6 +31,13 @@ struct SourceBlock {
 // Appends one picture of 640 x height x 4 bytes (red, green, blue, straight alpha).
 void appendPicture(const uint8_t* rgba, int height, bool alpha, SourceBlock& block);
 
+// How a sample of a block is taken: one tile in so many, which shares no divisor with the tiles of
+// a row.
+inline constexpr size_t kSampleEvery = 7;
+
+// Of every frame the same few tiles, so many that their codes fill whole words.
+SourceBlock sampleOf(const SourceBlock& block);
+
 // The tile with each channel rounded to RGB565, on the scale 0 to 255 again as a display shows it.
 ColourPlanes planesOf(const Tile& tile);
 

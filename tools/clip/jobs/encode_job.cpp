@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr double kNoiseTold = 0.5;  // levels of 255: less changes nothing that anybody sees
+
 using Pixels = std::vector<uint8_t>;
 
 fs::path numbered(const fs::path& path, size_t number) {
@@ -191,6 +193,7 @@ void Job::encodePart() {
         .quality = settings_.quality,
         .content = settings_.content,
         .dither = settings_.dither,
+        .noise = settings_.denoise,
         .recordBudget = settings_.records,
         .byteBudget = settings_.bytes,
         .workers = settings_.workers,
@@ -217,6 +220,9 @@ void Job::encodePart() {
                              facts.cost.memory, facts.cost.seconds, ""});
     std::string& note = report_.clips.back().note;
     note = noteOf(stats.frames + takenBefore);
+    if (stats.noise >= kNoiseTold) {
+        addNote(note, "noise of " + decimals(stats.noise, 1) + " left out");
+    }
     if (!stats.withinBudget) {
         addNote(note, "the budget is too small for any picture");
     }

@@ -46,9 +46,10 @@ struct EncodeSettings {
     Content content = Content::MIXED;
     int quality = kDefaultQuality;
     bool dither = false;
-    int64_t records = 0;   // budgets for each clip; 0: none
-    int64_t bytes = 0;     // likewise
-    bool partial = false;  // take what is there of an input that breaks off
+    std::optional<double> denoise;  // this much noise (noise.h); not given: what is measured
+    int64_t records = 0;            // budgets for each clip; 0: none
+    int64_t bytes = 0;              // likewise
+    bool partial = false;           // take what is there of an input that breaks off
     int workers = 1;
 };
 
