@@ -116,6 +116,37 @@ TEST(Quality, EachStepDown_IsSmallerAndLooksWorse) {
     EXPECT_LT(psnr, 36);
 }
 
+// A dithered gradient of two colours, whose pattern moves: few colours, dear to keep exactly.
+Bytes dithered(int frame) {
+    pictures::Random random(static_cast<uint32_t>(frame) + 100);
+    Bytes rgba;
+    for (int y = 0; y < kHeight; ++y) {
+        for (int x = 0; x < 640; ++x) {
+            const int level = random.below(640) < x ? 255 : 0;
+            rgba.insert(rgba.end(), {static_cast<uint8_t>(level), static_cast<uint8_t>(level),
+                                     static_cast<uint8_t>(level), 255});
+        }
+    }
+    return rgba;
+}
+
+// Two steps at a time.
+TEST(Quality, NeighbouringQualities_AreNoCliffApart) {
+    constexpr double kMost = 1.33;  // times the size, from one quality to the next
+    for (Bytes (*source)(int) : {camera, cartoon, dithered}) {
+        Made before = make(source, 16, {.quality = 50});
+        for (int quality = 52; quality <= 100; quality += 2) {
+            const Made made = make(source, 16, {.quality = quality});
+            const auto size = static_cast<double>(made.bytes.size());
+            const auto sizeBefore = static_cast<double>(before.bytes.size());
+            EXPECT_GE(size, 0.99 * sizeBefore) << quality;
+            EXPECT_LE(size, kMost * kMost * sizeBefore) << quality;
+            EXPECT_GE(made.stats.psnr(), before.stats.psnr() - 0.1) << quality;
+            before = made;
+        }
+    }
+}
+
 TEST(Quality, Default_KeepsACameraAsItsNoiseAllows) {
     const Made exact = make(camera, 20, {});
     const Made made = make(camera, 20, {.quality = maker::kDefaultQuality});

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <cmath>
 #include <utility>
 
 #include "tools/clip/encoder/noise.h"
@@ -92,12 +93,16 @@ double costOf(const CodedBlock& coded, const Rate& rate) {
     return coded.squaredError + rate.perByte * sizeOf(coded, rate);
 }
 
-// What of the source's noise is not kept: all of it at the qualities that are meant for film, and
-// less and less towards exactness.
-double noiseTaken(const SourceBlock& block, const CodingPlan& plan) {
-    constexpr double kAllUpTo = kBestQuality - 20;
-    const double share = std::min(1.0, (kBestQuality - plan.quality) / (kBestQuality - kAllUpTo));
-    return share * plan.noise.value_or(plan.content == Content::GRAPHICS ? 0 : noiseOf(block));
+constexpr double kNoNoise = 0.3;  // what rounding looks like
+
+// The source's noise is not kept at the qualities that are meant for film. From there on a tile
+// that stands still shows it in more and more new pictures, and at last in every frame.
+void leaveNoiseOut(const SourceBlock& block, const CodingPlan& plan, Rate& rate) {
+    constexpr double kAllUpTo = 80;
+    const double along =
+        std::clamp((plan.quality - kAllUpTo) / (kBestQuality - kAllUpTo), 0.0, 1.0);
+    rate.noise = plan.noise.value_or(plan.content == Content::GRAPHICS ? 0 : noiseOf(block));
+    rate.noisePictures = std::pow(clip::kFramesPerBlock, along);
 }
 
 CodedBlock codeAt(const SourceBlock& block, const Rate& rate) {
@@ -127,12 +132,12 @@ CodedBlock codeDearer(const SourceBlock& block, const Rate& rate, const CodingPl
 
 CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan) {
     Rate rate = rateFor(plan);
-    rate.noise = noiseTaken(block, plan);
+    leaveNoiseOut(block, plan, rate);
     CodedBlock coded = codeAt(block, rate);
     if (excess(coded, plan) > 0) {
         coded = codeDearer(block, rate, plan);
     }
-    coded.noise = rate.noise;
+    coded.noise = rate.noise >= kNoNoise ? rate.noise : 0;
     return coded;
 }
 
@@ -146,7 +151,8 @@ double worthOfExactness(int quality) {
 bool exactIsBetter(const CodedBlock& exact, const CodedBlock& coded, const CodingPlan& plan,
                    bool fewColours) {
     const Rate rate = rateFor(plan);
-    return costOf(exact, rate) < costOf(coded, rate) ||
+    // What the exact one is nearer to may be nothing but noise.
+    return (coded.noise == 0 && costOf(exact, rate) < costOf(coded, rate)) ||
            (fewColours &&
             sizeOf(exact, rate) <= worthOfExactness(plan.quality) * sizeOf(coded, rate));
 }

@@ -120,6 +120,16 @@ double expectedBytes(const SourceTile& tile, const Rate& rate) {
                : kMapEntryBytes + rate.recordBytes + std::min(kRunBytes * runs, double{kPixels});
 }
 
+// Of the block's pictures of noise every position shows a whole number: as many more of them have
+// the larger one as the rate says.
+size_t noiseFramesAt(const Rate& rate, size_t position, size_t frames) {
+    constexpr size_t kSteps = 16;
+    constexpr size_t kStride = 7;  // neighbours differ
+    const double rest = static_cast<double>(position * kStride % kSteps) / kSteps;
+    const auto pictures = static_cast<size_t>(rate.noisePictures + rest);
+    return (frames + pictures - 1) / pictures;
+}
+
 // The holds of one position.
 class Position {
 public:
@@ -127,7 +137,8 @@ public:
         : frames_(static_cast<size_t>(block.frames)),
           rate_(rate),
           limit_(rate.visibleLimit()),
-          position_(position) {
+          position_(position),
+          noiseFrames_(noiseFramesAt(rate, position, frames_)) {
         for (size_t f = 0; f < frames_; ++f) {
             tiles_[f] = &block.tiles[f * block.tileCount + position];
             squares_[f] = squaresOf(tiles_[f]->colours);
@@ -139,10 +150,19 @@ public:
 private:
     void extendFrom(size_t from, double newPicture);
 
+    // What noise adds to the error of so many frames. It varies from tile to tile, and what is a
+    // little more is no motion yet.
+    double noiseIn(size_t frames) const {
+        constexpr double kAsMuch = 1.75;
+        const double noise = kAsMuch * rate_.noise * rate_.noise * kChannels * kPixels;
+        return frames <= noiseFrames_ ? noise * static_cast<double>(frames - 1) : 0;
+    }
+
     size_t frames_;
     const Rate& rate_;
     int limit_;
     size_t position_;
+    size_t noiseFrames_;  // that a hold may have without showing noise anew
     std::array<const SourceTile*, kFrames> tiles_{};
     std::array<int64_t, kFrames> squares_{};
     std::array<double, kFrames + 1> best_{};   // cost of the frames before
@@ -159,9 +179,7 @@ void Position::extendFrom(size_t from, double newPicture) {
             return;
         }
         stretch_.add(tile.colours, squares_[to - 1]);
-        const double noise = rate_.noise * rate_.noise * kChannels * kPixels;
-        const double error =
-            std::max(0.0, stretch_.error() - noise * static_cast<double>(to - from - 1));
+        const double error = std::max(0.0, stretch_.error() - noiseIn(to - from));
         if (error > static_cast<double>(to - from) * newPicture || stretch_.moves(limit_)) {
             return;
         }

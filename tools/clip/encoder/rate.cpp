@@ -27,7 +27,7 @@ int Rate::visibleLimit() const {
 Rate rateOf(int quality) {
     constexpr double kFirstStep = 0.01;
     constexpr double kExponent = 2.8;
-    return {kFirstStep * std::pow(kBestQuality - quality, kExponent), kRecordBytes, 0};
+    return {kFirstStep * std::pow(kBestQuality - quality, kExponent), kRecordBytes};
 }
 
 }  // namespace maker

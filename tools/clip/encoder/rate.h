@@ -5,6 +5,8 @@
 // its bytes because it costs time when the clip is loaded. This is rate-distortion optimisation,
 // and perByte its Lagrangian multiplier. Quality 100 is exact and has no rate.
 
+#include <algorithm>
+
 namespace maker {
 
 inline constexpr int kBestQuality = 100;
@@ -14,8 +16,15 @@ struct Rate {
     double perByte;      // squared error (all channels, scale 0 to 255) that a byte is worth
     double recordBytes;  // what a record costs beyond its own bytes
     double noise = 0;    // of the source, its standard deviation: what of an error is not kept
+    double noisePictures = 1;  // of it that a block shows of a tile that stands still, in the mean
 
-    Rate times(double factor) const { return {perByte * factor, recordBytes, noise}; }
+    // All of it so many times as dear.
+    Rate times(double factor) const {
+        Rate rate = *this;
+        rate.perByte *= factor;
+        rate.noisePictures = std::max(1.0, noisePictures / factor);
+        return rate;
+    }
 
     // The most that the source of a held tile may move, in any channel of any pixel.
     int visibleLimit() const;
