@@ -21,11 +21,12 @@ inline constexpr int kExitInterrupted = 130;
 using AddCommand = void(CLI::App& app, int& status);
 
 AddCommand addEncode, addImport, addInfo, addVerify, addCheck, addSheet, addExport, addDiff,
-    addDemo;
+    addDemo, addConformance;
 
 // In the order of the help.
-inline constexpr AddCommand* kCommands[] = {addEncode, addImport, addInfo, addVerify, addCheck,
-                                            addSheet,  addExport, addDiff, addDemo};
+inline constexpr AddCommand* kCommands[] = {addEncode, addImport,     addInfo,   addVerify,
+                                            addCheck,  addSheet,      addExport, addDiff,
+                                            addDemo,   addConformance};
 
 // The options that say how clips are made, as given; what is not given is the preset's to say.
 struct EncodeArguments {
