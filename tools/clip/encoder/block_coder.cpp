@@ -50,9 +50,10 @@ bool mustBeExact(const CodingPlan& plan, bool fewColours) {
 }
 
 double errorOf(const SourceBlock& block, const std::vector<Tile>& shown) {
+    const std::vector<SourceTile>& source = block.originals.empty() ? block.tiles : block.originals;
     int64_t sum = 0;
     for (size_t i = 0; i < shown.size(); ++i) {
-        sum += squaredDistance(planesOf(shown[i]), block.tiles[i].colours);
+        sum += squaredDistance(planesOf(shown[i]), source[i].colours);
     }
     return static_cast<double>(sum);
 }

@@ -53,6 +53,7 @@ void ClipEncoder::add(const uint8_t* rgba) {
         throw std::logic_error("a clip holds at most 256 frames");
     }
     if (settings_.dither) {
+        appendTiles(rgba, settings_.height, settings_.alpha, block_.originals);
         dithered_.assign(rgba, rgba + static_cast<size_t>(kFrameWidth * settings_.height) * 4);
         dither(dithered_.data(), settings_.height);
         rgba = dithered_.data();

@@ -24,13 +24,17 @@ void cutTile(const uint8_t* corner, bool alpha, SourceTile& tile) {
 
 }  // namespace
 
-void appendPicture(const uint8_t* rgba, int height, bool alpha, SourceBlock& block) {
+void appendTiles(const uint8_t* rgba, int height, bool alpha, std::vector<SourceTile>& tiles) {
     for (int top = 0; top < height; top += clip::kTileSize) {
         for (int left = 0; left < kFrameWidth; left += clip::kTileSize) {
             const size_t at = static_cast<size_t>(top) * kFrameWidth + static_cast<size_t>(left);
-            cutTile(rgba + at * kBytesPerPixel, alpha, block.tiles.emplace_back());
+            cutTile(rgba + at * kBytesPerPixel, alpha, tiles.emplace_back());
         }
     }
+}
+
+void appendPicture(const uint8_t* rgba, int height, bool alpha, SourceBlock& block) {
+    appendTiles(rgba, height, alpha, block.tiles);
     block.tileCount = static_cast<size_t>(clip::tilesFor(height));
     ++block.frames;
 }

@@ -26,9 +26,12 @@ struct SourceBlock {
     int frames = 0;
     size_t tileCount = 0;           // of a frame
     std::vector<SourceTile> tiles;  // frame by frame, raster order
+    // As they were before the dithering, which is not what was asked to be shown; else none.
+    std::vector<SourceTile> originals{};
 };
 
-// Appends one picture of 640 x height x 4 bytes (red, green, blue, straight alpha).
+// Appends the tiles of one picture of 640 x height x 4 bytes (red, green, blue, straight alpha).
+void appendTiles(const uint8_t* rgba, int height, bool alpha, std::vector<SourceTile>& tiles);
 void appendPicture(const uint8_t* rgba, int height, bool alpha, SourceBlock& block);
 
 // How a sample of a block is taken: one tile in so many, which shares no divisor with the tiles of
