@@ -1,6 +1,7 @@
 #include "tools/clip/jobs/loop.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numeric>
 
@@ -55,7 +56,16 @@ public:
         }
     }
 
-    Seam best(int shortest, int longest, int count) {
+    // The loop, or where it holds the same motion several times over, once that motion.
+    Seam best(int count) {
+        const int longest = std::min(count, clip::kMaxFrames);
+        const Seam whole = bestOf((longest + 1) / 2, longest, count);
+        const int period = periodOf(whole);
+        return period == 0 ? whole : bestOf(period - 1, std::min(period + 1, longest), count);
+    }
+
+private:
+    Seam bestOf(int shortest, int longest, int count) {
         Seam best{0, 0, std::numeric_limits<double>::max()};
         for (int length = longest; length >= shortest; --length) {
             compareAll(static_cast<size_t>(length));
@@ -69,7 +79,26 @@ public:
         return best;
     }
 
-private:
+    // 0 where the motion does not repeat within the loop. Frames a period apart differ by next to
+    // nothing of what those in between do; in a slow motion neighbours are alike, but those in
+    // between even more so.
+    int periodOf(const Seam& loop) {
+        constexpr double kAlike = 1.0 / 64;
+        const int length = loop.end - loop.begin;
+        double between = 0;  // the sum up to the step before
+        for (int step = 1; 2 * step <= length + 1; ++step) {
+            compareAll(static_cast<size_t>(step));
+            const auto from = apart_.begin() + kBefore + loop.begin;
+            const double apart = std::accumulate(from, from + length - step, 0.0) / (length - step);
+            const bool divides = std::abs(std::round(1.0 * length / step) * step - length) <= 1;
+            if (divides && apart < kAlike * between / std::max(step - 1, 1)) {
+                return step;
+            }
+            between += apart;
+        }
+        return 0;
+    }
+
     // The differences between every frame and the one `length` later.
     void compareAll(size_t length) {
         apart_.resize(frames_.size() - length);
@@ -157,8 +186,7 @@ Seam findSeam(const std::vector<SmallPicture>& pictures) {
     if (count < kFewestFrames) {
         return {0, count, 0};
     }
-    const int longest = std::min(count, clip::kMaxFrames);
-    return Search(pictures).best((longest + 1) / 2, longest, count);
+    return Search(pictures).best(count);
 }
 
 }  // namespace maker

@@ -53,8 +53,9 @@ struct Seam {
     double difference = 0;  // mean of the squared differences of a channel, 0 to 255
 };
 
-// The best loop of 256 frames at most and at least half of what is possible; of equally good ones
-// the longest, then the earliest. One frame or more must be there.
+// The best loop of 256 frames at most and at least half of what is possible, or shorter where that
+// would hold the same motion several times over: then it is there once. Of equally good ones the
+// longest, then the earliest. One frame or more must be there.
 Seam findSeam(const std::vector<SmallPicture>& pictures);
 
 }  // namespace maker
