@@ -56,6 +56,7 @@ void write(const std::string& path, const std::string& text) {
 class Import : public Commands {
 protected:
     Import() {
+        setenv("VELMORA_HOME", ".", 1);
         fs::create_directory("films");
         inputs::levels("films/a.mkv", {1});
         inputs::levels("films/b.mkv", {2, 3});
@@ -317,6 +318,39 @@ TEST_F(Import, TwoAtOnce_AreNotAllowed) {
     EXPECT_EQ(outcome.err, "velmora-clip: another import into videos is at work\n");
     close(folder);
     EXPECT_EQ(filesHere(), (Names{"films", "videos"}));
+}
+
+// No folder of Velmora's is here, and none in the home folder; "into" says which one was found.
+TEST_F(Import, Folder_IsFoundOrAskedFor) {
+    unsetenv("VELMORA_HOME");
+    const std::string here = fs::current_path().string();
+    const std::string home = "HOME='" + here + "/home' ";
+    const std::string import = "import films/a.mkv --playlist live";
+    const Outcome none = tool(import, home);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_EQ(none.err, "velmora-clip: there is no folder " + here +
+                            "/home/Velmora: start Velmora once, or name its folder, --to FOLDER\n");
+    EXPECT_EQ(filesHere(), Names{"films"});
+
+    fs::create_directories("home/Velmora");
+    EXPECT_EQ(tool(import, home).out.rfind("into " + here + "/home/Velmora\n", 0), 0u);
+    EXPECT_EQ(filesIn("home/Velmora"), (Names{"userdata", "videos"}));
+    EXPECT_EQ(filesHere(), (Names{"films", "home"}));
+
+    fs::create_directories("videos");
+    fs::create_directories("data");
+    EXPECT_EQ(tool(import, home).out.rfind("into " + here + "\n", 0), 0u);
+    EXPECT_TRUE(fs::exists("videos/a.m19"));
+
+    fs::create_directory("other");
+    const std::string other = "VELMORA_HOME=other " + home;
+    EXPECT_EQ(tool(import, other).out.rfind("into " + here + "/other\n", 0), 0u);
+    EXPECT_EQ(textOf("other/" + kXml), kBegin + playlist("live", {"a.m19"}) + kEnd);
+
+    fs::create_directory("third");
+    EXPECT_EQ(tool(import + " --to third", other).out.rfind("into " + here + "/third\n", 0), 0u);
+    EXPECT_TRUE(fs::exists("third/videos/a.m19"));
+    EXPECT_EQ(tool(import + " --to no", other).err, "velmora-clip: --to: no folder no\n");
 }
 
 TEST_F(Import, WrongUse_HasItsOwnStatus) {

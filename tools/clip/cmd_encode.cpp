@@ -27,7 +27,7 @@ struct EncodeCommand {
 
 struct Outcome {
     EncodeReport report;
-    bool kept = false;
+    std::vector<fs::path> kept;
 };
 
 void checkUse(const EncodeCommand& command) {
@@ -60,9 +60,9 @@ std::vector<fs::path> outputsOf(const EncodeCommand& command) {
     return outputs;
 }
 
-void print(const std::string& input, const fs::path& output, const Outcome& outcome) {
-    if (outcome.kept) {
-        std::printf("%s: kept\n", output.c_str());
+void print(const std::string& input, const Outcome& outcome) {
+    for (const fs::path& clip : outcome.kept) {
+        std::printf("%s: kept\n", clip.c_str());
     }
     for (const ClipReport& clip : outcome.report.clips) {
         std::puts(reportLine(clip).c_str());
@@ -85,14 +85,15 @@ int encode(const EncodeCommand& command) {
     const std::vector<fs::path> outputs = outputsOf(command);
     std::vector<Outcome> outcomes(inputs.size());
     const auto make = [&](size_t i, const EncodeSettings& own, const EncodeEvents& events) {
-        std::error_code ignored;
-        outcomes[i].kept = command.keep && fs::exists(outputs[i], ignored);
-        if (!outcomes[i].kept) {
+        if (command.keep) {
+            outcomes[i].kept = clipsThere(outputs[i], own.longInput);
+        }
+        if (outcomes[i].kept.empty()) {
             outcomes[i].report = encodeFile(inputs[i], outputs[i], own, events);
         }
     };
     const size_t failed = encodeInOrder(inputs.size(), settings, make, [&](size_t i) {
-        print(inputs[i], outputs[i], outcomes[i]);
+        print(inputs[i], outcomes[i]);
         outcomes[i] = {};
     });
     return failed == 0 ? kExitOk : kExitFailed;

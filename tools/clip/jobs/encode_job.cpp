@@ -1,6 +1,7 @@
 #include "tools/clip/jobs/encode_job.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <deque>
 #include <optional>
@@ -27,6 +28,24 @@ fs::path numbered(const fs::path& path, size_t number) {
     name += std::to_string(number);
     name += path.extension();
     return path.parent_path() / name;
+}
+
+// The numbered parts that are there, from this one on.
+std::vector<fs::path> partsFrom(const fs::path& output, size_t number) {
+    std::vector<fs::path> parts;
+    std::error_code ignored;
+    for (fs::path part = numbered(output, number); fs::exists(part, ignored);
+         part = numbered(output, ++number)) {
+        parts.push_back(part);
+    }
+    return parts;
+}
+
+// Whoever makes a file with such a name would be told at the end of the work.
+void checkLength(const fs::path& output) {
+    if (output.filename().native().size() > NAME_MAX || output.native().size() >= PATH_MAX) {
+        throw ToolError("cannot write " + output.string() + ": the name is too long");
+    }
 }
 
 void addNote(std::string& notes, const std::string& note) {
@@ -62,8 +81,10 @@ private:
     int expectedFrames(int part) const;
     std::string noteOf(int given) const;
     void advance();
+    void checkBudget(const ClipStats& stats, size_t bytes) const;
     void checkEnd();
     void commit();
+    void noteLeftOver(size_t number);
 
     const std::string& input_;
     const fs::path& output_;
@@ -210,6 +231,7 @@ void Job::encodePart() {
     }
     const std::vector<uint8_t> bytes = encoder.finish();
     const ClipStats& stats = encoder.stats();
+    checkBudget(stats, bytes.size());
     Description facts;
     describe(bytes, facts);
     if (!folder_) {
@@ -223,9 +245,23 @@ void Job::encodePart() {
     if (stats.noise >= kNoiseTold) {
         addNote(note, "noise of " + decimals(stats.noise, 1) + " left out");
     }
-    if (!stats.withinBudget) {
-        addNote(note, "the budget is too small for any picture");
+}
+
+// What was made last took as little as can be.
+void Job::checkBudget(const ClipStats& stats, size_t bytes) const {
+    if (stats.withinBudget) {
+        return;
     }
+    std::string least;
+    if (settings_.bytes > 0 && static_cast<int64_t>(bytes) > settings_.bytes) {
+        least += " --size " + std::to_string(bytes);
+    }
+    if (settings_.records > 0 && stats.records > settings_.records) {
+        least += " --records " + std::to_string(stats.records);
+    }
+    throw ToolError(input_ + " does not fit: the least for " +
+                    counted(static_cast<size_t>(stats.frames), "frame") + " is" + least +
+                    "; fewer frames (--duration) take less");
 }
 
 void Job::checkEnd() {
@@ -239,9 +275,10 @@ void Job::checkEnd() {
 
 void Job::commit() {
     std::error_code ignored;
+    const bool split = files_.size() > 1;
     for (size_t i = 0; i < files_.size(); ++i) {
         fs::path& path = report_.clips[i].path;
-        path = files_.size() > 1 ? numbered(output_, i + 1) : output_;
+        path = split ? numbered(output_, i + 1) : output_;
         if (fs::equivalent(input_, path, ignored)) {
             throw ToolError("the output " + path.string() + " is the input");
         }
@@ -249,10 +286,25 @@ void Job::commit() {
     if (events_.beforeCommit) {
         events_.beforeCommit(report_);
     }
-    for (size_t i = 0; i < files_.size(); ++i) {
+    // The first part comes last, so that it stands for all of them.
+    for (size_t i = files_.size(); i-- > 0;) {
         files_[i].commit(report_.clips[i].path);
     }
     folder_->keep();
+    if (settings_.longInput == LongInput::SPLIT) {
+        noteLeftOver(split ? files_.size() + 1 : 1);
+    }
+}
+
+// They may be the user's own, so they are named and stay.
+void Job::noteLeftOver(size_t number) {
+    const std::vector<fs::path> left = partsFrom(output_, number);
+    if (!left.empty()) {
+        const std::string last = left.size() > 1 ? " to " + left.back().filename().string() : "";
+        addNote(report_.clips.back().note, left[0].filename().string() + last +
+                                               (left.size() > 1 ? " are" : " is") +
+                                               " from an earlier, longer run");
+    }
 }
 
 EncodeReport Job::run() {
@@ -270,12 +322,21 @@ EncodeReport Job::run() {
 
 }  // namespace
 
+std::vector<fs::path> clipsThere(const fs::path& output, LongInput longInput) {
+    std::error_code ignored;
+    if (fs::exists(output, ignored)) {
+        return {output};
+    }
+    return longInput == LongInput::SPLIT ? partsFrom(output, 1) : std::vector<fs::path>();
+}
+
 EncodeReport encodeFile(const std::string& input, const fs::path& output,
                         const EncodeSettings& settings, const EncodeEvents& events) {
     std::error_code ignored;
     if (fs::equivalent(input, output, ignored)) {
         throw ToolError("the output " + output.string() + " is the input");
     }
+    checkLength(settings.longInput == LongInput::SPLIT ? numbered(output, 10) : output);
     checkWritable(output);
     return Job(input, output, settings, events).run();
 }

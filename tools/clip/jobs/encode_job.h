@@ -95,6 +95,10 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings);
 // Makes the alpha that the settings ask for out of the colours.
 void applyKey(const EncodeSettings& settings, std::vector<uint8_t>& rgba);
 
+// The clips that an earlier run made: the output, or of a split input its parts.
+std::vector<std::filesystem::path> clipsThere(const std::filesystem::path& output,
+                                              LongInput longInput);
+
 // Clips of a split input are named like output-1.m19. The output's folder is made when missing.
 EncodeReport encodeFile(const std::string& input, const std::filesystem::path& output,
                         const EncodeSettings& settings, const EncodeEvents& events = {});

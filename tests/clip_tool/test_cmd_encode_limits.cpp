@@ -1,0 +1,83 @@
+// velmora-clip encode, run for real: budgets, and what the report says of the clip.
+#include <gtest/gtest.h>
+
+#include "clip_tool/inputs.h"
+#include "clip_tool/tool.h"
+
+namespace {
+
+// The number behind `before`, 0 when it is not there.
+double numberBehind(const std::string& text, const std::string& before) {
+    const size_t at = text.find(before);
+    return at == std::string::npos ? 0 : std::atof(text.c_str() + at + before.size());
+}
+
+// What is asked for in vain is refused with the least that there is; that much does.
+void expectLeast(const std::string& option, const std::string& tooSmall) {
+    inputs::picture("in.png", 160, 90, [](int x, int y) {
+        return static_cast<uint32_t>(x * 7919 + y * 104729) * 2654435761U;  // alpha, too
+    });
+    const std::string encode = "encode in.png -o out.m19 " + option + " ";
+    const Outcome outcome = tool(encode + tooSmall);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    EXPECT_EQ(filesHere(), (Names{"in.png"}));
+    const std::string before = "in.png does not fit: the least for 1 frame is " + option + " ";
+    const int least = static_cast<int>(numberBehind(outcome.err, before));
+    EXPECT_GT(least, std::atoi(tooSmall.c_str())) << outcome.err;
+    EXPECT_EQ(tool(encode + std::to_string(least)).status, 0);
+    EXPECT_EQ(tool(encode + std::to_string(least - 1)).status, 1);
+}
+
+TEST_F(Commands, Encode_SizeThatCannotBeIsRefusedWithTheLeast) {
+    expectLeast("--size", "100");
+}
+
+// Colours can all be given up, alpha cannot.
+TEST_F(Commands, Encode_RecordsThatCannotBeAreRefusedWithTheLeast) {
+    expectLeast("--records", "1");
+}
+
+// A grey ramp of 640 steps: rounded to the stage's colours as near as can be, dithered farther.
+TEST_F(Commands, Encode_DitheredClipIsMeasuredAgainstItsSource) {
+    inputs::picture("in.png", 640, 360, [](int x, int) {
+        const auto value = static_cast<uint32_t>(x * 255 / 639);
+        return value << 24 | value << 16 | value << 8 | 255;
+    });
+    const std::string encode = "encode in.png -o out.m19 --quality 100";
+    const double plain = numberBehind(tool(encode).out, "kB, ");
+    const Outcome dithered = tool(encode + " --dither");
+    EXPECT_EQ(dithered.out.find("exact"), std::string::npos) << dithered.out;
+    EXPECT_GT(numberBehind(dithered.out, "kB, "), 30) << dithered.out;
+    EXPECT_LT(numberBehind(dithered.out, "kB, "), plain) << dithered.out;
+}
+
+// 300 frames are two parts; 600 were three before.
+TEST_F(Commands, Encode_SplitKeepsPartsAndNamesThoseOfALongerRun) {
+    inputs::levels("in.mkv", {3, 4, 5, 3, 4, 5}, 1);
+    const std::string encode = "encode in.mkv -o out.m19 --fps 100 --long split --preset graphics ";
+    EXPECT_EQ(tool(encode).status, 0);
+    const Outcome kept = tool(encode + "--keep");
+    EXPECT_EQ(kept.status, 0) << kept.err;
+    EXPECT_EQ(kept.out, "out-1.m19: kept\nout-2.m19: kept\nout-3.m19: kept\n");
+
+    const std::string third = textOf("out-3.m19");
+    const Outcome shorter = tool(encode + "--duration 3");
+    EXPECT_NE(shorter.out.find("; out-3.m19 is from an earlier, longer run\n"), std::string::npos)
+        << shorter.out;
+    EXPECT_EQ(textOf("out-3.m19"), third);
+    const Outcome single = tool(encode + "--duration 1");
+    EXPECT_NE(single.out.find("; out-1.m19 to out-3.m19 are from an earlier, longer run\n"),
+              std::string::npos)
+        << single.out;
+}
+
+TEST_F(Commands, Encode_NameThatIsTooLongIsRefusedAtOnce) {
+    const std::string name(252, 'n');
+    const Outcome outcome = tool("encode missing.mkv -o " + name + ".m19");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "velmora-clip: cannot write " + name + ".m19: the name is too long\n");
+}
+
+}  // namespace

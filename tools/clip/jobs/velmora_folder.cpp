@@ -1,0 +1,60 @@
+#include "tools/clip/jobs/velmora_folder.h"
+
+#include <cstdlib>
+
+#include "tools/clip/base/errors.h"
+
+namespace maker {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool isFolder(const fs::path& path) {
+    std::error_code ignored;
+    return fs::is_directory(path, ignored);
+}
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+}  // namespace
+
+fs::path velmoraFolder(const std::string& asked) {
+    const std::string home = environment("VELMORA_HOME");
+    if (!asked.empty() || !home.empty()) {
+        const std::string named = asked.empty() ? home : asked;
+        if (!isFolder(named)) {
+            throw ToolError((asked.empty() ? "VELMORA_HOME" : "--to") + (": no folder " + named));
+        }
+        return named;
+    }
+    if (isFolder("videos") && (isFolder("userdata") || isFolder("data"))) {
+        return ".";
+    }
+    const fs::path user = fs::path(environment("HOME")) / "Velmora";
+    if (!isFolder(user)) {
+        throw ToolError("there is no folder " + user.string() +
+                        ": start Velmora once, or name its folder, --to FOLDER");
+    }
+    return user;
+}
+
+std::vector<std::string> enterFolder(const fs::path& folder, std::vector<std::string> paths) {
+    std::error_code error;
+    if (fs::equivalent(folder, ".", error)) {
+        return paths;
+    }
+    for (std::string& path : paths) {
+        path = fs::absolute(path, error).string();
+    }
+    fs::current_path(folder, error);
+    if (error) {
+        throw ToolError("cannot use the folder " + folder.string() + ": " + error.message());
+    }
+    return paths;
+}
+
+}  // namespace maker

@@ -1,0 +1,18 @@
+#pragma once
+// Where Velmora's clips and playlists are.
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace maker {
+
+// The one asked for; else that of VELMORA_HOME, the current one when it is Velmora's, or ~/Velmora,
+// where the launcher starts the program. Throws ToolError when it is not there.
+std::filesystem::path velmoraFolder(const std::string& asked);
+
+// Makes it the current one. Returns the paths as they are called from there.
+std::vector<std::string> enterFolder(const std::filesystem::path& folder,
+                                     std::vector<std::string> paths);
+
+}  // namespace maker
