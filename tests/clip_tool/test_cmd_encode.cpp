@@ -319,6 +319,7 @@ TEST_F(Commands, Encode_WrongUseHasItsOwnStatus) {
                                   "encode in.mkv -o a.m19 --fps 0",
                                   "encode in.mkv -o a.m19 --quality 101",
                                   "encode in.mkv -o a.m19 --start -1",
+                                  "encode in.mkv -o a.m19 --start 1:xx",
                                   "encode in.mkv -o a.m19 --long wide",
                                   "encode in.mkv -o a.m19 --loop crossfade",
                                   "encode in.mkv -o a.m19 --loop crossfade:0",

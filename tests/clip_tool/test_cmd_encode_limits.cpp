@@ -1,4 +1,4 @@
-// velmora-clip encode, run for real: budgets, and what the report says of the clip.
+// velmora-clip encode, run for real: its limits, times and names, and what the report says.
 #include <gtest/gtest.h>
 
 #include "clip_tool/inputs.h"
@@ -78,6 +78,18 @@ TEST_F(Commands, Encode_NameThatIsTooLongIsRefusedAtOnce) {
     const Outcome outcome = tool("encode missing.mkv -o " + name + ".m19");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "velmora-clip: cannot write " + name + ".m19: the name is too long\n");
+}
+
+// A picture each second; the clip begins at the 63rd.
+TEST_F(Commands, Encode_TimesAreTakenAsMinutesAndSeconds) {
+    std::vector<int> shown(70, 0);
+    shown[62] = 9;
+    shown[63] = 11;
+    inputs::levels("in.mkv", shown, 1);
+    const Outcome outcome =
+        tool("encode in.mkv -o out.m19 --fps 1 --start 1:02 --duration 0:00:02 --quality 100");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(inputs::levelsOf("out.m19"), (std::vector<int>{9, 11}));
 }
 
 }  // namespace

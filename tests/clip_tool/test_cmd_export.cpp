@@ -20,10 +20,18 @@ TEST_F(ExportCommand, OnePicture_NeedsNoNumber) {
 }
 
 TEST_F(ExportCommand, SeveralPicturesUnderOneName_AreRefused) {
-    const Outcome outcome = tool("export " + kClip + " -o f.png");
+    const Outcome outcome = tool("export " + kClip + " -o f.png --frames 0,1");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.err.find("frame-%03d.png"), std::string::npos);
     EXPECT_EQ(filesHere(), Names{});
+}
+
+TEST_F(ExportCommand, OneNameAlone_IsTheFirstPicture) {
+    const Outcome outcome = tool("export " + kClip + " -o f.png");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, "f.png: 1 picture of 640 x 360\n");
+    EXPECT_EQ(tool("export " + kClip + " -o g.png --frames 0").status, 0);
+    EXPECT_TRUE(textOf("f.png") == textOf("g.png"));
 }
 
 TEST_F(ExportCommand, Films_TellTheirFrames) {

@@ -49,7 +49,35 @@ TEST_F(VerifyCommand, MissingFile_FailsAndTheRestIsChecked) {
     EXPECT_EQ(outcome.out, kClips + "gaps-64.m19: plays\n");
     EXPECT_EQ(outcome.err,
               "velmora-clip: cannot read no.m19: No such file or directory\n"
-              "velmora-clip: cannot read .: it is a folder\n");
+              "velmora-clip: there are no clips in .\n");
+}
+
+TEST_F(VerifyCommand, Folder_IsAllClipsBelowIt) {
+    fs::create_directories("set/sub");
+    fs::copy_file(kClips + "gaps-64.m19", "set/sub/a.m19");
+    fs::copy_file(kBroken + "empty.m19", "set/b.m19");
+    const Outcome outcome = tool("verify set");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out,
+              "set/b.m19: broken in the file header at offset 0: the file is empty\n"
+              "set/sub/a.m19: plays\n");
+}
+
+TEST_F(InfoCommand, MistypedCommand_IsNamedWithTheNearest) {
+    const Outcome near = tool("verfy a.m19");
+    EXPECT_EQ(near.status, 2);
+    EXPECT_NE(near.err.find("there is no command 'verfy'; did you mean verify?\n"),
+              std::string::npos)
+        << near.err;
+    const Outcome far = tool("conjure a.m19");
+    EXPECT_EQ(far.status, 2);
+    EXPECT_NE(far.err.find("there is no command 'conjure'\n"), std::string::npos) << far.err;
+}
+
+TEST_F(InfoCommand, Version_IsTold) {
+    const Outcome outcome = tool("--version");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out.rfind("velmora-clip 1.", 0), 0u) << outcome.out;
 }
 
 TEST_F(VerifyCommand, WithoutFiles_IsWrongUse) {

@@ -31,8 +31,9 @@ TEST_F(SheetCommand, Files_NeedNoFolder) {
 
 TEST_F(SheetCommand, Failures_AreOneLineAndLeaveNothing) {
     fs::create_directory("empty");
-    for (const char* arguments : {"sheet empty -o a.png", "sheet no.m19 -o a.png",
-                                  "sheet set -o no/a.png", "sheet set --html no/a.html"}) {
+    for (const char* arguments :
+         {"sheet empty -o a.png", "sheet no.m19 -o a.png", "sheet set -o no/a.png",
+          "sheet set --html no/a.html", "sheet set -o a.jpg"}) {
         const Outcome outcome = tool(arguments);
         EXPECT_EQ(outcome.status, 1) << arguments;
         EXPECT_EQ(outcome.err.rfind("velmora-clip: ", 0), 0u) << outcome.err;

@@ -8,6 +8,7 @@
 
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
+#include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/media/movie.h"
 #include "tools/clip/media/source.h"
@@ -35,9 +36,13 @@ std::string numbered(const std::string& pattern, int number) {
     return av_get_frame_filename(name, sizeof(name), pattern.c_str(), number) == 0 ? name : pattern;
 }
 
+bool takesNumbers(const std::string& pattern) {
+    return numbered(pattern, 0) != numbered(pattern, 1);
+}
+
 void exportPictures(const ExportOptions& options, const ClipFrames& clip,
                     const std::vector<int>& frames) {
-    if (frames.size() > 1 && numbered(options.output, 0) == numbered(options.output, 1)) {
+    if (frames.size() > 1 && !takesNumbers(options.output)) {
         throw ToolError("the name " + options.output +
                         " has no place for the frame's number; try a name such as frame-%03d.png");
     }
@@ -49,8 +54,8 @@ void exportPictures(const ExportOptions& options, const ClipFrames& clip,
         writeWholeFile(numbered(options.output, frame),
                        pictureFile(kPng, clip.picture(frame), clip.alpha()));
     }
-    std::printf("%s: %zu pictures of %d x %d\n", options.output.c_str(), frames.size(), kFrameWidth,
-                clip.height());
+    std::printf("%s: %s of %d x %d\n", options.output.c_str(),
+                counted(frames.size(), "picture").c_str(), kFrameWidth, clip.height());
 }
 
 void exportMovie(const ExportOptions& options, const MovieKind& kind, const ClipFrames& clip,
@@ -82,7 +87,8 @@ void exportClip(const ExportOptions& options) {
         throw ToolError("cannot write " + options.output + ": no folder " + folder.string());
     }
     const ClipFrames clip = openClip(options.clip);
-    const std::vector<int> frames = framesOf(options.frames, clip.count());
+    const bool first = pictures && options.frames.empty() && !takesNumbers(options.output);
+    const std::vector<int> frames = framesOf(first ? "0" : options.frames, clip.count());
     if (pictures) {
         exportPictures(options, clip, frames);
     } else {
@@ -100,7 +106,8 @@ void addExport(CLI::App& app, int& status) {
         ->option_text("CLIP REQUIRED");
     command
         ->add_option("-o,--output", options->output,
-                     "what to write; for several pictures a name such as frame-%03d.png")
+                     "what to write; for all pictures a name such as frame-%03d.png, while "
+                     "frame.png is the first")
         ->required()
         ->option_text("FILE REQUIRED");
     command->add_option("--frames", options->frames, "these alone, counted from 0 (default: all)")

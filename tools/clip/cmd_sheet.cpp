@@ -82,6 +82,10 @@ void report(const std::string& path, size_t clips, size_t bytes) {
 }
 
 void makeSheets(const SheetOptions& options) {
+    if (!options.picture.empty() && fs::path(options.picture).extension() != kPng.ending) {
+        throw ToolError("a sheet is a PNG picture: give " + options.picture + " the ending " +
+                        kPng.ending);
+    }
     const Clips clips = clipsOf(options.inputs);
     const std::string title = titleOf(options.inputs);
     if (!options.picture.empty()) {

@@ -10,6 +10,10 @@
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/batch.h"
 
+extern "C" {
+#include <libavutil/parseutils.h>
+}
+
 namespace maker {
 
 namespace {
@@ -111,14 +115,31 @@ CLI::Option* addParsed(CLI::App& command, const char* option, Take take, const c
         ->check(CLI::Validator([take](const std::string& text) { return take(text); }, ""));
 }
 
+// What has a colon is turned into seconds.
+std::string takeTime(std::string& text) {
+    int64_t microseconds = 0;
+    if (text.find(':') == std::string::npos) {
+        return "";
+    }
+    if (av_parse_time(&microseconds, text.c_str(), 1) < 0) {
+        return text + " is not a time like 62.5, 1:02.5 or 0:01:02.5";
+    }
+    text = decimals(static_cast<double>(microseconds) / 1e6, 6);
+    return "";
+}
+
+void addTime(CLI::App& command, const char* option, double& seconds, double least,
+             const char* help) {
+    command.add_option(option, seconds, help)
+        ->transform(CLI::Validator(takeTime, ""))
+        ->check(CLI::Range(least, kLongest))
+        ->option_text("SECONDS|H:M:S");
+}
+
 void addPictureOptions(CLI::App& command, EncodeArguments& arguments) {
     EncodeSettings& settings = arguments.settings;
-    command.add_option("--start", settings.start, "begin at this second of the input")
-        ->check(CLI::Range(0.0, kLongest))
-        ->option_text("SECONDS");
-    command.add_option("--duration", settings.duration, "take this many seconds")
-        ->check(CLI::Range(1e-3, kLongest))
-        ->option_text("SECONDS");
+    addTime(command, "--start", settings.start, 0, "begin at this second of the input");
+    addTime(command, "--duration", settings.duration, 1e-3, "take this many seconds");
     command
         .add_option("--fps", settings.fps,
                     "frames a second of the clip: 25.6, the stage's own pace, keeps the input's "
