@@ -92,4 +92,24 @@ TEST_F(Commands, Encode_TimesAreTakenAsMinutesAndSeconds) {
     EXPECT_EQ(inputs::levelsOf("out.m19"), (std::vector<int>{9, 11}));
 }
 
+// 300 frames are two parts; `script` gives the tool a terminal. FFV1 tells the length, so every
+// line counts towards all 300.
+TEST_F(Commands, Encode_ProgressOfASplitInputGoesOn) {
+    inputs::levels("in.mkv", {3, 4, 5}, 1);
+    const std::string line = "script -qec \"'" + kTool +
+                             "' encode in.mkv -o out.m19 --fps 100 --long split --preset graphics"
+                             "\" ../shown.txt >/dev/null </dev/null";
+    ASSERT_EQ(std::system(line.c_str()), 0);
+    const std::string shown = textOf("../shown.txt");
+    int before = 0;
+    for (size_t at = shown.find("frame "); at != std::string::npos; at = shown.find("frame ", at)) {
+        at += 6;
+        const int frame = std::atoi(shown.c_str() + at);
+        EXPECT_GE(frame, before) << shown;
+        before = frame;
+        EXPECT_EQ(shown.substr(shown.find(" of ", at), 7), " of 300") << shown;
+    }
+    EXPECT_GT(before, 256) << shown;
+}
+
 }  // namespace

@@ -318,6 +318,8 @@ TEST(Progress, Text_TellsRateAndTimeLeft) {
     state.part = 0.25;
     state.seconds = 2;
     EXPECT_EQ(maker::progressText(state), "frame 50 of 200, 25.0 frames/s, 6 s left");
+    state.looking = true;
+    EXPECT_EQ(maker::progressText(state), "looking at frame 50 of 200, 25.0 frames/s, 6 s left");
     state.clips = 8;
     state.finished = 3;
     state.seconds = 100;

@@ -277,7 +277,7 @@ size_t encodeInOrder(
     std::vector<std::string> errors(inputs);
     Progress progress(inputs);
     const auto task = [&](size_t i) {
-        const auto show = [&progress, i](int done, int all) { progress.update(i, done, all); };
+        const auto show = [&progress, i](const ProgressStep& step) { progress.update(i, step); };
         try {
             make(i, settings, {show, {}});
         } catch (const Interrupted&) {

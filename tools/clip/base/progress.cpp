@@ -40,7 +40,8 @@ std::string progressText(const ProgressState& state) {
     if (state.clips > 1) {
         text = std::to_string(state.finished) + " of " + std::to_string(state.clips) + " clips";
     } else {
-        text = "frame " + std::to_string(state.frames);
+        text = state.looking ? "looking at " : "";
+        text += "frame " + std::to_string(state.frames);
         text += state.expected > 0 ? " of " + std::to_string(state.expected) : "";
     }
     if (state.seconds >= kSettled) {
@@ -65,23 +66,24 @@ void Progress::show() {
     state.seconds = secondsSince(begin_);
     double parts = 0;
     for (const Clip& clip : clips_) {
-        state.frames += clip.done;
+        state.frames += clip.step.frames;
         state.finished += clip.finished ? 1 : 0;
-        state.expected = clip.expected;
-        if (clip.finished) {
-            parts += 1;
-        } else if (clip.expected > 0) {
-            parts += std::min(static_cast<double>(clip.done) / clip.expected, 1.0);
-        }
+        state.expected = clip.step.expected;
+        state.looking = clip.step.looking;
+        parts += clip.finished ? 1 : clip.part;
     }
     state.part = parts / static_cast<double>(clips_.size());
     std::fprintf(stderr, "\r%s\033[K", progressText(state).c_str());
 }
 
-void Progress::update(size_t clip, int done, int expected) {
+void Progress::update(size_t clip, const ProgressStep& step) {
     const std::lock_guard lock(mutex_);
-    clips_[clip].done = done;
-    clips_[clip].expected = expected;
+    Clip& own = clips_[clip];
+    own.step = step;
+    if (step.expected > 0) {
+        const double ofPass = std::min(static_cast<double>(step.frames) / step.expected, 1.0);
+        own.part = std::max(own.part, (step.pass + ofPass) / step.passes);
+    }
     show();
 }
 

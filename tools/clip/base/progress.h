@@ -13,13 +13,23 @@
 
 namespace maker {
 
+// How far one clip is: the frames of its input are gone through once or more often.
+struct ProgressStep {
+    int frames = 0;        // done in this pass
+    int expected = 0;      // 0 when nobody knows
+    int pass = 0;          // from 0
+    int passes = 1;        // as many as it takes, as far as is known by now
+    bool looking = false;  // nothing is encoded yet
+};
+
 struct ProgressState {
     size_t clips = 0;
     size_t finished = 0;
-    int frames = 0;      // encoded, of all clips
-    int expected = 0;    // of the only clip; 0 when nobody knows
-    double part = 0;     // done of everything, 0 to 1; 0 when nobody knows
-    double seconds = 0;  // since the beginning
+    bool looking = false;  // at the only clip's input, before it is encoded
+    int frames = 0;        // gone through, of all clips
+    int expected = 0;      // of the only clip; 0 when nobody knows
+    double part = 0;       // done of everything, 0 to 1; 0 when nobody knows
+    double seconds = 0;    // since the beginning
 };
 
 // "frame 100 of 250, 40 frames/s, 4 s left", or with several clips "3 of 12 clips, ..."
@@ -32,14 +42,14 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    void update(size_t clip, int done, int expected);
+    void update(size_t clip, const ProgressStep& step);  // never goes back
     void finish(size_t clip);
     void aside(const std::function<void()>& print);  // without the line, for other output
 
 private:
     struct Clip {
-        int done = 0;
-        int expected = 0;
+        ProgressStep step;
+        double part = 0;
         bool finished = false;
     };
 

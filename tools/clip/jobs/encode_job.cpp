@@ -22,6 +22,8 @@ constexpr double kNoiseTold = 0.5;  // levels of 255: less changes nothing that 
 
 using Pixels = std::vector<uint8_t>;
 
+constexpr int kCodingPasses = 4;  // about what a search for a budget takes
+
 fs::path numbered(const fs::path& path, size_t number) {
     fs::path name = path.stem();
     name += "-";
@@ -61,7 +63,7 @@ public:
           output_(output),
           settings_(settings),
           events_(events),
-          plan_(planEncode(input, settings)),
+          plan_(planEncode(input, settings, events.progress)),
           source_(plan_.source) {
         if (settings.loop.kind == LoopKind::CROSSFADE) {
             ahead_.emplace(plan_.source);
@@ -78,7 +80,7 @@ private:
     void feed(ClipEncoder& encoder, const Pixels& rgba);
     Pixels pictureOf(VideoSource& source) const;
     int partFrames() const;
-    int expectedFrames(int part) const;
+    int expectedFrames() const;
     std::string noteOf(int given) const;
     void advance();
     void checkBudget(const ClipStats& stats, size_t bytes) const;
@@ -95,7 +97,8 @@ private:
     std::optional<VideoSource> ahead_;  // CROSSFADE: fetches the end of a part before its beginning
     bool waiting_ = false;              // source_ stands on a frame that is not encoded yet
     int taken_ = 0;                     // frames that finished parts took from the source
-    int expected_ = 0;                  // of the part under way; 0 when nobody knows
+    int given_ = 0;                     // frames to the encoders of all parts
+    int expected_ = 0;                  // of them; 0 when nobody knows
     std::optional<FolderInMaking> folder_;
     std::deque<PendingFile> files_;
     EncodeReport report_;
@@ -109,16 +112,19 @@ int Job::partFrames() const {
     return std::min(most, plan_.frames == kNoLimit ? most : plan_.frames - taken_);
 }
 
-// As the file announces, when the frames were not counted.
-int Job::expectedFrames(int part) const {
+// Of all parts; as the file announces, when the frames were not counted.
+int Job::expectedFrames() const {
     if (plan_.seam) {
         return plan_.seam->end - plan_.seam->begin;
     }
-    if (plan_.frames != kNoLimit) {
-        return framesGiven(settings_.loop, part);
+    const int most = framesTaken(settings_.loop);
+    int left = plan_.frames != kNoLimit ? plan_.frames : source_.expectedFrames();
+    int given = 0;
+    for (bool more = left > 0; more; left -= most) {
+        given += framesGiven(settings_.loop, std::min(left, most));
+        more = settings_.longInput == LongInput::SPLIT && left > most;
     }
-    const int announced = source_.expectedFrames() - taken_;
-    return announced > 0 ? framesGiven(settings_.loop, std::min(part, announced)) : 0;
+    return given;
 }
 
 Pixels Job::pictureOf(VideoSource& source) const {
@@ -130,7 +136,10 @@ Pixels Job::pictureOf(VideoSource& source) const {
 void Job::feed(ClipEncoder& encoder, const Pixels& rgba) {
     encoder.add(rgba.data());
     if (events_.progress) {
-        events_.progress(encoder.added(), expected_);
+        // A budget codes the clip again once all of it is there.
+        const bool fits = settings_.records > 0 || settings_.bytes > 0;
+        const int passes = plan_.passes + 1 + (fits ? kCodingPasses : 0);
+        events_.progress({++given_, expected_, plan_.passes, passes, false});
     }
 }
 
@@ -208,7 +217,6 @@ std::string Job::noteOf(int given) const {
 void Job::encodePart() {
     const int takenBefore = taken_;
     const int part = partFrames();
-    expected_ = expectedFrames(part);
     ClipEncoder encoder({
         .alpha = plan_.source.alpha,
         .quality = settings_.quality,
@@ -308,6 +316,7 @@ void Job::noteLeftOver(size_t number) {
 }
 
 EncodeReport Job::run() {
+    expected_ = expectedFrames();
     waiting_ = source_.step();
     if (!waiting_) {
         throw ToolError("cannot read " + input_ + ": it ends before the start asked");

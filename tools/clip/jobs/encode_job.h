@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/clip/base/progress.h"
 #include "tools/clip/encoder/encoder.h"
 #include "tools/clip/jobs/loop.h"
 #include "tools/clip/media/picture.h"
@@ -71,8 +72,7 @@ struct EncodeReport {
 };
 
 struct EncodeEvents {
-    // Frames made so far of the clip under way, and how many it is to have; 0 when nobody knows.
-    std::function<void(int done, int expected)> progress;
+    std::function<void(const ProgressStep&)> progress;
 
     // The clips are whole; as soon as this returns they get their names.
     std::function<void(const EncodeReport&)> beforeCommit;
@@ -88,9 +88,12 @@ struct EncodePlan {
     int frames = kNoLimit;     // that the source gives, its limit included, when they were counted
     double speed = 1;          // times as fast as the source's own pace
     std::optional<Seam> seam;  // LoopKind::BEST
+    int passes = 0;            // that it took to know this
 };
 
-EncodePlan planEncode(const std::string& input, const EncodeSettings& settings);
+// `progress` may be empty.
+EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
+                      const std::function<void(const ProgressStep&)>& progress = {});
 
 // Makes the alpha that the settings ask for out of the colours.
 void applyKey(const EncodeSettings& settings, std::vector<uint8_t>& rgba);

@@ -36,12 +36,20 @@ SourceOptions sourceOptions(const std::string& input, const EncodeSettings& sett
     return source;
 }
 
-Survey surveyOf(const SourceOptions& options, SurveyWishes wishes, const EncodeSettings& settings) {
-    VideoSource source(options);
+using ProgressEvent = std::function<void(const ProgressStep&)>;
+
+Survey surveyOf(EncodePlan& plan, SurveyWishes wishes, const EncodeSettings& settings,
+                const ProgressEvent& progress) {
+    VideoSource source(plan.source);
     wishes.alpha = wishes.alpha && source.canSeeThrough();
     Survey survey;
+    ProgressStep step{0, source.expectedFrames(), plan.passes, plan.passes + 2, true};
+    plan.passes += wishes.alpha || wishes.length || wishes.pictures ? 1 : 0;
     while ((wishes.alpha || wishes.length || wishes.pictures) && source.step()) {
-        ++survey.frames;
+        step.frames = ++survey.frames;
+        if (progress) {
+            progress(step);
+        }
         if (wishes.alpha && source.seesThrough()) {
             survey.seesThrough = true;
             wishes.alpha = false;
@@ -57,10 +65,10 @@ Survey surveyOf(const SourceOptions& options, SurveyWishes wishes, const EncodeS
 }
 
 // All of the input in as many frames as a clip can take.
-void retime(EncodePlan& plan, const EncodeSettings& settings) {
+void retime(EncodePlan& plan, const EncodeSettings& settings, const ProgressEvent& progress) {
     const LoopSettings& loop = settings.loop;
     const int most = loop.kind == LoopKind::BEST ? clip::kMaxFrames : framesTaken(loop);
-    const Survey survey = surveyOf(plan.source, {.length = true}, settings);
+    const Survey survey = surveyOf(plan, {.length = true}, settings, progress);
     if (survey.frames > most) {
         plan.source.fps = most / survey.seconds;
         plan.speed = settings.fps / plan.source.fps;
@@ -78,11 +86,12 @@ void applyKey(const EncodeSettings& settings, std::vector<uint8_t>& rgba) {
     }
 }
 
-EncodePlan planEncode(const std::string& input, const EncodeSettings& settings) {
+EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
+                      const ProgressEvent& progress) {
     EncodePlan plan;
     plan.source = sourceOptions(input, settings);
     if (settings.longInput == LongInput::FIT) {
-        retime(plan, settings);
+        retime(plan, settings, progress);
     }
     const bool best = settings.loop.kind == LoopKind::BEST;
     const SurveyWishes wishes{
@@ -93,7 +102,7 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings) 
     if (!wishes.alpha && !wishes.length && !wishes.pictures) {
         return plan;
     }
-    const Survey survey = surveyOf(plan.source, wishes, settings);
+    const Survey survey = surveyOf(plan, wishes, settings, progress);
     if (wishes.alpha) {
         plan.source.alpha = survey.seesThrough;
     }
