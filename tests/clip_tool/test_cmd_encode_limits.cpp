@@ -14,10 +14,10 @@ double numberBehind(const std::string& text, const std::string& before) {
 
 // What is asked for in vain is refused with the least that there is; that much does.
 void expectLeast(const std::string& option, const std::string& tooSmall) {
-    inputs::picture("in.png", 160, 90, [](int x, int y) {
+    inputs::picture("in.png", 32, 360, [](int x, int y) {
         return static_cast<uint32_t>(x * 7919 + y * 104729) * 2654435761U;  // alpha, too
     });
-    const std::string encode = "encode in.png -o out.m19 " + option + " ";
+    const std::string encode = "encode in.png -o out.m19 --fit contain " + option + " ";
     const Outcome outcome = tool(encode + tooSmall);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
