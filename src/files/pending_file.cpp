@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <climits>
 #include <cstdio>
 #include <string_view>
 #include <utility>
@@ -20,6 +21,7 @@ namespace {
 
 constexpr mode_t kOrdinaryMode = 0666;
 constexpr size_t kPieceBytes = size_t{1} << 20;
+constexpr int kMostLinks = 40;  // one behind the other, as many as the system itself follows
 
 // A name that no other takes: ".", the target's name, the mark, the writer's process number and a
 // number of six digits.
@@ -69,6 +71,19 @@ void syncFolder(const fs::path& folder) {
 
 fs::path folderOf(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
+}
+
+bool followLinks(fs::path& path) {
+    char target[PATH_MAX];
+    for (int links = 0; links <= kMostLinks; ++links) {
+        const ssize_t length = readlink(path.c_str(), target, sizeof target);
+        if (length < 0) {
+            return errno == EINVAL || errno == ENOENT;
+        }
+        path = folderOf(path) / std::string(target, static_cast<size_t>(length));
+    }
+    errno = ELOOP;
+    return false;
 }
 
 PendingFile::PendingFile(PendingFile&& other) noexcept

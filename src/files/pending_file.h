@@ -19,6 +19,10 @@ namespace files {
 // The folder that a file's name stands in.
 std::filesystem::path folderOf(const std::filesystem::path& path);
 
+// The file that links lead to, whether it is there or not. False, with `errno`, when they lead
+// round or cannot be followed.
+bool followLinks(std::filesystem::path& path);
+
 // A file that has no name of its own yet.
 class PendingFile {
 public:

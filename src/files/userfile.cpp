@@ -22,27 +22,12 @@ constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes away
 constexpr mode_t kPrivateMode = 0600;
 constexpr mode_t kRights = 0777;
 constexpr size_t kPieceBytes = size_t{1} << 19;
-constexpr int kMostLinks = 40;  // one behind the other, as many as the system itself follows
 
 // The longest of the files is the playlists': the start, then what is read of each playlist with
 // its name and its tracks.
 constexpr size_t kMostBytes =
     xml::kDeclarationChars + 1 + xml::kMotBudget +
     kPlaylists * (xml::kMotBudget + (1 + kTracksRead) * 2 * xml::kNoeudBudget);
-
-// The file that links lead to, whether it is there or not. False when they lead round or cannot be
-// followed.
-bool followLinks(fs::path& path) {
-    char target[PATH_MAX];
-    for (int links = 0; links <= kMostLinks; ++links) {
-        const ssize_t length = readlink(path.c_str(), target, sizeof target);
-        if (length < 0) {
-            return errno == EINVAL || errno == ENOENT;
-        }
-        path = files::folderOf(path) / std::string(target, static_cast<size_t>(length));
-    }
-    return false;
-}
 
 // The new file is private up to here. Where the old one's group cannot be kept, another group and
 // all others get only what both had.
@@ -108,7 +93,7 @@ std::optional<std::string> readRegular(const std::string& path, size_t most) {
 bool replaceFile(const std::string& path, const std::string& content) {
     mkdir(files::folderOf(path).c_str(), kFolderMode);
     fs::path target = path;
-    if (!followLinks(target)) {
+    if (!files::followLinks(target)) {
         return false;
     }
     struct stat facts;

@@ -68,6 +68,8 @@ Writer::Writer(const Recipe& recipe) {
     codec_->time_base = av_inv_q(recipe.fps);
     codec_->framerate = recipe.fps;
     codec_->sample_aspect_ratio = recipe.pixelAspect;
+    codec_->color_trc = recipe.transfer;
+    codec_->field_order = recipe.interlaced ? AV_FIELD_TT : AV_FIELD_UNKNOWN;
     codec_->thread_count = 1;
     if ((format_->oformat->flags & AVFMT_GLOBALHEADER) != 0) {
         codec_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;

@@ -21,7 +21,9 @@ struct Recipe {
     int height = 360;
     AVRational fps = {25, 1};
     AVRational pixelAspect = {1, 1};
-    int turns = 0;  // quarter turns clockwise that a player must make
+    AVColorTransferCharacteristic transfer = AVCOL_TRC_UNSPECIFIED;
+    bool interlaced = false;  // the file says so; upper lines first
+    int turns = 0;            // quarter turns clockwise that a player must make
     int frames = 1;
     std::function<void(int frame, AVFrame& picture)> fill;
     std::function<int64_t(int frame)> time;  // in frames; null: one after the other

@@ -10,9 +10,10 @@ namespace {
 class DiffCommand : public Commands {
 protected:
     // Grey that rises by 8 a frame; every second level of grey 8 f is exact in 5 and 6 bits.
-    void makeVideo(const std::string& path, int frames, int more = 0) {
+    void makeVideo(const std::string& path, int frames, int more = 0, int fps = 25) {
         media::Recipe recipe;
         recipe.path = path;
+        recipe.fps = {fps, 1};
         recipe.frames = frames;
         recipe.fill = [more](int frame, AVFrame& picture) {
             const auto level = static_cast<uint8_t>(8 * frame + more);
@@ -43,7 +44,8 @@ TEST_F(DiffCommand, KnownError_IsTold) {
     EXPECT_EQ(text.out,
               "frame       PSNR    SSIM\n"
               "    0   38.59 dB  0.9999\n"
-              "1 frames: PSNR 38.59 dB, SSIM 0.9999, worst frame 0 with 38.59 dB\n");
+              "1 frames: PSNR 38.59 dB, SSIM 0.9999, worst frame 0 with 38.59 dB\n"
+              "pictures of the source: 1, 0 of them left out, 0 shown more than once\n");
     const nlohmann::json json = nlohmann::json::parse(tool("diff --json white.m19 grey.mkv").out);
     EXPECT_NEAR(json.at("psnr").get<double>(), 38.588, 1e-3);
     EXPECT_EQ(json.at("byFrame").size(), 1u);
@@ -82,6 +84,48 @@ TEST_F(DiffCommand, PixelPreset_IsExactWithItsFit) {
     EXPECT_NE(whole.out.find("PSNR exact, SSIM 1.0000"), std::string::npos) << whole.out;
     EXPECT_EQ(tool("diff lines.m19 lines.mkv --brief --fit contain").out.find("exact"),
               std::string::npos);
+}
+
+// At 25 frames a second, frame n shows the source's picture of n / 25 seconds. 30 pictures a second
+// are 5 too many, floor(1.2 n) leaves 5, 11, 17, 23 and 29 out; of 20 a second every fourth stays
+// on for two frames.
+TEST_F(DiffCommand, SourcesPictures_AreCounted) {
+    makeVideo("white.mkv", 25, 255);
+    ASSERT_EQ(tool("encode white.mkv -o a.m19 --fps 25").status, 0);
+    const nlohmann::json same =
+        nlohmann::json::parse(tool("diff --json a.m19 white.mkv --fps 25").out);
+    EXPECT_EQ(same.at("source"),
+              nlohmann::json({{"pictures", 25}, {"leftOut", 0}, {"repeated", 0}}));
+    makeVideo("fast.mkv", 30, 0, 30);
+    EXPECT_NE(tool("diff a.m19 fast.mkv --fps 25 --brief")
+                  .out.find("\npictures of the source: 29, 4 of them left out, 0 shown more than "
+                            "once\n"),
+              std::string::npos);
+    makeVideo("slow.mkv", 20, 0, 20);
+    EXPECT_NE(tool("diff a.m19 slow.mkv --fps 25 --brief")
+                  .out.find("\npictures of the source: 20, 0 of them left out, 5 shown more than "
+                            "once\n"),
+              std::string::npos);
+    // What comes before the start is not counted.
+    const nlohmann::json later =
+        nlohmann::json::parse(tool("diff --json a.m19 white.mkv --fps 25 --start 0.6").out);
+    EXPECT_EQ(later.at("source").at("pictures"), 10);
+    EXPECT_EQ(later.at("source").at("leftOut"), 0);
+}
+
+// Frames at the stage's own pace, whose times Matroska rounds to milliseconds.
+TEST_F(DiffCommand, MillisecondTimes_CountNothing) {
+    media::Recipe recipe;
+    recipe.path = "in.mkv";
+    recipe.fps = {128, 5};
+    recipe.frames = 64;
+    recipe.fill = [](int, AVFrame& picture) { media::fillBytes(picture, 9, 9, 9, 0); };
+    media::write(recipe);
+    ASSERT_EQ(tool("encode in.mkv -o a.m19").status, 0);
+    const nlohmann::json json = nlohmann::json::parse(tool("diff --json a.m19 in.mkv").out);
+    EXPECT_EQ(json.at("frames"), 64);
+    EXPECT_EQ(json.at("source"),
+              nlohmann::json({{"pictures", 64}, {"leftOut", 0}, {"repeated", 0}}));
 }
 
 TEST_F(DiffCommand, SourceThatEndsEarly_IsWarnedOf) {

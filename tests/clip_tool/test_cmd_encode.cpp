@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <regex.h>
 
+#include <cstring>
+
 #include "clip_tool/inputs.h"
 #include "clip_tool/media.h"
 #include "clip_tool/tool.h"
@@ -65,6 +67,48 @@ TEST_F(Commands, Encode_StartDurationAndRateTakeAPart) {
         tool("encode in.mkv -o out.m19 --preset graphics --fps 20 --start 0.5 --duration 0.7");
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(inputs::levelsOf("out.m19"), (Levels{5, 5, 6, 6, 7, 7, 8, 8, 9, 9, 10, 10, 11, 11}));
+}
+
+// 960 x 720 pixels are high-definition video, also when 540 lines of them are shown. Its matrix
+// makes red 224 of Y 79 and Cr 212: 73.4 + 1.575 x 95.6, level 27; the older one made 206,
+// level 25.
+TEST_F(Commands, Encode_ColoursOfHdThatNamesNoMatrixAreNotThoseOfThePart) {
+    media::Recipe recipe;
+    recipe.path = "in.mkv";
+    recipe.pixels = AV_PIX_FMT_YUV444P;
+    recipe.width = 960;
+    recipe.height = 720;
+    recipe.fill = [](int, AVFrame& picture) {
+        const int values[] = {79, 109, 212};
+        for (int plane = 0; plane < 3; ++plane) {
+            std::memset(picture.data[plane], values[plane],
+                        static_cast<size_t>(picture.linesize[plane]) * 720);
+        }
+    };
+    media::write(recipe);
+    EXPECT_EQ(encodeExactly("").status, 0);
+    EXPECT_EQ(inputs::levelsOf("out.m19"), (Levels{27}));
+}
+
+// Frames at the stage's own pace, 128/5 a second. Matroska rounds their times to milliseconds:
+// frame 3 at 117.1875 stands at 117. Every one becomes one frame of the clip, the last one too.
+TEST_F(Commands, Encode_MillisecondTimesLoseNoFrame) {
+    media::Recipe recipe;
+    recipe.path = "in.mkv";
+    recipe.width = 64;
+    recipe.height = 36;
+    recipe.fps = {128, 5};
+    recipe.frames = 64;
+    recipe.fill = [](int frame, AVFrame& picture) {
+        const uint8_t value = inputs::grey(frame % 32);
+        media::fillBytes(picture, value, value, value, 0);
+    };
+    media::write(recipe);
+    Levels shown = counted(0, 31);
+    shown.insert(shown.end(), shown.begin(), shown.begin() + 32);
+    const Outcome outcome = tool("encode in.mkv -o out.m19 --preset graphics");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(inputs::levelsOf("out.m19"), shown);
 }
 
 TEST_F(Commands, Encode_PingpongShowsTurningPointsOnce) {

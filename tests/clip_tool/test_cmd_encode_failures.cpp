@@ -19,6 +19,8 @@ extern char** environ;
 
 namespace {
 
+using Levels = std::vector<int>;
+
 void write(const std::string& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }
@@ -233,36 +235,97 @@ pid_t start(const std::vector<std::string>& arguments) {
     return child;
 }
 
-// The tool reads from a pipe that gives nothing; once it has opened it, its handlers stand.
+// Whether a process has a file open.
+bool holdsOpen(pid_t process, const fs::path& file) {
+    std::error_code error;
+    const fs::path open = "/proc/" + std::to_string(process) + "/fd";
+    for (fs::directory_iterator at(open, error), end; !error && at != end; at.increment(error)) {
+        std::error_code gone;
+        if (fs::equivalent(at->path(), file, gone)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Fifty seconds at a thousand frames each are 196 clips, minutes of work. Once the tool has opened
+// the film, its handlers stand.
 void expectStopped(int signal, std::vector<std::string> arguments) {
-    ASSERT_EQ(mkfifo("pipe.avi", 0600), 0);
-    arguments.insert(arguments.begin(), kTool);
+    inputs::levels("in.mkv", Levels(50, 7), 1);
+    arguments.insert(arguments.begin(), {kTool, "encode", "--fps", "1000", "--long", "split"});
     const pid_t child = start(arguments);
-    int writer = -1;
-    for (int i = 0; i < 1000 && writer < 0; ++i) {
-        writer = open("pipe.avi", O_WRONLY | O_NONBLOCK);
+    for (int i = 0; i < 1000 && !holdsOpen(child, "in.mkv"); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    ASSERT_GE(writer, 0);
+    ASSERT_TRUE(holdsOpen(child, "in.mkv"));
     kill(child, signal);
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
-    close(writer);
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 130);
-    EXPECT_EQ(filesHere(), (Names{"pipe.avi"}));
+    EXPECT_EQ(filesHere(), (Names{"in.mkv"}));
 }
 
 TEST_F(Commands, Encode_InterruptLeavesNothing) {
-    expectStopped(SIGINT, {"encode", "pipe.avi", "-d", "new/folder"});
+    expectStopped(SIGINT, {"in.mkv", "-d", "new/folder"});
 }
 
 TEST_F(Commands, Encode_TerminationLeavesNothing) {
-    expectStopped(SIGTERM, {"encode", "pipe.avi", "-o", "out.m19"});
+    expectStopped(SIGTERM, {"in.mkv", "-o", "out.m19"});
 }
 
 TEST_F(Commands, Encode_InterruptReachesEveryWorker) {
-    expectStopped(SIGINT, {"encode", "pipe.avi", "pipe.avi", "-d", "new", "-j", "2"});
+    expectStopped(SIGINT, {"in.mkv", "in.mkv", "-d", "new", "-j", "2"});
+}
+
+// A link stays, and what it leads to is replaced, or made.
+TEST_F(Commands, Encode_LinkIsWrittenThrough) {
+    inputs::levels("in.mkv", {1});
+    fs::create_directory("shelf");
+    fs::create_symlink("shelf/new.m19", "link.m19");
+    fs::create_symlink("link.m19", "chain.m19");
+    for (const char* output : {"link.m19", "chain.m19"}) {
+        const Outcome outcome = tool(std::string("encode in.mkv -o ") + output);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(fs::read_symlink("link.m19"), "shelf/new.m19");
+        EXPECT_EQ(fs::read_symlink("chain.m19"), "link.m19");
+        EXPECT_EQ(inputs::levelsOf("shelf/new.m19"), Levels{1});
+        fs::remove("shelf/new.m19");
+    }
+    EXPECT_EQ(filesHere(), (Names{"chain.m19", "in.mkv", "link.m19", "shelf"}));
+}
+
+// Told before any work: the input is not there. Nothing takes the place of the device.
+TEST_F(Commands, Encode_OutputThatIsNoFileIsRefusedAtOnce) {
+    ASSERT_EQ(mkfifo("pipe.m19", 0600), 0);
+    fs::create_symlink("pipe.m19", "link.m19");
+    fs::create_symlink("round.m19", "round.m19");
+    fs::create_directory("folder.m19");
+    const std::pair<const char*, const char*> refused[] = {
+        {"pipe.m19", ": it is no ordinary file\n"},
+        {"link.m19", ": it is no ordinary file\n"},
+        {"/dev/null", ": it is no ordinary file\n"},
+        {"folder.m19", ": it is a folder\n"},
+        {"round.m19", ": Too many levels of symbolic links\n"},
+    };
+    const Names before = filesHere();
+    for (const auto& [output, reason] : refused) {
+        const Outcome outcome = tool(std::string("encode no.mkv -o ") + output);
+        EXPECT_EQ(outcome.status, 1) << output;
+        EXPECT_EQ(outcome.err, std::string("velmora-clip: cannot write ") + output + reason);
+    }
+    EXPECT_EQ(tool("encode no.mkv -o -").err,
+              "velmora-clip: cannot write to -: name a file; it gets its name when it is whole\n");
+    EXPECT_EQ(filesHere(), before);
+    EXPECT_TRUE(fs::is_fifo("pipe.m19"));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(Commands, Encode_InputFromAPipeIsRefused) {
+    ASSERT_EQ(mkfifo("pipe.avi", 0600), 0);
+    for (const char* input : {"pipe.avi", "-", "/dev/stdin"}) {
+        expectRefused(input, "films are read more than once, so save it to a file first");
+    }
 }
 
 }  // namespace

@@ -44,6 +44,9 @@ Comparison compare(const DiffOptions& options) {
         comparison.frames.push_back({colourError(a, b), alphaError(a, b), ssim(a, b, kFrameWidth)});
         more = shown.next(a);
     }
+    if (source.sampling) {
+        comparison.sampling = source.sampling();
+    }
     if (comparison.frames.empty()) {
         throw ToolError("there is no frame to compare");
     }
@@ -72,6 +75,11 @@ void printText(const Comparison& comparison, bool brief) {
     if (comparison.alpha) {
         std::printf("alpha: PSNR %s\n", decibels(comparison.alphaPsnr(), 2).c_str());
     }
+    if (comparison.sampling) {
+        std::printf("pictures of the source: %d, %d of them left out, %d shown more than once\n",
+                    comparison.sampling->pictures, comparison.sampling->leftOut,
+                    comparison.sampling->repeated);
+    }
 }
 
 using Json = nlohmann::ordered_json;
@@ -95,6 +103,11 @@ void printJson(const Comparison& comparison) {
               {"worstFrame", comparison.worstFrame()}};
     if (comparison.alpha) {
         json["alphaPsnr"] = psnrJson(comparison.alphaPsnr());
+    }
+    if (comparison.sampling) {
+        json["source"] = {{"pictures", comparison.sampling->pictures},
+                          {"leftOut", comparison.sampling->leftOut},
+                          {"repeated", comparison.sampling->repeated}};
     }
     json["byFrame"] = std::move(frames);
     std::puts(json.dump(2).c_str());
@@ -122,6 +135,7 @@ void addDiff(CLI::App& app, int& status) {
         ->option_text("RATE");
     addFit(*command, options->fit, "how the source was fitted (default cover)")
         ->option_text("cover|contain|stretch|whole");
+    addLookOptions(*command, options->source.look);
     command->add_flag("--brief", options->brief, "only the line for the whole clip");
     command->add_flag("--json", options->json, "as a JSON object");
     command->footer(

@@ -46,6 +46,7 @@ std::vector<fs::path> outputsOf(const EncodeCommand& command) {
         if (!fs::is_directory(folder, ignored)) {
             throw ToolError("cannot write " + command.output + ": no folder " + folder.string());
         }
+        checkWritable(command.output);
         if (fs::path(command.output).extension() != ".m19") {
             std::fprintf(stderr, "velmora-clip: warning: only names that end in .m19 are played\n");
         }

@@ -41,6 +41,9 @@ void addEncodeOptions(CLI::App& command, EncodeArguments& arguments);
 // The option --fit.
 CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::string& help);
 
+// The options that frame, colour and filter.
+void addLookOptions(CLI::App& command, Look& look);
+
 // Throws CLI::ValidationError where options do not go together.
 EncodeSettings settingsOf(const EncodeArguments& arguments);
 

@@ -213,6 +213,7 @@ CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::strin
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments) {
     arguments.settings.workers = defaultWorkers();
     addPictureOptions(command, arguments);
+    addLookOptions(command, arguments.settings.look);
     addCodingOptions(command, arguments);
 }
 
@@ -228,6 +229,9 @@ EncodeSettings settingsOf(const EncodeArguments& arguments) {
     settings.quality = arguments.quality.value_or(graphics ? kBestQuality : kDefaultQuality);
     if (settings.loop.kind == LoopKind::BEST && settings.longInput == LongInput::SPLIT) {
         throw CLI::ValidationError("--loop best", "makes one clip, --long split several");
+    }
+    if (settings.loop.kind != LoopKind::NONE && settings.look.fades()) {
+        throw CLI::ValidationError("--loop", "leaves no beginning and end to fade");
     }
     return settings;
 }
@@ -264,7 +268,7 @@ std::string fingerprint(const EncodeSettings& settings) {
                   settings.dither ? 1 : 0, settings.denoise.value_or(-1),
                   static_cast<long long>(settings.records), static_cast<long long>(settings.bytes),
                   settings.partial ? 1 : 0);
-    return text;
+    return text + textOf(settings.look);
 }
 
 size_t encodeInOrder(

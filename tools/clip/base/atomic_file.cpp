@@ -42,8 +42,12 @@ private:
     int descriptor_;
 };
 
-// A folder cannot be replaced; a device or a pipe could, and would be gone.
-void checkReplaceable(const fs::path& path) {
+// The file that a link leads to is written, and the link stays. A folder cannot be replaced; a
+// device or a pipe could, and would be gone.
+fs::path targetOf(const fs::path& path) {
+    if (path == "-") {
+        throw ToolError("cannot write to -: name a file; it gets its name when it is whole");
+    }
     std::error_code ignored;
     const fs::file_status status = fs::status(path, ignored);
     if (fs::is_directory(status)) {
@@ -52,19 +56,24 @@ void checkReplaceable(const fs::path& path) {
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         throw ToolError("cannot write " + path.string() + ": it is no ordinary file");
     }
+    fs::path target = path;
+    if (!files::followLinks(target)) {
+        fail("write", path);
+    }
+    return target;
 }
 
 }  // namespace
 
 PendingFile::PendingFile(const fs::path& path, std::span<const uint8_t> bytes) {
-    checkReplaceable(path);
-    if (!file_.createBeside(path) || !file_.write(bytes, stopIfInterrupted) || !file_.finish()) {
+    if (!file_.createBeside(targetOf(path)) || !file_.write(bytes, stopIfInterrupted) ||
+        !file_.finish()) {
         fail("write", path);
     }
 }
 
 void PendingFile::commit(const fs::path& path) {
-    if (!file_.commit(path)) {
+    if (!file_.commit(targetOf(path))) {
         fail("write", path);
     }
 }
@@ -93,9 +102,8 @@ FolderInMaking::~FolderInMaking() {
 }
 
 void checkWritable(const fs::path& path) {
-    checkReplaceable(path);
     std::error_code ignored;
-    fs::path folder = folderOf(path);
+    fs::path folder = folderOf(targetOf(path));
     while (!folder.empty() && !fs::exists(folder, ignored)) {
         folder = folder.parent_path();
     }

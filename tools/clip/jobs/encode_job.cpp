@@ -192,7 +192,7 @@ void Job::feedCrossfade(ClipEncoder& encoder, int part) {
 }
 
 std::string Job::noteOf(int given) const {
-    std::string note;
+    std::string note = source_.note();
     if (plan_.seam) {
         const double fps = plan_.source.fps;
         const double from = settings_.start + plan_.seam->begin / fps;

@@ -44,6 +44,7 @@ struct EncodeSettings {
     LoopSettings loop;
     AlphaFrom alpha = AlphaFrom::SOURCE;
     Colour key;  // AlphaFrom::COLOUR
+    Look look = {};
     Content content = Content::MIXED;
     int quality = kDefaultQuality;
     bool dither = false;

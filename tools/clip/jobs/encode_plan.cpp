@@ -30,6 +30,7 @@ SourceOptions sourceOptions(const std::string& input, const EncodeSettings& sett
     source.nearest = settings.nearest;
     source.alpha = settings.alpha != AlphaFrom::NONE;
     source.threads = settings.workers;
+    source.look = settings.look;
     if (settings.longInput == LongInput::CUT) {
         source.limit = framesTaken(settings.loop);
     }
@@ -96,7 +97,7 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
     const bool best = settings.loop.kind == LoopKind::BEST;
     const SurveyWishes wishes{
         .alpha = settings.alpha == AlphaFrom::SOURCE,
-        .length = settings.loop.kind == LoopKind::CROSSFADE,
+        .length = settings.loop.kind == LoopKind::CROSSFADE || settings.look.fadeOut > 0,
         .pictures = best,
     };
     if (!wishes.alpha && !wishes.length && !wishes.pictures) {
@@ -108,6 +109,7 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
     }
     if (wishes.length || wishes.pictures) {
         plan.frames = survey.frames;
+        plan.source.length = survey.frames / plan.source.fps;
     }
     if (best) {
         plan.seam = findSeam(survey.pictures);

@@ -29,16 +29,19 @@ Feed videoFeed(const SourceOptions& options) {
     settings.duration = options.duration;
     settings.fps = options.fps;
     settings.fit = options.fit;
+    settings.look = options.look;
     settings.alpha = options.alpha ? AlphaFrom::SOURCE : AlphaFrom::NONE;
     const SourceOptions planned = planEncode(options.path, settings).source;
     const auto source = std::make_shared<VideoSource>(planned);
-    return {kFrameHeight, planned.alpha, [source](std::vector<uint8_t>& rgba) {
+    return {kFrameHeight, planned.alpha,
+            [source](std::vector<uint8_t>& rgba) {
                 if (!source->step()) {
                     return false;
                 }
                 rgba = source->picture();
                 return true;
-            }};
+            },
+            [source] { return source->sampling(); }};
 }
 
 void blackenHidden(std::vector<uint8_t>& rgba) {

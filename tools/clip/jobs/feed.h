@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "tools/clip/media/source.h"
@@ -17,6 +18,7 @@ struct Feed {
     int height = 0;
     bool alpha = false;
     std::function<bool(std::vector<uint8_t>&)> next;  // false at the end
+    std::function<Sampling()> sampling = nullptr;     // so far; a clip has none
 };
 
 // `onStage`: rounded to the colours that the stage can show; a clip has these already.

@@ -37,6 +37,24 @@ int64_t durationOf(const AVFrame& frame) {
 #endif
 }
 
+// A codec that holds whole pictures only leaves it to the container to tell that they are
+// interlaced.
+void markInterlaced(AVFrame& picture, const AVCodecParameters& facts) {
+    const AVCodecDescriptor* codec = avcodec_descriptor_get(facts.codec_id);
+    const bool intra = codec != nullptr && (codec->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
+    const bool topFirst = facts.field_order == AV_FIELD_TT || facts.field_order == AV_FIELD_BT;
+    const bool bottomFirst = facts.field_order == AV_FIELD_BB || facts.field_order == AV_FIELD_TB;
+    if (!intra || !(topFirst || bottomFirst)) {
+        return;
+    }
+#if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(58, 7, 100)
+    picture.flags |= AV_FRAME_FLAG_INTERLACED | (topFirst ? AV_FRAME_FLAG_TOP_FIELD_FIRST : 0);
+#else
+    picture.interlaced_frame = 1;
+    picture.top_field_first = topFirst ? 1 : 0;
+#endif
+}
+
 // The alpha of a VP8 or VP9 stream is a second picture that only this decoder puts together.
 const AVCodec* alphaDecoder(const AVStream& stream) {
     const AVDictionaryEntry* mode =
@@ -204,6 +222,9 @@ bool Decoder::next(TimedFrame& frame) {
             const bool broken = (frame.picture->flags & AV_FRAME_FLAG_CORRUPT) != 0 ||
                                 frame.picture->decode_error_flags != 0;
             damaged_ += broken ? 1 : 0;
+            frame.picture->sample_aspect_ratio =
+                av_guess_sample_aspect_ratio(format_.get(), stream_, frame.picture.get());
+            markInterlaced(*frame.picture, *stream_->codecpar);
             setTimes(frame);
             return true;
         }
@@ -233,11 +254,6 @@ void Decoder::setTimes(TimedFrame& frame) {
         frame.time = sinceFirst(static_cast<double>(picture.best_effort_timestamp), *stream_);
     }
     expectedTime_ = frame.time + frame.duration;
-}
-
-double Decoder::pixelAspect(AVFrame* picture) const {
-    const AVRational aspect = av_guess_sample_aspect_ratio(format_.get(), stream_, picture);
-    return aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1.0;
 }
 
 double Decoder::seconds() const {

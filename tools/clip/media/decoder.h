@@ -31,10 +31,9 @@ class Decoder {
 public:
     explicit Decoder(const DecoderOptions& options);
 
-    // The next picture; false at the end.
+    // The next picture, which names the shape of its pixels; false at the end.
     bool next(TimedFrame& frame);
 
-    double pixelAspect(AVFrame* picture) const;
     int turns() const { return turns_; }  // quarter turns clockwise that make the picture upright
     double seconds() const;               // of the whole stream; 0 when the file does not tell
     int damaged() const { return damaged_; }

@@ -30,6 +30,20 @@ bool isThere(const std::string& path) {
     return std::filesystem::exists(path, ignored);
 }
 
+void checkReadable(const std::string& path) {
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    if (std::filesystem::is_directory(status)) {
+        throw ToolError("cannot read " + path + ": it is a folder");
+    }
+    const bool there = std::filesystem::exists(status);
+    if (there ? std::filesystem::is_fifo(status) || std::filesystem::is_character_file(status)
+              : path == "-") {
+        throw ToolError("cannot read " + path +
+                        ": films are read more than once, so save it to a file first");
+    }
+}
+
 // A colon would make FFmpeg look for a protocol in the name of a file or pattern.
 std::string addressOf(const std::string& path) {
     const bool isFile = isThere(path) || imagePattern(path);
@@ -115,10 +129,7 @@ std::string reasonOf(int error) {
 }
 
 FormatPtr openMedia(const std::string& path, double pictureFps) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        throw ToolError("cannot read " + path + ": it is a folder");
-    }
+    checkReadable(path);
     av_log_set_level(AV_LOG_QUIET);
     const std::string address = addressOf(path);
     AVDictionary* options = sequenceOptions(path, pictureFps);

@@ -1,8 +1,9 @@
 #pragma once
 // A media file opened by FFmpeg, and what its container says about the video in it.
 //
-// Pipes and patterns of numbered pictures are opened like files. FFmpeg's own log is silent; what
-// cannot be opened is thrown as ToolError, and an interrupt stops opening and all later reading.
+// Patterns of numbered pictures are opened like files, pipes are not: whoever makes a clip goes
+// through its input more than once. FFmpeg's own log is silent; what cannot be opened is thrown as
+// ToolError, and an interrupt stops opening and all later reading.
 
 #include <cstdint>
 #include <memory>

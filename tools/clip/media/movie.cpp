@@ -4,7 +4,6 @@
 
 extern "C" {
 #include <libavfilter/buffersink.h>
-#include <libavfilter/buffersrc.h>
 #include <libavutil/imgutils.h>
 #include <libavutil/opt.h>
 }
@@ -48,6 +47,10 @@ FramePtr frameOf(const Picture& picture) {
     return frame;
 }
 
+std::string sentenceOf(const MovieKind& kind) {
+    return std::string("cannot make a ") + kind.ending + " file";
+}
+
 }  // namespace
 
 const MovieKind kPng{".png", "image2pipe", "png", "format=rgb24", "format=rgba", "", true};
@@ -84,50 +87,26 @@ void MovieWriter::FreeMuxer::operator()(AVFormatContext* format) const {
 MovieWriter::MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps)
     : kind_(kind),
       frameTime_(av_inv_q(av_d2q(fps, kLargestTerm))),
-      graph_(needed(avfilter_graph_alloc())),
       packet_(needed(av_packet_alloc())) {
-    av_log_set_level(AV_LOG_QUIET);
-    openFilters(width, height, alpha && kind.keepsAlpha);
+    const char* filters = alpha && kind.keepsAlpha ? kind.alphaFilters : kind.filters;
+    graph_.emplace(*frameOf(Picture(width, height)), frameTime_, filters, sentenceOf(kind));
     openEncoder(fps);
     openFile();
 }
 
 void MovieWriter::require(int result, const char* step) const {
     if (result < 0) {
-        throw ToolError(std::string("cannot make a ") + kind_.ending + " file: " + step + ": " +
-                        reasonOf(result));
+        throw ToolError(sentenceOf(kind_) + ": " + step + ": " + reasonOf(result));
     }
-}
-
-void MovieWriter::openFilters(int width, int height, bool alpha) {
-    const std::string input = "video_size=" + std::to_string(width) + "x" + std::to_string(height) +
-                              ":pix_fmt=rgba:time_base=" + std::to_string(frameTime_.num) + "/" +
-                              std::to_string(frameTime_.den);
-    require(avfilter_graph_create_filter(&source_, avfilter_get_by_name("buffer"), "in",
-                                         input.c_str(), nullptr, graph_.get()),
-            "pictures");
-    require(avfilter_graph_create_filter(&sink_, avfilter_get_by_name("buffersink"), "out", nullptr,
-                                         nullptr, graph_.get()),
-            "pictures");
-    AVFilterInOut* begin = needed(avfilter_inout_alloc());
-    AVFilterInOut* end = needed(avfilter_inout_alloc());
-    *begin = {av_strdup("in"), source_, 0, nullptr};
-    *end = {av_strdup("out"), sink_, 0, nullptr};
-    const char* filters = alpha ? kind_.alphaFilters : kind_.filters;
-    const int result = avfilter_graph_parse_ptr(graph_.get(), filters, &end, &begin, nullptr);
-    avfilter_inout_free(&begin);
-    avfilter_inout_free(&end);
-    require(result, "filters");
-    require(avfilter_graph_config(graph_.get(), nullptr), "filters");
 }
 
 void MovieWriter::openEncoder(double fps) {
     const AVCodec* codec = avcodec_find_encoder_by_name(kind_.encoder);
     require(codec != nullptr ? 0 : AVERROR_ENCODER_NOT_FOUND, kind_.encoder);
     codec_.reset(needed(avcodec_alloc_context3(codec)));
-    codec_->width = av_buffersink_get_w(sink_);
-    codec_->height = av_buffersink_get_h(sink_);
-    codec_->pix_fmt = static_cast<AVPixelFormat>(av_buffersink_get_format(sink_));
+    codec_->width = av_buffersink_get_w(graph_->sink());
+    codec_->height = av_buffersink_get_h(graph_->sink());
+    codec_->pix_fmt = static_cast<AVPixelFormat>(av_buffersink_get_format(graph_->sink()));
     codec_->time_base = frameTime_;
     codec_->framerate = av_d2q(fps, kLargestTerm);
     codec_->sample_aspect_ratio = {1, 1};
@@ -158,18 +137,16 @@ void MovieWriter::add(const Picture& picture) {
     stopIfInterrupted();
     const FramePtr frame = frameOf(picture);
     frame->pts = added_++;
-    require(av_buffersrc_add_frame(source_, frame.get()), "filters");
+    graph_->push(frame.get());
     drainFilters();
 }
 
 void MovieWriter::drainFilters() {
     for (;;) {
         const FramePtr frame = newFrame();
-        const int result = av_buffersink_get_frame(sink_, frame.get());
-        if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) {
+        if (!graph_->pull(*frame)) {
             return;
         }
-        require(result, "filters");
         frame->pict_type = AV_PICTURE_TYPE_NONE;
         encode(frame.get());
     }
@@ -197,7 +174,7 @@ void MovieWriter::encode(const AVFrame* frame) {
 }
 
 std::vector<uint8_t> MovieWriter::finish() {
-    require(av_buffersrc_add_frame(source_, nullptr), "filters");
+    graph_->push(nullptr);
     drainFilters();
     encode(nullptr);
     require(av_write_trailer(muxer_.get()), kind_.muxer);

@@ -6,15 +6,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/clip/media/decoder.h"
+#include "tools/clip/media/filter_graph.h"
 #include "tools/clip/media/picture.h"
-
-extern "C" {
-#include <libavfilter/avfilter.h>
-}
 
 namespace maker {
 
@@ -47,7 +45,6 @@ private:
         void operator()(AVFormatContext* format) const;
     };
 
-    void openFilters(int width, int height, bool alpha);
     void openEncoder(double fps);
     void openFile();
     void drainFilters();
@@ -56,9 +53,7 @@ private:
 
     const MovieKind& kind_;
     AVRational frameTime_;
-    AvPtr<AVFilterGraph, avfilter_graph_free> graph_;
-    AVFilterContext* source_ = nullptr;
-    AVFilterContext* sink_ = nullptr;
+    std::optional<FilterGraph> graph_;
     CodecPtr codec_;
     std::unique_ptr<AVFormatContext, FreeMuxer> muxer_;
     AVStream* stream_ = nullptr;

@@ -55,11 +55,11 @@ bool fullRange(const AVFrame& picture) {
     }
 }
 
-int matrixOf(const AVFrame& picture) {
-    if (picture.colorspace == AVCOL_SPC_UNSPECIFIED) {
-        return picture.height >= kHdLines ? SWS_CS_ITU709 : SWS_CS_DEFAULT;
+// A picture that names no matrix has that of its size, which it must name before it is cut.
+void nameMatrix(AVFrame& picture) {
+    if (picture.colorspace == AVCOL_SPC_UNSPECIFIED && picture.height >= kHdLines) {
+        picture.colorspace = AVCOL_SPC_BT709;
     }
-    return picture.colorspace;
 }
 
 struct Pixel {
@@ -84,6 +84,16 @@ Pixel turnedFrom(int x, int y, int turns, int width, int height) {
 int rounded(double value) {
     return static_cast<int>(std::lround(value));
 }
+
+// How far the pixels of a side that is cut are to be cut at its beginning and its end.
+struct Cut {
+    size_t before;
+    size_t after;
+
+    Cut(int all, int kept, double place)
+        : before(static_cast<size_t>(rounded((all - kept) * place))),
+          after(static_cast<size_t>(all - kept) - before) {}
+};
 
 FitPlan planCover(int width, int height, double pixelAspect) {
     FitPlan plan{0, 0, kFrameWidth, kFrameHeight, 0, 0};
@@ -154,7 +164,7 @@ void Scaler::convert(const AVFrame& picture, int width, int height, Image& to) {
     to.resize(width, height);
     prepare(toRgba_, picture.width, picture.height, static_cast<AVPixelFormat>(picture.format), to);
     constexpr int kPlain = 1 << 16;  // contrast and saturation unchanged
-    const int* matrix = sws_getCoefficients(matrixOf(picture));
+    const int* matrix = sws_getCoefficients(picture.colorspace);
     sws_setColorspaceDetails(toRgba_.get(), matrix, fullRange(picture) ? 1 : 0, matrix, 1, 0,
                              kPlain, kPlain);
     uint8_t* const planes[] = {to.rgba.data(), nullptr, nullptr, nullptr};
@@ -224,18 +234,35 @@ void Scaler::place(const Image& image, int turns, const FitPlan& plan, std::vect
     }
 }
 
-void Scaler::render(AVFrame& picture, double pixelAspect, int turns, std::vector<uint8_t>& rgba) {
+// A zoom takes a part of the picture, of which the fit may cut off more.
+FitPlan Scaler::planAndCut(AVFrame& picture, int turns) const {
     const bool sideways = turns % 2 != 0;
-    const FitPlan plan = sideways
-                             ? planFit(picture.height, picture.width, 1 / pixelAspect, options_.fit)
-                             : planFit(picture.width, picture.height, pixelAspect, options_.fit);
-    const size_t cutX = static_cast<size_t>(sideways ? plan.cutY : plan.cutX);
-    const size_t cutY = static_cast<size_t>(sideways ? plan.cutX : plan.cutY);
-    picture.crop_left = picture.crop_right = cutX;
-    picture.crop_top = picture.crop_bottom = cutY;
+    const int width = sideways ? picture.height : picture.width;
+    const int height = sideways ? picture.width : picture.height;
+    const AVRational named = picture.sample_aspect_ratio;
+    const double aspect = named.num > 0 && named.den > 0 ? av_q2d(named) : 1.0;
+    const int inWidth = std::max(rounded(width / options_.look.zoom), 1);
+    const int inHeight = std::max(rounded(height / options_.look.zoom), 1);
+    const FitPlan plan = planFit(inWidth, inHeight, sideways ? 1 / aspect : aspect, options_.fit);
+    const Cut across(width, inWidth - 2 * plan.cutX, options_.look.across);
+    const Cut down(height, inHeight - 2 * plan.cutY, options_.look.down);
+    // Clockwise from the left, as shown; a turn moves each side on by one.
+    const size_t shown[] = {across.before, down.before, across.after, down.after};
+    const auto cutAt = [&shown, turns](int side) { return shown[(side + turns) % 4]; };
+    nameMatrix(picture);
+    picture.crop_left = cutAt(0);
+    picture.crop_top = cutAt(1);
+    picture.crop_right = cutAt(2);
+    picture.crop_bottom = cutAt(3);
     if (av_frame_apply_cropping(&picture, AV_FRAME_CROP_UNALIGNED) < 0) {
         fail("cut");
     }
+    return plan;
+}
+
+void Scaler::render(AVFrame& picture, int turns, std::vector<uint8_t>& rgba) {
+    const bool sideways = turns % 2 != 0;
+    const FitPlan plan = planAndCut(picture, turns);
     const int width = sideways ? plan.height : plan.width;
     const int height = sideways ? plan.width : plan.height;
     if (options_.nearest) {

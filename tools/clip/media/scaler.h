@@ -15,6 +15,7 @@ extern "C" {
 }
 
 #include "tools/clip/media/decoder.h"
+#include "tools/clip/media/look.h"
 
 namespace maker {
 
@@ -23,7 +24,7 @@ namespace maker {
 // Sizes are those of the picture as displayed, after turning it upright. The plan first cuts the
 // source, then scales what is left and places it.
 enum class Fit {
-    COVER,    // fill the frame, cut what is too much, equally on both sides
+    COVER,    // fill the frame, cut what is too much
     CONTAIN,  // show the whole source, bars on two sides
     STRETCH,  // fill the frame, ignore the source's proportions
     WHOLE,    // the largest whole multiple of the source that fits, or a whole part of it, centred
@@ -48,6 +49,7 @@ struct FreeScaler {
 struct ScalerOptions {
     std::string path;  // of the source, for errors
     Fit fit = Fit::COVER;
+    Look look = {};
     bool alpha = false;    // keep alpha and make bars transparent; else everything lies over black
     bool nearest = false;  // every pixel of the frame is a pixel of the source, unmixed
 };
@@ -57,7 +59,7 @@ public:
     explicit Scaler(const ScalerOptions& options) : options_(options) {}
 
     // Writes 640 x 360 x 4 bytes. The picture is cut in place. `turns` are clockwise quarter turns.
-    void render(AVFrame& picture, double pixelAspect, int turns, std::vector<uint8_t>& rgba);
+    void render(AVFrame& picture, int turns, std::vector<uint8_t>& rgba);
 
     // Whether any pixel of the picture is not opaque.
     bool seesThrough(const AVFrame& picture);
@@ -83,6 +85,7 @@ private:
     void scaleNearest(const AVFrame& picture, int width, int height);
     void prepare(ContextPtr& context, int width, int height, AVPixelFormat format,
                  const Image& to) const;
+    FitPlan planAndCut(AVFrame& picture, int turns) const;
     [[noreturn]] void fail(const char* what) const;
     void place(const Image& image, int turns, const FitPlan& plan, std::vector<uint8_t>& rgba);
 

@@ -2,7 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
+
+extern "C" {
+#include <libavutil/imgutils.h>
+}
+
+#include "common/limits.h"
 
 #include "tools/clip/base/errors.h"
 #include "tools/clip/media/image_sequence.h"
@@ -20,18 +27,24 @@ double pictureFps(const SourceOptions& options) {
     return options.pictureFps > 0 ? options.pictureFps : options.fps;
 }
 
-// Part of a clip frame that rounded timestamps may be early or late.
-constexpr double kSlack = 1e-3;
+// How late a timestamp may be and still count as on time. Matroska and others round to whole
+// milliseconds; that moves nothing by more than a tenth of a frame at any rate.
+constexpr double kRounding = 0.6e-3;  // seconds
+constexpr double kMostSlack = 0.1;    // of a frame
+
+constexpr int kLargestTerm = 100000;  // of the frame rate as a fraction
 
 }  // namespace
 
 VideoSource::VideoSource(const SourceOptions& options)
     : options_(options),
-      decoder_({options.path, options.start, pictureFps(options), options.threads}),
-      scaler_(
-          {options.path, options.fit, options.alpha, options.nearest || options.fit == Fit::WHOLE}),
+      film_({options.path, options.start, pictureFps(options), options.threads}, options.look,
+            options.fps),
+      scaler_({options.path, options.fit, options.look, options.alpha,
+               options.nearest || options.fit == Fit::WHOLE}),
       pacer_(options.fps, frameLimit(options)) {
-    more_ = decoder_.next(upcoming_);
+    frameFilters_ = frameFilters(options.look, options.length);
+    more_ = film_.next(upcoming_);
     if (!more_) {
         throw ToolError("cannot read " + options.path + ": no picture could be decoded");
     }
@@ -39,13 +52,12 @@ VideoSource::VideoSource(const SourceOptions& options)
 }
 
 int VideoSource::expectedFrames() const {
-    const double seconds = decoder_.seconds() - options_.start;
+    const double seconds = film_.decoder().seconds() * options_.look.slow - options_.start;
     return framesFor(seconds, options_.fps, frameLimit(options_));
 }
 
 // Moves on to the next source picture and finds how many clip frames show it; false at the end.
 bool VideoSource::advance() {
-    stopIfInterrupted();
     if (!more_ || pacer_.finished()) {
         return false;
     }
@@ -53,7 +65,7 @@ bool VideoSource::advance() {
     current_ = std::move(upcoming_);
     upcoming_ = {};
     drawn_ = false;
-    more_ = decoder_.next(upcoming_);
+    more_ = film_.next(upcoming_);
     double until = more_ ? upcoming_.time : current_.time + current_.duration;
     if (!more_ && alone_) {
         // One single picture: its own duration means nothing.
@@ -61,16 +73,26 @@ bool VideoSource::advance() {
     }
     until_ = std::max(until - options_.start, 0.0);
     pending_ = pacer_.due(until_);
+    count();
     return true;
 }
 
+void VideoSource::count() {
+    const bool beforeStart = until_ <= kRounding;
+    sampling_.pictures += beforeStart ? 0 : 1;
+    sampling_.leftOut += !beforeStart && pending_ == 0 ? 1 : 0;
+    sampling_.repeated += pending_ > 1 ? 1 : 0;
+}
+
 bool VideoSource::step() {
+    stopIfInterrupted();
     while (pending_ == 0) {
         if (!advance()) {
             return false;
         }
     }
     --pending_;
+    ++index_;
     return true;
 }
 
@@ -80,11 +102,44 @@ bool VideoSource::goesOn() const {
 
 const std::vector<uint8_t>& VideoSource::picture() {
     if (!drawn_) {
-        AVFrame& picture = *current_.picture;
-        scaler_.render(picture, decoder_.pixelAspect(&picture), decoder_.turns(), picture_);
+        scaler_.render(*current_.picture, film_.turns(), scaled_);
+        finished_ = -1;
         drawn_ = true;
     }
+    if (frameFilters_.empty()) {
+        return scaled_;
+    }
+    if (finished_ < 0 || (options_.look.fades() && finished_ != index_)) {
+        finishFrame();
+        finished_ = index_;
+    }
     return picture_;
+}
+
+// The filters are given one frame and give one back.
+void VideoSource::finishFrame() {
+    const FramePtr in = newFrame();
+    in->width = kFrameWidth;
+    in->height = kFrameHeight;
+    in->format = AV_PIX_FMT_RGBA;
+    in->pts = index_;
+    const int pitch = kFrameWidth * 4;
+    if (av_frame_get_buffer(in.get(), 0) < 0) {
+        throw std::bad_alloc();
+    }
+    av_image_copy_plane(in->data[0], in->linesize[0], scaled_.data(), pitch, pitch, kFrameHeight);
+    if (!filters_) {
+        filters_.emplace(*in, av_inv_q(av_d2q(options_.fps, kLargestTerm)),
+                         frameFilters_ + ",format=rgba", "cannot filter " + options_.path);
+    }
+    filters_->push(in.get());
+    const FramePtr out = newFrame();
+    if (!filters_->pull(*out)) {
+        throw ToolError("cannot filter " + options_.path);
+    }
+    picture_.resize(scaled_.size());
+    av_image_copy_plane(picture_.data(), pitch, out->data[0], out->linesize[0], pitch,
+                        kFrameHeight);
 }
 
 bool VideoSource::seesThrough() {
@@ -92,7 +147,8 @@ bool VideoSource::seesThrough() {
 }
 
 int framesFor(double seconds, double fps, int limit) {
-    const double frames = std::ceil(seconds * fps - kSlack);
+    const double slack = std::min(kRounding * fps, kMostSlack);
+    const double frames = std::ceil(seconds * fps - slack);
     if (!(frames > 0)) {
         return 0;
     }

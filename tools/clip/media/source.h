@@ -8,10 +8,11 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "tools/clip/media/decoder.h"
+#include "tools/clip/media/film.h"
 #include "tools/clip/media/scaler.h"
 
 namespace maker {
@@ -30,6 +31,8 @@ struct SourceOptions {
     bool nearest = false;  // scale without mixing pixels; always so for Fit::WHOLE
     bool alpha = false;    // keep transparency; else everything lies over black
     int threads = 1;       // of the decoder
+    Look look = {};
+    double length = 0;  // seconds of all frames, where the look fades out
 };
 
 // From the source's timing to the clip's: which source frame stands for each clip frame.
@@ -56,6 +59,13 @@ private:
 // Clip frames that fill `seconds`; at most `limit`.
 int framesFor(double seconds, double fps, int limit);
 
+// How the source's pictures came through the pacing.
+struct Sampling {
+    int pictures = 0;
+    int leftOut = 0;
+    int repeated = 0;  // shown by more than one clip frame
+};
+
 class VideoSource {
 public:
     explicit VideoSource(const SourceOptions& options);
@@ -75,25 +85,35 @@ public:
 
     int expectedFrames() const;                // as the file announces; 0 when it does not
     double seconds() const { return until_; }  // of the part stepped over so far
-    bool goesOn() const;                       // past the limit or the duration
-    int damaged() const { return decoder_.damaged(); }
-    std::string cutOff() const { return more_ ? "" : decoder_.cutOff(); }
+    const Sampling& sampling() const { return sampling_; }  // of that part
+    bool goesOn() const;                                    // past the limit or the duration
+    int damaged() const { return film_.decoder().damaged(); }
+    std::string cutOff() const { return more_ ? "" : film_.decoder().cutOff(); }
+    std::string note() const { return film_.note(); }
 
 private:
     bool advance();
+    void count();
+    void finishFrame();
 
     SourceOptions options_;
-    Decoder decoder_;
+    Film film_;
     Scaler scaler_;
     Pacer pacer_;
     TimedFrame current_;
     TimedFrame upcoming_;
+    Sampling sampling_;
     double until_ = 0;  // the end of current_, from the start on
     bool canSeeThrough_ = false;
     bool more_ = false;   // upcoming_ holds a picture
     bool alone_ = true;   // current_ is the first picture
     int pending_ = 0;     // frames that show current_ and are not given yet
-    bool drawn_ = false;  // picture_ shows current_
+    bool drawn_ = false;  // scaled_ shows current_
+    int index_ = -1;      // of the frame
+    int finished_ = -1;   // the frame that picture_ is
+    std::vector<uint8_t> scaled_;
+    std::string frameFilters_;
+    std::optional<FilterGraph> filters_;  // from there on
     std::vector<uint8_t> picture_;
 };
 

@@ -6,8 +6,11 @@
 // arithmetic. Windows and steps are the same (8 x 8 pixels every 4), so the values compare.
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
+
+#include "tools/clip/media/source.h"
 
 namespace maker {
 
@@ -31,7 +34,8 @@ struct FrameScore {
 
 struct Comparison {
     std::vector<FrameScore> frames;
-    bool alpha = false;  // it counts
+    bool alpha = false;                // it counts
+    std::optional<Sampling> sampling;  // of a source that is no clip
 
     double psnr() const;  // of the mean error over all frames
     double alphaPsnr() const;
