@@ -171,7 +171,8 @@ TEST(Noise, GivenByHand_IsWhatIsTaken) {
     EXPECT_EQ(made({.quality = 80, .noise = 2.0}, 3).noise, 2);
 }
 
-// From 80 on a tile that stands still shows its noise more and more often, at the end in every frame.
+// From 80 on a tile that stands still shows its noise more and more often, at the end in every
+// frame.
 TEST(Noise, TowardsExactness_MoreAndMoreIsShown) {
     size_t before = pixelsThatChange(made({.quality = 80}, 3));
     for (const int quality : {86, 92, 98}) {

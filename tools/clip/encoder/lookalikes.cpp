@@ -48,6 +48,26 @@ size_t shelfOf(const std::array<int32_t, kCorners>& levels, uint32_t alpha) {
     return (key * 2654435761U) >> (32 - kShelfBits);
 }
 
+// Each corner at its own level, or at the one next to it, as the bits of `probe` say.
+std::array<int32_t, kCorners> levelsNear(const std::array<int32_t, kCorners>& sums, int probe) {
+    std::array<int32_t, kCorners> levels;
+    for (size_t i = 0; i < kCorners; ++i) {
+        const int32_t next = sums[i] % kStep < kStep / 2 ? -1 : 1;
+        levels[i] = sums[i] / kStep + ((probe >> i & 1) != 0 ? next : 0);
+    }
+    return levels;
+}
+
+int64_t squaredDifference(const std::array<int32_t, kCorners>& a,
+                          const std::array<int32_t, kCorners>& b) {
+    int64_t sum = 0;
+    for (size_t i = 0; i < kCorners; ++i) {
+        const int64_t difference = a[i] - b[i];
+        sum += difference * difference;
+    }
+    return sum;
+}
+
 }  // namespace
 
 struct Lookalikes::Search {
@@ -72,8 +92,7 @@ Lookalikes::CornerSums Lookalikes::sumsOf(const ColourPlanes& colours) {
 }
 
 void Lookalikes::lookAlong(size_t walk, Search& search) const {
-    constexpr int kProbes =
-        1 << kCorners;  // each corner at its own level, or at the one next to it
+    constexpr int kProbes = 1 << kCorners;
     constexpr int64_t kSquaredWeights = 16 * (1 + 4 + 1);
     CornerSums sums;
     for (size_t i = 0; i < kCorners; ++i) {
@@ -82,19 +101,9 @@ void Lookalikes::lookAlong(size_t walk, Search& search) const {
     ColourPlanes turned;
     bool isTurned = false;
     for (int probe = 0; probe < kProbes; ++probe) {
-        CornerSums levels;
-        for (size_t i = 0; i < kCorners; ++i) {
-            const int32_t next = sums[i] % kStep < kStep / 2 ? -1 : 1;
-            levels[i] = sums[i] / kStep + ((probe >> i & 1) != 0 ? next : 0);
-        }
-        for (const Place& place : shelves_[shelfOf(levels, search.alpha)]) {
+        for (const Place& place : shelves_[shelfOf(levelsNear(sums, probe), search.alpha)]) {
             // No picture is nearer than its corners are.
-            int64_t apart = 0;
-            for (size_t i = 0; i < kCorners; ++i) {
-                const int64_t difference = place.sums[i] - sums[i];
-                apart += difference * difference;
-            }
-            if (apart >= search.limit * kSquaredWeights) {
+            if (squaredDifference(place.sums, sums) >= search.limit * kSquaredWeights) {
                 continue;
             }
             if (!isTurned) {
