@@ -74,10 +74,13 @@ TEST_F(Commands, Encode_SplitKeepsPartsAndNamesThoseOfALongerRun) {
 }
 
 TEST_F(Commands, Encode_NameThatIsTooLongIsRefusedAtOnce) {
-    const std::string name(252, 'n');
+    const std::string name(252, 'n');  // of 255 bytes, ".m19" among them
     const Outcome outcome = tool("encode missing.mkv -o " + name + ".m19");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, "velmora-clip: cannot write " + name + ".m19: the name is too long\n");
+    EXPECT_EQ(outcome.err, "velmora-clip: cannot write " + name + ".m19: File name too long\n");
+    const std::string split(250, 'n');
+    EXPECT_EQ(tool("encode missing.mkv --long split -o " + split + ".m19").err,
+              "velmora-clip: cannot write " + split + "-10.m19: File name too long\n");
 }
 
 // A picture each second; the clip begins at the 63rd.

@@ -1,7 +1,6 @@
 #include "tools/clip/jobs/encode_job.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 #include <deque>
 #include <optional>
@@ -41,13 +40,6 @@ std::vector<fs::path> partsFrom(const fs::path& output, size_t number) {
         parts.push_back(part);
     }
     return parts;
-}
-
-// Whoever makes a file with such a name would be told at the end of the work.
-void checkLength(const fs::path& output) {
-    if (output.filename().native().size() > NAME_MAX || output.native().size() >= PATH_MAX) {
-        throw ToolError("cannot write " + output.string() + ": the name is too long");
-    }
 }
 
 void addNote(std::string& notes, const std::string& note) {
@@ -345,8 +337,8 @@ EncodeReport encodeFile(const std::string& input, const fs::path& output,
     if (fs::equivalent(input, output, ignored)) {
         throw ToolError("the output " + output.string() + " is the input");
     }
-    checkLength(settings.longInput == LongInput::SPLIT ? numbered(output, 10) : output);
-    checkWritable(output);
+    // Numbers may make a name too long.
+    checkWritable(settings.longInput == LongInput::SPLIT ? numbered(output, 10) : output);
     return Job(input, output, settings, events).run();
 }
 
