@@ -92,9 +92,9 @@ void appendFourRuns(const Run* runs, int count, const PaletteIndex& palette,
     const int used = fourPieces(runs, count, pieces);
     assert(used >= 2);
     const bool indexed = allIndexed(runs, count, palette);
-    int header = indexed ? clip::kFourRunsPaletteBit : 0;
+    unsigned header = indexed ? clip::kFourRunsPaletteBit : 0;
     for (int i = 0; i < std::min(used, 3); ++i) {
-        header |= (pieces[i].length - 1) << (5 * i);
+        header |= static_cast<unsigned>(pieces[i].length - 1) << (5 * i);
     }
     append16(out, header);
     for (int i = 0; i < used; ++i) {
