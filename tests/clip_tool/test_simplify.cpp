@@ -122,19 +122,25 @@ TEST(Holds, Order_IsByFrameThenPosition) {
     EXPECT_EQ(holds[2].from, 1);
 }
 
+std::vector<maker::FittedRun> fittedRuns(const SourceTile& tile, double price) {
+    const maker::RunFits fits({tile.colours, grey(0).colours}, price);
+    maker::FittedRuns runs;
+    const size_t count = fits.take(0, runs);
+    return {runs.begin(), runs.begin() + static_cast<long>(count)};
+}
+
 // 10 pixels of one grey, 54 of another: two colours, the second in runs of at most 16.
 TEST(RunFit, CleanEdge_IsFoundExactly) {
     SourceTile tile = grey(40);
     for (auto& plane : tile.colours) {
         std::fill(plane.begin() + 10, plane.end(), uint8_t{200});
     }
-    maker::RunFit fit;
-    maker::fitRuns(tile.colours, 100, fit);
-    ASSERT_EQ(fit.count, 5);  // 10, and 54 = 16 + 16 + 16 + 6 in some order
-    EXPECT_EQ(fit.runs[0].length, 10);
-    EXPECT_EQ(fit.runs[0].colour, (std::array<int, 3>{40, 40, 40}));
-    EXPECT_EQ(fit.runs[4].colour, (std::array<int, 3>{200, 200, 200}));
-    EXPECT_EQ(fit.runs[4].from + fit.runs[4].length, 64);
+    const std::vector<maker::FittedRun> runs = fittedRuns(tile, 100);
+    ASSERT_EQ(runs.size(), 5u);  // 10, and 54 = 16 + 16 + 16 + 6 in some order
+    EXPECT_EQ(runs[0].length, 10);
+    EXPECT_EQ(runs[0].colour, (std::array<int, 3>{40, 40, 40}));
+    EXPECT_EQ(runs[4].colour, (std::array<int, 3>{200, 200, 200}));
+    EXPECT_EQ(runs[4].from + runs[4].length, 64);
 }
 
 // Every second pixel differs by 2 from the next in three channels: joining two costs 3 x 2 x 1.
@@ -145,13 +151,21 @@ TEST(RunFit, Price_DecidesWhatIsJoined) {
             plane[i] = 102;
         }
     }
-    maker::RunFit fit;
-    maker::fitRuns(tile.colours, 2, fit);
-    EXPECT_EQ(fit.count, 64);
-    maker::fitRuns(tile.colours, 60, fit);
-    EXPECT_EQ(fit.count, 4);
-    EXPECT_EQ(fit.runs[1].from, 16);
-    EXPECT_EQ(fit.runs[1].colour, (std::array<int, 3>{101, 101, 101}));
+    EXPECT_EQ(fittedRuns(tile, 2).size(), 64u);
+    const std::vector<maker::FittedRun> joined = fittedRuns(tile, 60);
+    ASSERT_EQ(joined.size(), 4u);
+    EXPECT_EQ(joined[1].from, 16);
+    EXPECT_EQ(joined[1].colour, (std::array<int, 3>{101, 101, 101}));
+}
+
+// Four runs cost their price, and so does a fifth for a pixel that differs by more.
+TEST(RunFit, SecondSequence_HasItsOwnCost) {
+    const maker::RunFits fits({grey(0).colours, grey(255).colours}, 50);
+    EXPECT_EQ(fits.cost(0), 200);
+    EXPECT_EQ(fits.cost(1), 200);
+    SourceTile edge = grey(40);
+    edge.colours[0][0] = 90;
+    EXPECT_EQ(maker::RunFits({grey(0).colours, edge.colours}, 50).cost(1), 250);
 }
 
 TEST(RunFit, DearestPrice_StillCoversTheTile) {
@@ -162,13 +176,12 @@ TEST(RunFit, DearestPrice_StillCoversTheTile) {
             value = random.below(2) == 0 ? 0 : 255;  // the largest errors there are
         }
     }
-    maker::RunFit fit;
-    maker::fitRuns(tile.colours, std::numeric_limits<float>::max(), fit);
-    ASSERT_EQ(fit.count, 4);
+    const std::vector<maker::FittedRun> runs = fittedRuns(tile, 1e30);
+    ASSERT_EQ(runs.size(), 4u);
     int next = 0;
-    for (int r = 0; r < fit.count; ++r) {
-        EXPECT_EQ(fit.runs[static_cast<size_t>(r)].from, next);
-        next += fit.runs[static_cast<size_t>(r)].length;
+    for (const maker::FittedRun& run : runs) {
+        EXPECT_EQ(run.from, next);
+        next += run.length;
     }
     EXPECT_EQ(next, 64);
 }

@@ -111,22 +111,22 @@ CodedBlock codeAt(const SourceBlock& block, const Rate& rate) {
     return codeTiles(block, simplifier.show(), &simplifier.palette());
 }
 
-// A block of more records than the limit is coded at a higher price, all of it alike. Where alpha
-// alone takes that many, the dearest stays.
-CodedBlock codeDearer(const SourceBlock& block, const Rate& rate, const CodingPlan& plan) {
+// A block of so many records, which is more than the limit, is coded at a higher price, all of it
+// alike. Where alpha alone takes that many, the dearest stays.
+CodedBlock codeDearer(const SourceBlock& block, const Rate& rate, const CodingPlan& plan,
+                      size_t records) {
     const SourceBlock sample = sampleOf(block);
-    const double limit = static_cast<double>(plan.mostRecords) /
-                         static_cast<double>(block.tiles.size()) *
-                         static_cast<double>(sample.tiles.size());
-    PriceSearch search([&](double price) {
-        const CodedBlock coded = codeAt(sample, rate.times(price));
-        return static_cast<double>(coded.set.records.size()) / limit;
-    });
+    const auto recordsAt = [&](double price) {
+        return static_cast<double>(codeAt(sample, rate.forFewerRecords(price)).set.records.size());
+    };
+    // In a sample less looks alike: it counts by what the block took at the first price.
+    const double scale = static_cast<double>(records) / recordsAt(1) / plan.mostRecords;
+    PriceSearch search([&](double price) { return scale * recordsAt(price); });
     double price = search.find(1);
-    CodedBlock coded = codeAt(block, rate.times(price));
+    CodedBlock coded = codeAt(block, rate.forFewerRecords(price));
     for (double step = 1.2; excess(coded, plan) > 0 && price < kDearest; step *= step) {
         price *= step;  // a sample is not exact
-        coded = codeAt(block, rate.times(price));
+        coded = codeAt(block, rate.forFewerRecords(price));
     }
     return coded;
 }
@@ -135,10 +135,12 @@ CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan) {
     Rate rate = rateFor(plan);
     leaveNoiseOut(block, plan, rate);
     CodedBlock coded = codeAt(block, rate);
-    if (excess(coded, plan) > 0) {
-        coded = codeDearer(block, rate, plan);
+    const bool limited = excess(coded, plan) > 0;
+    if (limited) {
+        coded = codeDearer(block, rate, plan, coded.set.records.size());
     }
     coded.noise = rate.noise >= kNoNoise ? rate.noise : 0;
+    coded.limited = limited;
     return coded;
 }
 

@@ -42,6 +42,7 @@ struct CodedBlock {
     int frames = 0;
     double squaredError = 0;  // shown against source, all channels, scale 0 to 255
     double noise = 0;         // of the source that was not kept, its standard deviation
+    bool limited = false;     // farther from the source than the quality says, for fewer records
     bool exact = false;       // shows the source rounded to RGB565
 };
 

@@ -86,6 +86,7 @@ void ClipEncoder::write(CodedBlock coded, Coding& clip) const {
     stats.noise =
         (stats.noise * stats.frames + coded.noise * coded.frames) / (stats.frames + coded.frames);
     stats.frames += coded.frames;
+    stats.limitedBlocks += coded.limited ? 1 : 0;
     stats.exactBlocks += coded.exact ? 1 : 0;
     stats.squaredError += coded.squaredError;
     stats.samples += tiles * clip::kTilePixels * kChannels;

@@ -41,6 +41,7 @@ struct ClipStats {
     int fillers = 0;           // of the records, those that only take up a number
     double squaredError = 0;   // of every colour channel of every pixel shown, scale 0 to 255
     double samples = 0;        // channels compared
+    int limitedBlocks = 0;     // that gave up more than the quality says, for fewer records
     double noise = 0;          // of the source that was not kept, in the mean over the frames
     bool withinBudget = true;  // false: even the coarsest coding takes more
 

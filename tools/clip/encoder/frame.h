@@ -13,6 +13,8 @@
 
 namespace maker {
 
+inline constexpr int kChannels = 3;
+
 struct Frame {
     int height = 0;
     std::vector<uint16_t> pixels;  // RGB565

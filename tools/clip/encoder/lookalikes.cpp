@@ -8,7 +8,7 @@ namespace {
 
 constexpr size_t kCorners = 4;
 constexpr int kShelfBits = 14;
-constexpr int kMostComparisons = 256;  // of a search; only noise has so many pictures alike
+constexpr int kMostComparisons = 32;  // of a search; only noise has so many pictures alike
 
 // The walks that one record can always be painted along.
 constexpr std::array<uint8_t, 6> kTurns{0, 1, 2, 3, 6, 7};
@@ -58,6 +58,17 @@ std::array<int32_t, kCorners> levelsNear(const std::array<int32_t, kCorners>& su
     return levels;
 }
 
+// How far the corners of any picture on that shelf are at least, squared.
+int64_t leastDifference(const std::array<int32_t, kCorners>& sums, int probe) {
+    int64_t sum = 0;
+    for (size_t i = 0; i < kCorners; ++i) {
+        const int64_t above = sums[i] % kStep;
+        const int64_t away = above < kStep / 2 ? above + 1 : kStep - above;
+        sum += (probe >> i & 1) != 0 ? away * away : 0;
+    }
+    return sum;
+}
+
 int64_t squaredDifference(const std::array<int32_t, kCorners>& a,
                           const std::array<int32_t, kCorners>& b) {
     int64_t sum = 0;
@@ -101,6 +112,9 @@ void Lookalikes::lookAlong(size_t walk, Search& search) const {
     ColourPlanes turned;
     bool isTurned = false;
     for (int probe = 0; probe < kProbes; ++probe) {
+        if (leastDifference(sums, probe) >= search.limit * kSquaredWeights) {
+            continue;
+        }
         for (const Place& place : shelves_[shelfOf(levelsNear(sums, probe), search.alpha)]) {
             // No picture is nearer than its corners are.
             if (squaredDifference(place.sums, sums) >= search.limit * kSquaredWeights) {
@@ -114,7 +128,7 @@ void Lookalikes::lookAlong(size_t walk, Search& search) const {
                 return;
             }
             const Picture& picture = pictures_[place.picture];
-            const int64_t distance = squaredDistance(turned, picture.colours);
+            const int64_t distance = squaredDistance(turned, picture.colours, search.limit);
             if (distance < search.limit && picture.tile.alpha == search.wanted.alpha) {
                 search.limit = distance;
                 search.best = {place.picture, walk, distance};

@@ -5,6 +5,22 @@
 
 namespace maker {
 
+namespace {
+
+// Where between two prices, by their logarithms, the share will be. Shares fall about as a power
+// of the price; noise falls off a cliff, which only halving finds.
+double placeBetween(double over, double within, double share) {
+    constexpr double kCliff = 0.5;
+    constexpr double kAim = 0.97;
+    if (within < kCliff * share) {
+        return 0.5;
+    }
+    const double place = std::log(over / (kAim * share)) / std::log(over / within);
+    return std::clamp(place, 0.1, 0.9);
+}
+
+}  // namespace
+
 double PriceSearch::shareAt(double price) {
     const auto known = tried_.find(price);
     return known != tried_.end() ? known->second : tried_[price] = share_(price);
@@ -12,8 +28,11 @@ double PriceSearch::shareAt(double price) {
 
 double PriceSearch::find(double share) {
     constexpr double kStep = 8;
-    constexpr int kHalvings = 5;
+    constexpr int kTries = 6;
     constexpr double kUsed = 0.94;
+    if (shareAt(1) <= share) {
+        return 1;
+    }
     double over = 1;
     double within = kStep;
     while (shareAt(within) > share) {
@@ -23,9 +42,10 @@ double PriceSearch::find(double share) {
         over = within;
         within *= kStep;
     }
-    for (int i = 0; i < kHalvings && shareAt(within) < kUsed * share; ++i) {
-        const double middle = std::sqrt(over * within);
-        (shareAt(middle) > share ? over : within) = middle;
+    for (int i = 0; i < kTries && shareAt(within) < kUsed * share; ++i) {
+        const double place = placeBetween(shareAt(over), shareAt(within), share);
+        const double price = over * std::pow(within / over, place);
+        (shareAt(price) > share ? over : within) = price;
     }
     return within;
 }

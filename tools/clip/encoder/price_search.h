@@ -1,5 +1,5 @@
 #pragma once
-// At which price a clip or a block keeps a limit: bisection over the Lagrangian multiplier, by a
+// At which price a clip or a block keeps a limit: a search over the Lagrangian multiplier, by a
 // sample that is cheap to code.
 
 #include <functional>
@@ -15,8 +15,8 @@ public:
     // it.
     explicit PriceSearch(std::function<double(double)> share) : share_(std::move(share)) {}
 
-    // The lowest of a few prices tried at which the sample takes no more than that: nearly as much,
-    // where there is such a price. kDearest when there is none.
+    // The lowest of a few prices tried, from 1 up, at which the sample takes no more than that:
+    // nearly as much, where there is such a price. kDearest when there is none.
     double find(double share);
 
     double shareAt(double price);  // asked once a price

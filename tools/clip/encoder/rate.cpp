@@ -22,6 +22,15 @@ int Rate::visibleLimit() const {
     return static_cast<int>(std::min(limit, kLargest));
 }
 
+Rate Rate::forFewerRecords(double factor) const {
+    const double forBytes = std::sqrt(std::sqrt(factor));
+    Rate rate = *this;
+    rate.perByte *= forBytes;
+    rate.recordBytes *= factor / forBytes;
+    rate.noisePictures = std::max(1.0, noisePictures / factor);
+    return rate;
+}
+
 // A power of the distance to 100: fine steps near the top, where differences are hard to see, and
 // coarser ones below.
 Rate rateOf(int quality) {

@@ -5,8 +5,6 @@
 // its bytes because it costs time when the clip is loaded. This is rate-distortion optimisation,
 // and perByte its Lagrangian multiplier. Quality 100 is exact and has no rate.
 
-#include <algorithm>
-
 namespace maker {
 
 inline constexpr int kBestQuality = 100;
@@ -18,13 +16,9 @@ struct Rate {
     double noise = 0;    // of the source, its standard deviation: what of an error is not kept
     double noisePictures = 1;  // of it that a block shows of a tile that stands still, in the mean
 
-    // All of it so many times as dear.
-    Rate times(double factor) const {
-        Rate rate = *this;
-        rate.perByte *= factor;
-        rate.noisePictures = std::max(1.0, noisePictures / factor);
-        return rate;
-    }
+    // For fewer records: they are so many times as dear, and bytes somewhat, so that no tile goes
+    // flat beside others that keep their noise.
+    Rate forFewerRecords(double factor) const;
 
     // The most that the source of a held tile may move, in any channel of any pixel.
     int visibleLimit() const;

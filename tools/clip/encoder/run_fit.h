@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "tools/clip/encoder/source_block.h"
+#include "tools/clip/encoder/tile_math.h"
 
 namespace maker {
 
@@ -16,12 +17,25 @@ struct FittedRun {
     std::array<int, kChannels> colour;  // the mean of its pixels, rounded, 0 to 255
 };
 
-struct RunFit {
-    std::array<FittedRun, clip::kTilePixels> runs;
-    int count = 0;
-};
+using FittedRuns = std::array<FittedRun, clip::kTilePixels>;
 
-// `planes` are in the order in which the runs go; `runPrice` is in squared error.
-void fitRuns(const ColourPlanes& planes, float runPrice, RunFit& fit);
+RunSums sumsOf(const ColourPlanes& planes);
+
+// Two sequences, their planes in the order in which the runs go.
+class RunFits {
+public:
+    // `runPrice` is in squared error.
+    RunFits(const std::array<ColourPlanes, 2>& planes, double runPrice);
+
+    // Squared error and price of the runs.
+    double cost(size_t sequence) const { return costs_[sequence].best.back(); }
+
+    // Gives their number.
+    size_t take(size_t sequence, FittedRuns& runs) const;
+
+private:
+    std::array<RunSums, 2> sums_;
+    std::array<RunCosts, 2> costs_;
+};
 
 }  // namespace maker

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 
 #include "common/rgb565.h"
 #include "tools/clip/encoder/clusters.h"
@@ -114,7 +115,8 @@ private:
     void offerFlat();
     void offerKnown(const Shown* before);
     void offerRecords();
-    void offerRuns(size_t walk);
+    void offerFit(const RunFits& fits, size_t order, size_t walk);
+    void offerRuns(const std::array<size_t, 2>& walks);
     void offerPixels(bool exact);
     uint16_t runColour(const FittedRun& run);
 
@@ -182,18 +184,34 @@ uint16_t Painter::runColour(const FittedRun& run) {
     return weight_ * run.length * error > price(1) ? exact : palette_[entry];
 }
 
-void Painter::offerRuns(size_t walk) {
-    RunFit fit;
-    fitRuns(readAlong(wanted_->colours, walk), static_cast<float>(price(kRunBytes) / weight_), fit);
+// Runs along one walk. Their price is an estimate, so a fit that costs somewhat more than the best
+// so far is looked at too.
+void Painter::offerFit(const RunFits& fits, size_t order, size_t walk) {
+    constexpr double kMayCost = 1.1;
+    if (recordPrice(0) + weight_ * fits.cost(order) >
+        kMayCost * std::min(record_.cost, free_.cost)) {
+        return;
+    }
+    FittedRuns fitted;
+    const size_t fittedCount = fits.take(order, fitted);
     Sequence sequence{};
-    for (int r = 0; r < fit.count; ++r) {
-        const FittedRun& run = fit.runs[static_cast<size_t>(r)];
+    for (const FittedRun& run : std::span(fitted).first(fittedCount)) {
         std::fill_n(sequence.begin() + run.from, run.length, runColour(run));
     }
     std::array<Run, clip::kTilePixels> runs;
     const int count = findRuns(sequence, runs.data());
     const int bytes = smallestRunForm(runs.data(), count, index_).bytes;
     offerRecord({paintAlong(sequence, walk), wanted_->alpha}, bytes);
+}
+
+void Painter::offerRuns(const std::array<size_t, 2>& walks) {
+    const RunFits fits(
+        {readAlong(wanted_->colours, walks[0]), readAlong(wanted_->colours, walks[1])},
+        price(kRunBytes) / weight_);
+    const size_t better = fits.cost(1) < fits.cost(0) ? 1 : 0;
+    for (const size_t order : {better, 1 - better}) {
+        offerFit(fits, order, walks[order]);
+    }
 }
 
 void Painter::offerPixels(bool exact) {
@@ -210,12 +228,10 @@ void Painter::offerPixels(bool exact) {
 void Painter::offerRecords() {
     const double runPrice = price(kRunBytes) / weight_;
     if (!tooBusyForRuns(wanted_->colours, 1, runPrice)) {
-        offerRuns(0);
-        offerRuns(1);
+        offerRuns({0, 1});
     }
     if (!tooBusyForRuns(wanted_->colours, clip::kTileSize, runPrice)) {
-        offerRuns(4);
-        offerRuns(5);
+        offerRuns({4, 5});
     }
     for (const bool exact : {false, true}) {
         const int bytes = plainBytes(exact ? clip::TYPE_RAW : clip::TYPE_PALETTE);

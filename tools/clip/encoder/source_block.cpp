@@ -1,7 +1,10 @@
 #include "tools/clip/encoder/source_block.h"
 
+#include <algorithm>
+
 #include "common/rgb565.h"
 #include "tools/clip/encoder/quantise.h"
+#include "tools/clip/encoder/tile_math.h"
 
 namespace maker {
 
@@ -71,15 +74,9 @@ Tile roundedTile(const SourceTile& tile) {
     return rounded;
 }
 
-int64_t squaredDistance(const ColourPlanes& a, const ColourPlanes& b) {
-    int32_t sum = 0;  // at most 192 x 255^2
-    for (size_t c = 0; c < kChannels; ++c) {
-        for (size_t i = 0; i < clip::kTilePixels; ++i) {
-            const int16_t difference = static_cast<int16_t>(a[c][i] - b[c][i]);
-            sum += difference * difference;
-        }
-    }
-    return sum;
+int64_t squaredDistance(const ColourPlanes& a, const ColourPlanes& b, int64_t limit) {
+    return tileMath().squaredDistance(a, b,
+                                      static_cast<int32_t>(std::min(limit, int64_t{INT32_MAX})));
 }
 
 }  // namespace maker

@@ -12,8 +12,6 @@
 
 namespace maker {
 
-inline constexpr int kChannels = 3;
-
 // The colours of a tile, row by row: red, green, blue, 0 to 255.
 using ColourPlanes = std::array<std::array<uint8_t, clip::kTilePixels>, kChannels>;
 
@@ -47,7 +45,8 @@ ColourPlanes planesOf(const Tile& tile);
 // The nearest RGB565 tile.
 Tile roundedTile(const SourceTile& tile);
 
-// Sum of the squared differences of all channels and pixels.
-int64_t squaredDistance(const ColourPlanes& a, const ColourPlanes& b);
+// Sum of the squared differences of all channels and pixels; once it has reached `limit`, at least
+// that.
+int64_t squaredDistance(const ColourPlanes& a, const ColourPlanes& b, int64_t limit = INT32_MAX);
 
 }  // namespace maker

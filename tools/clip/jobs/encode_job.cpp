@@ -245,6 +245,10 @@ void Job::encodePart() {
     if (stats.noise >= kNoiseTold) {
         addNote(note, "noise of " + decimals(stats.noise, 1) + " left out");
     }
+    if (stats.limitedBlocks > 0) {
+        addNote(note, "less than quality " + std::to_string(settings_.quality) +
+                          ", which would take too long to load");
+    }
 }
 
 // What was made last took as little as can be.
