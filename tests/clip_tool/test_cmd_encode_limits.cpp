@@ -3,6 +3,7 @@
 
 #include "clip_tool/inputs.h"
 #include "clip_tool/tool.h"
+#include "tools/clip/jobs/encode_job.h"
 
 namespace {
 
@@ -12,11 +13,15 @@ double numberBehind(const std::string& text, const std::string& before) {
     return at == std::string::npos ? 0 : std::atof(text.c_str() + at + before.size());
 }
 
+void narrowNoise(uint32_t opaque) {
+    inputs::picture("in.png", 32, 360, [opaque](int x, int y) {
+        return static_cast<uint32_t>(x * 7919 + y * 104729) * 2654435761U | opaque;
+    });
+}
+
 // What is asked for in vain is refused with the least that there is; that much does.
 void expectLeast(const std::string& option, const std::string& tooSmall) {
-    inputs::picture("in.png", 32, 360, [](int x, int y) {
-        return static_cast<uint32_t>(x * 7919 + y * 104729) * 2654435761U;  // alpha, too
-    });
+    narrowNoise(0);  // alpha, too
     const std::string encode = "encode in.png -o out.m19 --fit contain " + option + " ";
     const Outcome outcome = tool(encode + tooSmall);
     EXPECT_EQ(outcome.status, 1);
@@ -113,6 +118,36 @@ TEST_F(Commands, Encode_ProgressOfASplitInputGoesOn) {
         EXPECT_EQ(shown.substr(shown.find(" of ", at), 7), " of 300") << shown;
     }
     EXPECT_GT(before, 256) << shown;
+}
+
+// The search for a budget codes the clip several times; what is done of it is told all along.
+TEST_F(Commands, Encode_ProgressOfASearchForABudgetGoesOn) {
+    narrowNoise(255);
+    maker::EncodeSettings settings;
+    settings.fit = maker::Fit::CONTAIN;
+    settings.bytes = 10000;
+    std::vector<maker::ProgressStep> steps;
+    const auto take = [&steps](const maker::ProgressStep& step) { steps.push_back(step); };
+    maker::encodeFile("in.png", "out.m19", settings, {take, {}});
+    std::erase_if(steps, [](const auto& step) { return step.stage != maker::Stage::FITTING; });
+    ASSERT_GT(steps.size(), 6U);
+    double before = 0;
+    for (const maker::ProgressStep& step : steps) {
+        EXPECT_GT(step.part, before);
+        EXPECT_LT(step.part - before, 0.5);
+        before = step.part;
+    }
+    EXPECT_GT(before, 0.8);
+    EXPECT_LT(before, 1);
+}
+
+TEST_F(Commands, Encode_SearchForABudgetIsShownOnATerminal) {
+    narrowNoise(255);
+    const std::string line = "script -qec \"'" + kTool +
+                             "' encode in.png -o out.m19 --fit contain --size 10000"
+                             "\" ../shown.txt >/dev/null </dev/null";
+    ASSERT_EQ(std::system(line.c_str()), 0);
+    EXPECT_NE(textOf("../shown.txt").find("\rfitting 1 frame"), std::string::npos);
 }
 
 }  // namespace

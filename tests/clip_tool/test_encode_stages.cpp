@@ -318,8 +318,10 @@ TEST(Progress, Text_TellsRateAndTimeLeft) {
     state.part = 0.25;
     state.seconds = 2;
     EXPECT_EQ(maker::progressText(state), "frame 50 of 200, 25.0 frames/s, 6 s left");
-    state.looking = true;
+    state.stage = maker::Stage::LOOKING;
     EXPECT_EQ(maker::progressText(state), "looking at frame 50 of 200, 25.0 frames/s, 6 s left");
+    state.stage = maker::Stage::FITTING;
+    EXPECT_EQ(maker::progressText(state), "fitting 50 frames, 6 s left");
     state.clips = 8;
     state.finished = 3;
     state.seconds = 100;

@@ -37,15 +37,18 @@ std::string timeText(double seconds) {
 
 std::string progressText(const ProgressState& state) {
     std::string text;
-    if (state.clips > 1) {
+    const bool fitting = state.clips <= 1 && state.stage == Stage::FITTING;
+    if (fitting) {
+        text = "fitting " + counted(static_cast<size_t>(state.frames), "frame");
+    } else if (state.clips > 1) {
         text = std::to_string(state.finished) + " of " + std::to_string(state.clips) + " clips";
     } else {
-        text = state.looking ? "looking at " : "";
+        text = state.stage == Stage::LOOKING ? "looking at " : "";
         text += "frame " + std::to_string(state.frames);
         text += state.expected > 0 ? " of " + std::to_string(state.expected) : "";
     }
     if (state.seconds >= kSettled) {
-        text += ", " + decimals(state.frames / state.seconds, 1) + " frames/s";
+        text += fitting ? "" : ", " + decimals(state.frames / state.seconds, 1) + " frames/s";
         if (state.part > 0) {
             text += ", " + timeText(state.seconds * (1 - state.part) / state.part) + " left";
         }
@@ -69,7 +72,7 @@ void Progress::show() {
         state.frames += clip.step.frames;
         state.finished += clip.finished ? 1 : 0;
         state.expected = clip.step.expected;
-        state.looking = clip.step.looking;
+        state.stage = clip.step.stage;
         parts += clip.finished ? 1 : clip.part;
     }
     state.part = parts / static_cast<double>(clips_.size());
@@ -80,10 +83,7 @@ void Progress::update(size_t clip, const ProgressStep& step) {
     const std::lock_guard lock(mutex_);
     Clip& own = clips_[clip];
     own.step = step;
-    if (step.expected > 0) {
-        const double ofPass = std::min(static_cast<double>(step.frames) / step.expected, 1.0);
-        own.part = std::max(own.part, (step.pass + ofPass) / step.passes);
-    }
+    own.part = std::max(own.part, std::min(step.part, 1.0));
     show();
 }
 

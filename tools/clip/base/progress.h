@@ -13,26 +13,32 @@
 
 namespace maker {
 
+enum class Stage {
+    LOOKING,   // at the input, before it is encoded
+    ENCODING,  // or gathering, where there is a budget
+    FITTING,   // into a budget
+};
+
 // How far one clip is: the frames of its input are gone through once or more often.
 struct ProgressStep {
-    int frames = 0;        // done in this pass
-    int expected = 0;      // 0 when nobody knows
-    int pass = 0;          // from 0
-    int passes = 1;        // as many as it takes, as far as is known by now
-    bool looking = false;  // nothing is encoded yet
+    int frames = 0;    // done in this pass
+    int expected = 0;  // 0 when nobody knows
+    double part = 0;   // done of all passes, 0 to 1; 0 when nobody knows
+    Stage stage = Stage::ENCODING;
 };
 
 struct ProgressState {
     size_t clips = 0;
     size_t finished = 0;
-    bool looking = false;  // at the only clip's input, before it is encoded
-    int frames = 0;        // gone through, of all clips
-    int expected = 0;      // of the only clip; 0 when nobody knows
-    double part = 0;       // done of everything, 0 to 1; 0 when nobody knows
-    double seconds = 0;    // since the beginning
+    Stage stage = Stage::ENCODING;  // of the only clip
+    int frames = 0;                 // gone through, of all clips
+    int expected = 0;               // of the only clip; 0 when nobody knows
+    double part = 0;                // done of everything, 0 to 1; 0 when nobody knows
+    double seconds = 0;             // since the beginning
 };
 
-// "frame 100 of 250, 40 frames/s, 4 s left", or with several clips "3 of 12 clips, ..."
+// "frame 100 of 250, 40 frames/s, 4 s left", "fitting 250 frames, 4 s left", or with several clips
+// "3 of 12 clips, ..."
 std::string progressText(const ProgressState& state);
 
 class Progress {

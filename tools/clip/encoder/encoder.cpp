@@ -11,7 +11,6 @@
 #include "clip/validate.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/encoder/block_sections.h"
-#include "tools/clip/encoder/price_search.h"
 #include "tools/clip/encoder/quantise.h"
 
 namespace maker {
@@ -97,8 +96,10 @@ void ClipEncoder::write(CodedBlock coded, Coding& clip) const {
     stats.fillers += block.fillers;
 }
 
-ClipEncoder::Coding ClipEncoder::codeAll(const std::vector<SourceBlock>& sources,
-                                         double factor) const {
+ClipEncoder::Coding ClipEncoder::codeAll(const std::vector<SourceBlock>& sources, double factor,
+                                         SearchProgress& progress) const {
+    progress.begin(static_cast<double>(sources[0].tileCount) /
+                   static_cast<double>(sources_[0].tileCount));
     CodingPlan plan = plan_;
     plan.byteFactor = settings_.byteBudget > 0 ? factor : 1;
     plan.recordFactor = settings_.recordBudget > 0 ? factor : 1;
@@ -112,6 +113,7 @@ ClipEncoder::Coding ClipEncoder::codeAll(const std::vector<SourceBlock>& sources
         tasks.push_back(std::async(policy, [&] {
             for (size_t i = next++; i < blocks.size() && !interrupted(); i = next++) {
                 blocks[i] = codeBlock(sources[i], plan);
+                progress.done(1 / static_cast<double>(blocks.size()));
             }
         }));
     }
@@ -142,11 +144,11 @@ double ClipEncoder::shareOf(const Coding& clip) const {
 // All blocks share one price, the Lagrangian multiplier, so that the budget goes where it takes
 // away the most error. A sample of the tiles says which, in proportion to what the whole clip took
 // at the first price.
-void ClipEncoder::fitBudget() {
+void ClipEncoder::fitBudget(SearchProgress& progress) {
     constexpr double kUsed = 0.88;  // of the budget is near enough
     constexpr double kMargin = 0.99;
     constexpr int kTries = 2;
-    clip_ = codeAll(sources_, 1);
+    clip_ = codeAll(sources_, 1, progress);
     if (shareOf(clip_) <= 1) {
         return;
     }
@@ -159,18 +161,18 @@ void ClipEncoder::fitBudget() {
     const auto growing = [fixed](const Coding& clip) {
         return static_cast<double>(clip.bytes.size()) - fixed;
     };
-    const Coding sample = codeAll(samples, 1);
+    const Coding sample = codeAll(samples, 1, progress);
     const double bytesScale = growing(clip_) / growing(sample);
     const double recordsScale =
         static_cast<double>(clip_.stats.records) / std::max(sample.stats.records, 1);
     PriceSearch search([&](double price) {
-        const Coding tried = codeAll(samples, price);
+        const Coding tried = codeAll(samples, price, progress);
         return shareOf(fixed + bytesScale * growing(tried), recordsScale * tried.stats.records);
     });
     double wanted = 1;
     for (int i = 0; i < kTries || shareOf(clip_) > 1; ++i) {
         const double price = search.find(wanted);
-        Coding tried = codeAll(sources_, price);
+        Coding tried = codeAll(sources_, price, progress);
         const double share = shareOf(tried);
         if (share <= 1 || shareOf(clip_) > 1) {
             clip_ = std::move(tried);
@@ -183,7 +185,7 @@ void ClipEncoder::fitBudget() {
     clip_.stats.withinBudget = shareOf(clip_) <= 1;
 }
 
-std::vector<uint8_t> ClipEncoder::finish() {
+std::vector<uint8_t> ClipEncoder::finish(const std::function<void(double)>& searching) {
     if (added_ == 0) {
         throw std::logic_error("a clip holds at least one frame");
     }
@@ -191,7 +193,8 @@ std::vector<uint8_t> ClipEncoder::finish() {
         finishBlock();
     }
     if (hasBudget(settings_)) {
-        fitBudget();
+        SearchProgress progress(searching);
+        fitBudget(progress);
     }
     for (std::future<CodedBlock>& block : pending_) {
         write(block.get(), clip_);

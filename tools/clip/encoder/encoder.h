@@ -9,6 +9,7 @@
 // bytes have passed the validator; should they ever fail it, finish() throws.
 
 #include <cstdint>
+#include <functional>
 #include <future>
 #include <optional>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "tools/clip/encoder/block_coder.h"
 #include "tools/clip/encoder/frame.h"
 #include "tools/clip/encoder/numbering.h"
+#include "tools/clip/encoder/price_search.h"
 
 namespace maker {
 
@@ -57,8 +59,9 @@ public:
 
     int added() const { return added_; }  // frames
 
-    // Once, after one frame or more.
-    std::vector<uint8_t> finish();
+    // Once, after one frame or more. The search for a budget, which is most of the work, tells how
+    // much of it is done, from 0 to 1 and from any thread.
+    std::vector<uint8_t> finish(const std::function<void(double)>& searching = {});
 
     // Of what is finished.
     const ClipStats& stats() const { return clip_.stats; }
@@ -73,8 +76,9 @@ private:
 
     void finishBlock();
     void write(CodedBlock coded, Coding& clip) const;
-    void fitBudget();
-    Coding codeAll(const std::vector<SourceBlock>& sources, double factor) const;
+    void fitBudget(SearchProgress& progress);
+    Coding codeAll(const std::vector<SourceBlock>& sources, double factor,
+                   SearchProgress& progress) const;
     double shareOf(double bytes, double records) const;
     double shareOf(const Coding& clip) const;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tools/clip/encoder/source_block.h"
+
 namespace maker {
 
 namespace {
@@ -48,6 +50,27 @@ double PriceSearch::find(double share) {
         (shareAt(price) > share ? over : within) = price;
     }
     return within;
+}
+
+void SearchProgress::begin(double work) {
+    constexpr int kCodings = 3;
+    constexpr int kSamples = 8;
+    constexpr double kSample = 1.0 / kSampleEvery;
+    constexpr double kSpare = 0.1;
+    (work < 1 ? samples_ : codings_) += 1;
+    const double after = std::max(kCodings - codings_, work < 1 ? 1 : 0) +
+                         kSample * std::max(kSamples - samples_, 0) + kSpare;
+    from_ = to_;
+    to_ += (1 - to_) * work / (work + after);
+    part_ = 0;
+}
+
+void SearchProgress::done(double part) {
+    const std::lock_guard lock(mutex_);
+    part_ += part;
+    if (tell_) {
+        tell_(from_ + (to_ - from_) * std::min(part_, 1.0));
+    }
 }
 
 }  // namespace maker

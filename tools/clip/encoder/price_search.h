@@ -1,9 +1,11 @@
 #pragma once
 // At which price a clip or a block keeps a limit: a search over the Lagrangian multiplier, by a
-// sample that is cheap to code.
+// sample that is cheap to code; and how much of such a search is done.
 
 #include <functional>
 #include <map>
+#include <mutex>
+#include <utility>
 
 namespace maker {
 
@@ -24,6 +26,27 @@ public:
 private:
     std::function<double(double)> share_;
     std::map<double, double> tried_;
+};
+
+// How much of a search for a clip's budget is done. Nobody knows how many codings it takes, so each
+// has a part of what is left, in proportion to what usually follows: the sum only grows, and
+// reaches 1 never.
+class SearchProgress {
+public:
+    // Told from 0 to 1; may be empty.
+    explicit SearchProgress(std::function<void(double)> tell) : tell_(std::move(tell)) {}
+
+    void begin(double work);  // a coding of all (1) or of a sample
+    void done(double part);   // so much more of this coding, 0 to 1; from any thread
+
+private:
+    std::function<void(double)> tell_;
+    std::mutex mutex_;
+    int codings_ = 0;
+    int samples_ = 0;
+    double from_ = 0;
+    double to_ = 0;
+    double part_ = 0;
 };
 
 }  // namespace maker

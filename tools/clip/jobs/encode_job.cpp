@@ -21,8 +21,6 @@ constexpr double kNoiseTold = 0.5;  // levels of 255: less changes nothing that 
 
 using Pixels = std::vector<uint8_t>;
 
-constexpr int kCodingPasses = 4;  // about what a search for a budget takes
-
 fs::path numbered(const fs::path& path, size_t number) {
     fs::path name = path.stem();
     name += "-";
@@ -70,6 +68,7 @@ private:
     void feedPingpong(ClipEncoder& encoder, int part);
     void feedCrossfade(ClipEncoder& encoder, int part);
     void feed(ClipEncoder& encoder, const Pixels& rgba);
+    void tell(Stage stage, int ofPart, double searched);
     Pixels pictureOf(VideoSource& source) const;
     int partFrames() const;
     int expectedFrames() const;
@@ -127,12 +126,21 @@ Pixels Job::pictureOf(VideoSource& source) const {
 
 void Job::feed(ClipEncoder& encoder, const Pixels& rgba) {
     encoder.add(rgba.data());
-    if (events_.progress) {
-        // A budget codes the clip again once all of it is there.
-        const bool fits = settings_.records > 0 || settings_.bytes > 0;
-        const int passes = plan_.passes + 1 + (fits ? kCodingPasses : 0);
-        events_.progress({++given_, expected_, plan_.passes, passes, false});
+    ++given_;
+    tell(Stage::ENCODING, encoder.added(), 0);
+}
+
+// The frames of the part under way are only gathered where a budget has to be searched for them.
+void Job::tell(Stage stage, int ofPart, double searched) {
+    if (!events_.progress) {
+        return;
     }
+    const double passes = encodingPasses(settings_);
+    const double toDo = ofPart * (passes - 1) / passes * (1 - searched);
+    const int all = stage == Stage::FITTING && !waiting_ ? given_ : expected_;
+    const double done = all > 0 ? std::min((given_ - toDo) / all, 1.0) : 0;
+    const double part = all > 0 ? (plan_.passes + passes * done) / (plan_.passes + passes) : 0;
+    events_.progress({given_, expected_, part, stage});
 }
 
 void Job::advance() {
@@ -209,16 +217,7 @@ std::string Job::noteOf(int given) const {
 void Job::encodePart() {
     const int takenBefore = taken_;
     const int part = partFrames();
-    ClipEncoder encoder({
-        .alpha = plan_.source.alpha,
-        .quality = settings_.quality,
-        .content = settings_.content,
-        .dither = settings_.dither,
-        .noise = settings_.denoise,
-        .recordBudget = settings_.records,
-        .byteBudget = settings_.bytes,
-        .workers = settings_.workers,
-    });
+    ClipEncoder encoder(clipSettings(settings_, plan_.source.alpha));
     if (plan_.seam) {
         feedPart(encoder, plan_.seam->begin, plan_.seam->end);
         waiting_ = false;
@@ -229,7 +228,8 @@ void Job::encodePart() {
     } else {
         feedPart(encoder, 0, part);
     }
-    const std::vector<uint8_t> bytes = encoder.finish();
+    const auto searching = [&](double done) { tell(Stage::FITTING, encoder.added(), done); };
+    const std::vector<uint8_t> bytes = encoder.finish(searching);
     const ClipStats& stats = encoder.stats();
     checkBudget(stats, bytes.size());
     Description facts;

@@ -92,6 +92,13 @@ struct EncodePlan {
     int passes = 0;            // that it took to know this
 };
 
+// What the encoder is told of the settings.
+ClipSettings clipSettings(const EncodeSettings& settings, bool alpha);
+
+// What encoding takes beside one pass over the input that only looks: more where a budget is
+// searched.
+double encodingPasses(const EncodeSettings& settings);
+
 // `progress` may be empty.
 EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
                       const std::function<void(const ProgressStep&)>& progress = {});

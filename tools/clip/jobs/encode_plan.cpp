@@ -1,5 +1,7 @@
 #include "tools/clip/jobs/encode_job.h"
 
+#include <algorithm>
+
 #include "clip/format.h"
 
 namespace maker {
@@ -17,6 +19,8 @@ struct SurveyWishes {
     bool alpha = false;
     bool length = false;
     bool pictures = false;
+
+    bool any() const { return alpha || length || pictures; }
 };
 
 SourceOptions sourceOptions(const std::string& input, const EncodeSettings& settings) {
@@ -39,15 +43,22 @@ SourceOptions sourceOptions(const std::string& input, const EncodeSettings& sett
 
 using ProgressEvent = std::function<void(const ProgressStep&)>;
 
-Survey surveyOf(EncodePlan& plan, SurveyWishes wishes, const EncodeSettings& settings,
-                const ProgressEvent& progress) {
+// The input may be gone through once more, for what is wished later.
+Survey surveyOf(EncodePlan& plan, SurveyWishes wishes, SurveyWishes later,
+                const EncodeSettings& settings, const ProgressEvent& progress) {
     VideoSource source(plan.source);
     wishes.alpha = wishes.alpha && source.canSeeThrough();
+    later.alpha = later.alpha && source.canSeeThrough();
     Survey survey;
-    ProgressStep step{0, source.expectedFrames(), plan.passes, plan.passes + 2, true};
-    plan.passes += wishes.alpha || wishes.length || wishes.pictures ? 1 : 0;
-    while ((wishes.alpha || wishes.length || wishes.pictures) && source.step()) {
+    ProgressStep step{.expected = source.expectedFrames(), .stage = Stage::LOOKING};
+    const double all = plan.passes + 1 + (later.any() ? 1 : 0) + encodingPasses(settings);
+    const int before = plan.passes;
+    plan.passes += wishes.any() ? 1 : 0;
+    while (wishes.any() && source.step()) {
         step.frames = ++survey.frames;
+        step.part = step.expected > 0
+                        ? (before + std::min(1.0 * step.frames / step.expected, 1.0)) / all
+                        : 0;
         if (progress) {
             progress(step);
         }
@@ -66,10 +77,11 @@ Survey surveyOf(EncodePlan& plan, SurveyWishes wishes, const EncodeSettings& set
 }
 
 // All of the input in as many frames as a clip can take.
-void retime(EncodePlan& plan, const EncodeSettings& settings, const ProgressEvent& progress) {
+void retime(EncodePlan& plan, const EncodeSettings& settings, SurveyWishes later,
+            const ProgressEvent& progress) {
     const LoopSettings& loop = settings.loop;
     const int most = loop.kind == LoopKind::BEST ? clip::kMaxFrames : framesTaken(loop);
-    const Survey survey = surveyOf(plan, {.length = true}, settings, progress);
+    const Survey survey = surveyOf(plan, {.length = true}, later, settings, progress);
     if (survey.frames > most) {
         plan.source.fps = most / survey.seconds;
         plan.speed = settings.fps / plan.source.fps;
@@ -87,23 +99,41 @@ void applyKey(const EncodeSettings& settings, std::vector<uint8_t>& rgba) {
     }
 }
 
+ClipSettings clipSettings(const EncodeSettings& settings, bool alpha) {
+    return {
+        .alpha = alpha,
+        .quality = settings.quality,
+        .content = settings.content,
+        .dither = settings.dither,
+        .noise = settings.denoise,
+        .recordBudget = settings.records,
+        .byteBudget = settings.bytes,
+        .workers = settings.workers,
+    };
+}
+
+double encodingPasses(const EncodeSettings& settings) {
+    constexpr double kFittingPasses = 4;
+    return 1 + (settings.records > 0 || settings.bytes > 0 ? kFittingPasses : 0);
+}
+
 EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
                       const ProgressEvent& progress) {
     EncodePlan plan;
     plan.source = sourceOptions(input, settings);
-    if (settings.longInput == LongInput::FIT) {
-        retime(plan, settings, progress);
-    }
     const bool best = settings.loop.kind == LoopKind::BEST;
     const SurveyWishes wishes{
         .alpha = settings.alpha == AlphaFrom::SOURCE,
         .length = settings.loop.kind == LoopKind::CROSSFADE || settings.look.fadeOut > 0,
         .pictures = best,
     };
-    if (!wishes.alpha && !wishes.length && !wishes.pictures) {
+    if (settings.longInput == LongInput::FIT) {
+        retime(plan, settings, wishes, progress);
+    }
+    if (!wishes.any()) {
         return plan;
     }
-    const Survey survey = surveyOf(plan, wishes, settings, progress);
+    const Survey survey = surveyOf(plan, wishes, {}, settings, progress);
     if (wishes.alpha) {
         plan.source.alpha = survey.seesThrough;
     }
