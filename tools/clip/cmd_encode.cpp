@@ -22,6 +22,7 @@ struct EncodeCommand {
     std::string output;
     std::string folder;
     bool keep = false;
+    bool dryRun = false;
     EncodeArguments arguments;
 };
 
@@ -80,8 +81,11 @@ void print(const std::string& input, const Outcome& outcome) {
 }
 
 int encode(const EncodeCommand& command) {
-    checkUse(command);
     const EncodeSettings settings = settingsOf(command.arguments);
+    if (command.dryRun) {
+        return probeInputs(command.inputs, settings, false);
+    }
+    checkUse(command);
     const std::vector<std::string>& inputs = command.inputs;
     const std::vector<fs::path> outputs = outputsOf(command);
     std::vector<Outcome> outcomes(inputs.size());
@@ -117,6 +121,8 @@ void addEncode(CLI::App& app, int& status) {
                      "write clips named like their inputs into this folder")
         ->option_text("FOLDER");
     command->add_flag("--keep", options->keep, "leave clips alone that are already there");
+    command->add_flag("--dry-run", options->dryRun,
+                      "write nothing; tell from a few blocks what would come of it, as probe does");
     addEncodeOptions(*command, options->arguments);
     command->callback([options, &status] { status = encode(*options); });
 }

@@ -21,12 +21,12 @@ inline constexpr int kExitInterrupted = 130;
 using AddCommand = void(CLI::App& app, int& status);
 
 AddCommand addEncode, addImport, addInfo, addVerify, addCheck, addSheet, addExport, addDiff,
-    addDemo, addConformance;
+    addDemo, addConformance, addProbe;
 
 // In the order of the help.
-inline constexpr AddCommand* kCommands[] = {addEncode, addImport,     addInfo,   addVerify,
-                                            addCheck,  addSheet,      addExport, addDiff,
-                                            addDemo,   addConformance};
+inline constexpr AddCommand* kCommands[] = {addEncode, addImport, addProbe,      addInfo,
+                                            addVerify, addCheck,  addSheet,      addExport,
+                                            addDiff,   addDemo,   addConformance};
 
 // The options that say how clips are made, as given; what is not given is the preset's to say.
 struct EncodeArguments {
@@ -53,6 +53,9 @@ std::vector<std::string> argumentsOf(int argc, char** argv);
 
 // All that decides about a clip's bytes, as one line of text.
 std::string fingerprint(const EncodeSettings& settings);
+
+// Prints what each input would become; returns the exit status.
+int probeInputs(const std::vector<std::string>& inputs, const EncodeSettings& settings, bool json);
 
 // Encodes so many inputs: `make` each of them, side by side where there are workers, and then
 // `print` in their order what came of it; an error is printed in its place. Returns how many

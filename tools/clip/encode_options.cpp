@@ -170,11 +170,13 @@ void addPictureOptions(CLI::App& command, EncodeArguments& arguments) {
 void addCodingOptions(CLI::App& command, EncodeArguments& arguments) {
     EncodeSettings& settings = arguments.settings;
     command
-        .add_option("--preset", arguments.preset,
-                    "graphics: few colours, kept exactly; footage: filmed; pixel: graphics "
-                    "enlarged by a whole factor without blur. Other options come first")
-        ->check(CLI::IsMember({"graphics", "footage", "pixel"}))
-        ->option_text("graphics|footage|pixel");
+        .add_option(
+            "--preset", arguments.preset,
+            "auto: each block of frames as its colours ask for; graphics: few colours, kept "
+            "exactly; footage: filmed; pixel: graphics enlarged by a whole factor without "
+            "blur. Other options come first")
+        ->check(CLI::IsMember({"auto", "graphics", "footage", "pixel"}))
+        ->option_text("auto|graphics|footage|pixel (auto)");
     command
         .add_option("--quality", arguments.quality,
                     "100 keeps every pixel, below small differences are given up")
