@@ -65,6 +65,7 @@ need_build() {
     need "reading videos for the clip tool" libavformat-dev libavcodec-dev libswscale-dev \
         libavutil-dev
     need "command line of the clip tool" libcli11-dev nlohmann-json3-dev
+    need "names of clips in plain letters" libicu-dev
     need "checks and contact sheets of the clip tool" libpugixml-dev libfreetype-dev \
         libavfilter-dev
 }

@@ -196,6 +196,29 @@ TEST_F(Commands, Encode_LongInputIsCutSplitOrRetimed) {
     EXPECT_EQ(std::count(retimed.begin(), retimed.end(), 5), 85);
 }
 
+TEST_F(Commands, Encode_NamesInOtherScriptsAreTransliterated) {
+    inputs::levels("in.mkv", {3});
+    const std::pair<const char*, const char*> names[] = {
+        {"Волна и ночь.mkv", "volna_i_noc.m19"},
+        {"日本.mkv", "ri_ben.m19"},
+        {"Θάλασσα.mkv", "thalassa.m19"},
+        {"ひかり.mkv", "hikari.m19"},
+        {"Łódź für Œuvre.mkv", "lodz_fur_oeuvre.m19"},
+    };
+    std::string inputs;
+    Names clips;
+    for (const auto& [input, clip] : names) {
+        fs::copy_file("in.mkv", input);
+        inputs += std::string(" '") + input + "'";
+        clips.push_back(std::string("clips/") + clip);
+    }
+    const Outcome outcome = tool("encode -d clips --preset graphics" + inputs);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    for (const std::string& clip : clips) {
+        EXPECT_TRUE(fs::exists(clip)) << clip << "\n" << outcome.out;
+    }
+}
+
 TEST_F(Commands, Encode_ShortInputIsNotNumberedOrRetimed) {
     inputs::levels("in.mkv", {3, 4, 5});
     EXPECT_EQ(encodeExactly("--long split").status, 0);

@@ -1,9 +1,12 @@
 #include "tools/clip/jobs/clip_names.h"
 
+#include <unicode/translit.h>
+#include <unicode/uchar.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <optional>
-#include <string_view>
 
 #include "tools/clip/base/texts.h"
 #include "tools/clip/media/image_sequence.h"
@@ -15,33 +18,34 @@ namespace {
 constexpr size_t kLongest = 80;  // characters; a playlist holds paths of 91
 constexpr const char* kFallback = "clip";
 
-// The letters that U+00C0 to U+017F are without their accents.
-constexpr char32_t kFirstAccent = 0xC0;
-constexpr std::string_view kPlainLetters =
-    "aaaaaaaceeeeiiiidnooooo_ouuuuyts"
-    "aaaaaaaceeeeiiiidnooooo_ouuuuyty"
-    "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkk"
-    "llllllllllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
-static_assert(kPlainLetters.size() == 0x180 - kFirstAccent);
+// Letters of any script as Latin ones without accents; what has no such form stays.
+icu::UnicodeString inLatinLetters(const std::u32string& text) {
+    static UErrorCode error = U_ZERO_ERROR;
+    static const std::unique_ptr<icu::Transliterator> transliterator(
+        icu::Transliterator::createInstance("Any-Latin; Latin-ASCII", UTRANS_FORWARD, error));
+    icu::UnicodeString latin = icu::UnicodeString::fromUTF32(
+        reinterpret_cast<const UChar32*>(text.data()), static_cast<int32_t>(text.size()));
+    if (U_SUCCESS(error)) {
+        transliterator->transliterate(latin);
+    }
+    return latin;
+}
 
-// Accents that follow their letter.
-constexpr char32_t kFirstCombining = 0x300;
-constexpr char32_t kLastCombining = 0x36F;
-
-// What stands for a character in a name; 0 for nothing.
-char plainCharacter(char32_t character) {
+// What stands for a character in a name.
+char plainCharacter(char16_t character) {
     if (character >= 'A' && character <= 'Z') {
         return static_cast<char>(character - 'A' + 'a');
     }
     const bool letter = character >= 'a' && character <= 'z';
     const bool digit = character >= '0' && character <= '9';
-    if (letter || digit || character == '-' || character == '+') {
-        return static_cast<char>(character);
-    }
-    if (character >= kFirstAccent && character - kFirstAccent < kPlainLetters.size()) {
-        return kPlainLetters[character - kFirstAccent];
-    }
-    return character >= kFirstCombining && character <= kLastCombining ? '\0' : '_';
+    const bool plain = letter || digit || character == '-' || character == '+';
+    return plain ? static_cast<char>(character) : '_';
+}
+
+// They belong to the letter before them.
+bool isMark(char16_t character) {
+    constexpr char16_t kApostrophe = '\'';
+    return character == kApostrophe || u_charType(character) == U_NON_SPACING_MARK;
 }
 
 std::string withoutEdges(const std::string& name) {
@@ -54,9 +58,10 @@ std::string withoutEdges(const std::string& name) {
 
 std::string plainName(const std::string& text) {
     std::string name;
-    for (const char32_t character : codePoints(text)) {
-        const char plain = plainCharacter(character);
-        if (plain != '\0' && !(plain == '_' && name.ends_with('_'))) {
+    const icu::UnicodeString latin = inLatinLetters(codePoints(text));
+    for (int32_t i = 0; i < latin.length(); ++i) {
+        const char plain = plainCharacter(latin[i]);
+        if (!isMark(latin[i]) && !(plain == '_' && name.ends_with('_'))) {
             name += plain;
         }
     }

@@ -14,7 +14,7 @@
 
 namespace maker {
 
-// Without folder and ending; accents are dropped. Of a pattern of numbered pictures what stands
+// Without folder and ending; other scripts are transliterated, accents dropped. Of a pattern of numbered pictures what stands
 // before the number, or else the folder's name. Never empty.
 std::string safeName(const std::string& input);
 
