@@ -29,7 +29,7 @@ std::vector<Case> allCases() {
 
 std::vector<Case> casesOf(bool ok) {
     std::vector<Case> cases = allCases();
-    std::erase_if(cases, [ok](const Case& each) { return (each.expected == Expected::kOk) != ok; });
+    std::erase_if(cases, [ok](const Case& each) { return (each.expected == Expected::OK) != ok; });
     return cases;
 }
 
@@ -191,7 +191,7 @@ TEST(Conformance, Faults_AreRefusedAsTheyAreSaidToBe) {
         EXPECT_EQ(clip::validate(bytes).kind, clip::FAULT_BROKEN);
         const TemporaryFolder videos;
         ClipStage stage(written(bytes));
-        const bool refused = each.expected == Expected::kRefused;
+        const bool refused = each.expected == Expected::REFUSED;
         const int result = stage.load("made.m19", 2000);
         EXPECT_EQ(result, refused ? 0 : 2);
         for (int frame = 0; result == 2 && frame < stage.clip->frameCount; ++frame) {

@@ -68,7 +68,7 @@ Json describeClip(const Case& each, std::span<const uint8_t> bytes) {
               {"what", each.what},
               {"expected", expectedText(each.expected)},
               {"bytes", bytes.size()}};
-    if (each.expected == Expected::kOk) {
+    if (each.expected == Expected::OK) {
         describeFrames(bytes, json);
     } else {
         const clip::Verdict verdict = clip::validate(bytes);

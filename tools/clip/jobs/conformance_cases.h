@@ -8,9 +8,9 @@
 namespace maker::conformance {
 
 enum class Expected {
-    kOk,       // every frame has its checksum
-    kRefused,  // no reader shows a frame
-    kBroken,   // a reader that checks refuses it; one that plays on stays inside its memory
+    OK,       // every frame has its checksum
+    REFUSED,  // no reader shows a frame
+    BROKEN,   // a reader that checks refuses it; one that plays on stays inside its memory
 };
 
 struct Case {

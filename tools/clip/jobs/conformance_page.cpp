@@ -77,9 +77,9 @@ std::string fileOf(const Case& each) {
 
 const char* expectedText(Expected expected) {
     switch (expected) {
-        case Expected::kOk:
+        case Expected::OK:
             return "ok";
-        case Expected::kRefused:
+        case Expected::REFUSED:
             return "refused";
         default:
             return "broken";
@@ -89,7 +89,7 @@ const char* expectedText(Expected expected) {
 std::string page() {
     std::string text = kBegin;
     for (const Chapter& chapter : chapters()) {
-        const bool faults = chapter.cases.front().expected != Expected::kOk;
+        const bool faults = chapter.cases.front().expected != Expected::OK;
         text += std::string("\n## ") + chapter.title + "\n\n";
         text += faults ? "| Clip | Expected | What is wrong |\n|---|---|---|\n"
                        : "| Clip | What it tests |\n|---|---|\n";
