@@ -83,7 +83,8 @@ TEST_F(Commands, Encode_CoverPictureOfMusicIsNoVideo) {
 
 TEST_F(Commands, Encode_VideoWithoutFramesIsRefused) {
     inputs::levels("in.avi", {});
-    expectRefused("in.avi", "no picture could be decoded");
+    expectRefused("in.avi",
+                  "no picture could be decoded; it is damaged or empty, so export it anew");
 }
 
 TEST_F(Commands, Encode_OtherFilesAreRefused) {
@@ -91,9 +92,13 @@ TEST_F(Commands, Encode_OtherFilesAreRefused) {
     write("words.txt", "hello\n");
     write("random.mp4", std::string(5000, '\x5A'));
     write("empty.mkv", "");
-    for (const char* input : {"in.gif", "words.txt", "random.mp4", "empty.mkv"}) {
-        expectRefused(input, ": ");
+    const std::string damaged =
+        "it is damaged, cut short, or neither film nor picture; if a player shows it, export it "
+        "anew from there (";
+    for (const char* input : {"words.txt", "random.mp4", "empty.mkv"}) {
+        expectRefused(input, damaged + "Invalid data found when processing input)");
     }
+    expectRefused("in.gif", "its pictures are damaged, or larger than ");
     expectRefused("missing.mp4", "No such file or directory");
     expectRefused("no%03d.png", "No such file or directory");
     expectRefused(".", "it is a folder");
@@ -136,7 +141,9 @@ TEST_F(Commands, Encode_HugePicturesAreRefused) {
 
 // Reading the beginning of this file is an error for everyone; the other one only for some.
 TEST_F(Commands, Encode_UnreadableFileIsRefused) {
-    expectRefused("/proc/self/mem", "Input/output error");
+    expectRefused("/proc/self/mem",
+                  "the disk or card that it lies on does not give it; copy it elsewhere "
+                  "(Input/output error)");
     if (geteuid() != 0) {
         inputs::levels("in.mkv", {1});
         fs::permissions("in.mkv", fs::perms::none);

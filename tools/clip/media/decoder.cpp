@@ -140,7 +140,7 @@ void Decoder::openCodec(const AVCodec* codec) {
         error = avcodec_open2(codec_.get(), codec, nullptr);
     }
     if (error < 0) {
-        throw ToolError("cannot read " + options_.path + ": " + reasonOf(error));
+        throw ToolError("cannot read " + options_.path + ": " + troubleOf(error));
     }
 }
 

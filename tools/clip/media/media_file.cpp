@@ -128,6 +128,27 @@ std::string reasonOf(int error) {
     return text;
 }
 
+std::string troubleOf(int error) {
+    const std::string reason = reasonOf(error);
+    switch (error) {
+        case AVERROR_INVALIDDATA:
+        case AVERROR_EOF:
+            return "it is damaged, cut short, or neither film nor picture; if a player shows it, "
+                   "export it anew from there (" +
+                   reason + ")";
+        case AVERROR_DEMUXER_NOT_FOUND:
+        case AVERROR_DECODER_NOT_FOUND:
+        case AVERROR_PATCHWELCOME:
+        case AVERROR(ENOSYS):
+            return "nothing here reads its kind of film; export it as MP4 or MOV (" + reason + ")";
+        case AVERROR(EIO):
+            return "the disk or card that it lies on does not give it; copy it elsewhere (" +
+                   reason + ")";
+        default:
+            return reason;
+    }
+}
+
 FormatPtr openMedia(const std::string& path, double pictureFps) {
     checkReadable(path);
     av_log_set_level(AV_LOG_QUIET);
@@ -143,7 +164,7 @@ FormatPtr openMedia(const std::string& path, double pictureFps) {
     }
     stopIfInterrupted();
     if (error < 0) {
-        throw ToolError("cannot read " + path + ": " + reasonOf(error));
+        throw ToolError("cannot read " + path + ": " + troubleOf(error));
     }
     return opened;
 }

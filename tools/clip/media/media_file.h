@@ -53,4 +53,7 @@ int quarterTurns(const AVStream& stream);
 // FFmpeg's words for one of its error numbers.
 std::string reasonOf(int error);
 
+// The same beside what is wrong with a file and what to do about it.
+std::string troubleOf(int error);
+
 }  // namespace maker

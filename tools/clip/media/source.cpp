@@ -46,7 +46,8 @@ VideoSource::VideoSource(const SourceOptions& options)
     frameFilters_ = frameFilters(options.look, options.length);
     more_ = film_.next(upcoming_);
     if (!more_) {
-        throw ToolError("cannot read " + options.path + ": no picture could be decoded");
+        throw ToolError("cannot read " + options.path +
+                        ": no picture could be decoded; it is damaged or empty, so export it anew");
     }
     canSeeThrough_ = formatHasAlpha(*upcoming_.picture) || imagePattern(options.path).has_value();
 }
