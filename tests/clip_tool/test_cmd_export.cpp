@@ -1,4 +1,6 @@
 // export on the command line: endings, names, and no file that is half there.
+#include <sys/stat.h>
+
 #include "clip_tool/tool.h"
 
 namespace {
@@ -95,6 +97,18 @@ TEST_F(ExportCommand, Interrupt_LeavesNothing) {
     EXPECT_EQ(WEXITSTATUS(status), 0);
     EXPECT_EQ(textOf("../err.txt"), "");
     EXPECT_EQ(filesHere(), Names{});
+}
+
+// Told before any work: the clip is not there. Nothing takes the place of the pipe.
+TEST_F(ExportCommand, OutputThatIsNoFile_IsRefusedAtOnce) {
+    for (const char* output : {"pipe.png", "pipe.mkv"}) {
+        ASSERT_EQ(mkfifo(output, 0600), 0);
+        const Outcome outcome = tool(std::string("export no.m19 -o ") + output);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err, std::string("velmora-clip: cannot write ") + output +
+                                   ": it is no ordinary file\n");
+        EXPECT_TRUE(fs::is_fifo(output));
+    }
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // sheet on the command line; the tool has no data folder beside it here.
+#include <sys/stat.h>
+
 #include "clip_tool/tool.h"
 
 namespace {
@@ -58,6 +60,19 @@ TEST_F(SheetCommand, WithoutOutput_IsWrongUse) {
     EXPECT_EQ(tool("sheet set").status, 2);
     EXPECT_EQ(tool("sheet").status, 2);
     EXPECT_EQ(tool("sheet --help").status, 0);
+}
+
+// Told before any work: the clip is not there. Nothing takes the place of the pipe.
+TEST_F(SheetCommand, OutputThatIsNoFile_IsRefusedAtOnce) {
+    for (const char* option : {"-o", "--html"}) {
+        const std::string output = std::string("pipe") + (option[1] == 'o' ? ".png" : ".html");
+        ASSERT_EQ(mkfifo(output.c_str(), 0600), 0);
+        const Outcome outcome = tool(std::string("sheet no.m19 ") + option + " " + output);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err,
+                  "velmora-clip: cannot write " + output + ": it is no ordinary file\n");
+        EXPECT_TRUE(fs::is_fifo(output));
+    }
 }
 
 }  // namespace

@@ -42,12 +42,7 @@ void checkUse(const EncodeCommand& command) {
 
 std::vector<fs::path> outputsOf(const EncodeCommand& command) {
     if (!command.output.empty()) {
-        const fs::path folder = folderOf(command.output);
-        std::error_code ignored;
-        if (!fs::is_directory(folder, ignored)) {
-            throw ToolError("cannot write " + command.output + ": no folder " + folder.string());
-        }
-        checkWritable(command.output);
+        checkOutput(command.output);
         if (fs::path(command.output).extension() != ".m19") {
             std::fprintf(stderr, "velmora-clip: warning: only names that end in .m19 are played\n");
         }

@@ -81,11 +81,7 @@ void exportClip(const ExportOptions& options) {
         throw ToolError("cannot tell what " + options.output + " shall be: give it the ending " +
                         kPng.ending + ", " + movieEndings());
     }
-    const fs::path folder = fs::path(options.output).parent_path();
-    std::error_code ignored;
-    if (!folder.empty() && !fs::is_directory(folder, ignored)) {
-        throw ToolError("cannot write " + options.output + ": no folder " + folder.string());
-    }
+    checkOutput(pictures ? numbered(options.output, 0) : options.output);
     const ClipFrames clip = openClip(options.clip);
     const bool first = pictures && options.frames.empty() && !takesNumbers(options.output);
     const std::vector<int> frames = framesOf(first ? "0" : options.frames, clip.count());

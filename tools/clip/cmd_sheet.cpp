@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tools/clip/base/atomic_file.h"
@@ -27,27 +26,7 @@ struct SheetOptions {
     std::string page;
 };
 
-// What is shown: the name on the sheet and the path of each clip.
-using Clips = std::vector<std::pair<std::string, std::string>>;
-
-Clips clipsOf(const std::vector<std::string>& inputs) {
-    Clips clips;
-    for (const std::string& input : inputs) {
-        std::error_code ignored;
-        if (!fs::is_directory(input, ignored)) {
-            clips.emplace_back(fs::path(input).filename().string(), input);
-            continue;
-        }
-        const std::vector<std::string> found = clipsBelow(input);
-        if (found.empty()) {
-            throw ToolError("there are no clips in " + input);
-        }
-        for (const std::string& name : found) {
-            clips.emplace_back(name, (fs::path(input) / name).string());
-        }
-    }
-    return clips;
-}
+using Clips = std::vector<NamedClip>;
 
 // The folder's name, or the clip's when there is only one.
 std::string titleOf(const std::vector<std::string>& inputs) {
@@ -86,7 +65,16 @@ void makeSheets(const SheetOptions& options) {
         throw ToolError("a sheet is a PNG picture: give " + options.picture + " the ending " +
                         kPng.ending);
     }
-    const Clips clips = clipsOf(options.inputs);
+    for (const std::string& output : {options.picture, options.page}) {
+        if (!output.empty()) {
+            checkOutput(output);
+        }
+    }
+    Clips clips;
+    for (const std::string& input : options.inputs) {
+        const Clips found = clipsOf(input);
+        clips.insert(clips.end(), found.begin(), found.end());
+    }
     const std::string title = titleOf(options.inputs);
     if (!options.picture.empty()) {
         const std::vector<uint8_t> file = pictureOf(title, clips);

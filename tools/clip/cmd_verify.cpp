@@ -1,7 +1,7 @@
 // velmora-clip verify: clips against every bound of the format, and whether they load in time.
 
 #include <cstdio>
-#include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,41 +14,34 @@
 
 namespace maker {
 
-namespace fs = std::filesystem;
-
 namespace {
 
-bool verify(const std::string& path);
-
-// All clips below the folder.
-bool verifyFolder(const std::string& folder) {
-    const std::vector<std::string> names = clipsBelow(folder);
-    if (names.empty()) {
-        throw ToolError("there are no clips in " + folder);
-    }
-    bool all = true;
-    for (const std::string& name : names) {
-        stopIfInterrupted();
-        all = verify((fs::path(folder) / name).string()) && all;
-    }
-    return all;
-}
-
-bool verify(const std::string& path) {
+// False, and a line on standard error, when the work fails.
+bool tried(const std::function<bool()>& work) {
     try {
-        std::error_code ignored;
-        if (fs::is_directory(path, ignored)) {
-            return verifyFolder(path);
-        }
-        Description description;
-        describe(readWholeFile(path), description);
-        std::printf("%s: %s\n", path.c_str(), verdictText(description).c_str());
-        return description.plays();
+        return work();
     } catch (const ToolError& error) {
         std::fflush(stdout);
         std::fprintf(stderr, "velmora-clip: %s\n", error.what());
         return false;
     }
+}
+
+bool verify(const std::string& path) {
+    Description description;
+    describe(readWholeFile(path), description);
+    std::printf("%s: %s\n", path.c_str(), verdictText(description).c_str());
+    return description.plays();
+}
+
+// Whether all play.
+bool verifyAll(const std::string& input) {
+    bool all = true;
+    for (const NamedClip& clip : clipsOf(input)) {
+        stopIfInterrupted();
+        all = tried([&clip] { return verify(clip.path); }) && all;
+    }
+    return all;
 }
 
 }  // namespace
@@ -65,7 +58,7 @@ void addVerify(CLI::App& app, int& status) {
     command->callback([paths, &status] {
         for (const std::string& path : *paths) {
             stopIfInterrupted();
-            if (!verify(path)) {
+            if (!tried([&path] { return verifyAll(path); })) {
                 status = kExitFailed;
             }
         }

@@ -112,6 +112,15 @@ void checkWritable(const fs::path& path) {
     }
 }
 
+void checkOutput(const fs::path& path) {
+    const fs::path folder = folderOf(path);
+    std::error_code ignored;
+    if (!fs::is_directory(folder, ignored)) {
+        throw ToolError("cannot write " + path.string() + ": no folder " + folder.string());
+    }
+    checkWritable(path);
+}
+
 void writeWholeFile(const fs::path& path, std::span<const uint8_t> bytes) {
     PendingFile file(path, bytes);
     stopIfInterrupted();

@@ -45,6 +45,9 @@ private:
 // Throws when the file cannot be written, as far as can be told without trying.
 void checkWritable(const std::filesystem::path& path);
 
+// Likewise, and where the folder is not there.
+void checkOutput(const std::filesystem::path& path);
+
 void writeWholeFile(const std::filesystem::path& path, std::span<const uint8_t> bytes);
 
 // Refuses what is larger than 256 MB, which no clip can be.

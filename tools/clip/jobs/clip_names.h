@@ -14,8 +14,8 @@
 
 namespace maker {
 
-// Without folder and ending; other scripts are transliterated, accents dropped. Of a pattern of numbered pictures what stands
-// before the number, or else the folder's name. Never empty.
+// Without folder and ending; other scripts are transliterated, accents dropped. Of a pattern of
+// numbered pictures what stands before the number, or else the folder's name. Never empty.
 std::string safeName(const std::string& input);
 
 // UTF-8 as Latin-1, which the program's files hold; bytes that are no UTF-8 stay. Empty when there

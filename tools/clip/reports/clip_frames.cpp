@@ -200,6 +200,21 @@ std::vector<std::string> clipsBelow(const fs::path& folder) {
     return paths;
 }
 
+std::vector<NamedClip> clipsOf(const std::string& input) {
+    std::error_code ignored;
+    if (!fs::is_directory(input, ignored)) {
+        return {{fs::path(input).filename().string(), input}};
+    }
+    std::vector<NamedClip> clips;
+    for (const std::string& name : clipsBelow(input)) {
+        clips.push_back({name, (fs::path(input) / name).string()});
+    }
+    if (clips.empty()) {
+        throw ToolError("there are no clips in " + input);
+    }
+    return clips;
+}
+
 bool isFrameList(const std::string& text) {
     return rangesOf(text).has_value();
 }

@@ -57,6 +57,14 @@ void toRgba(const Frame& frame, std::vector<uint8_t>& rgba);
 // not there holds none.
 std::vector<std::string> clipsBelow(const std::filesystem::path& folder);
 
+struct NamedClip {
+    std::string name;  // its file's, or its path from the folder that was given
+    std::string path;
+};
+
+// A clip, or all clips below a folder. Throws ToolError for a folder without any.
+std::vector<NamedClip> clipsOf(const std::string& input);
+
 // Whether a text names frames of a clip by numbers and ranges, such as "0,5,10-20".
 bool isFrameList(const std::string& text);
 
