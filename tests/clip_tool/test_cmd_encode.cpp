@@ -171,6 +171,28 @@ TEST_F(Commands, Encode_BestShowsALoopThatIsThereThreeTimesOnce) {
     EXPECT_NE(outcome.out.find("seam difference 0.0\n"), std::string::npos) << outcome.out;
 }
 
+// 12 frames, three times, each pixel up to 2 levels of 255 off: frames 12 apart differ by 4 in the
+// mean of their squares, the others by 50.
+TEST_F(Commands, Encode_BestFindsARepeatedLoopUnderNoise) {
+    media::Recipe recipe;
+    recipe.path = "in.mkv";
+    recipe.width = 64;
+    recipe.height = 36;
+    recipe.frames = 36;
+    recipe.fill = [random = uint32_t{1}](int frame, AVFrame& picture) mutable {
+        const int level = 100 + 3 * std::min(frame % 12, 11 - frame % 12);
+        for (int i = 0; i < 64 * 36; ++i) {
+            random = random * 1664525 + 1013904223;
+            const int off = static_cast<int>((random >> 24) % 5) - 2;
+            std::memset(media::pixelAt(picture, i % 64, i / 64), level + off, 3);
+        }
+    };
+    media::write(recipe);
+    const Outcome outcome = encodeExactly("--loop best");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find(": 12 frames"), std::string::npos) << outcome.out;
+}
+
 // Three pictures of a second each are 300 frames at 100 a second.
 TEST_F(Commands, Encode_LongInputIsCutSplitOrRetimed) {
     inputs::levels("in.mkv", {3, 4, 5}, 1);

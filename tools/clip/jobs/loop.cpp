@@ -80,10 +80,13 @@ private:
     }
 
     // 0 where the motion does not repeat within the loop. Frames a period apart differ by next to
-    // nothing of what those in between do; in a slow motion neighbours are alike, but those in
-    // between even more so.
+    // nothing of what those in between do, or, where coding or a camera left noise, by no more than
+    // those at the best seam do; in a slow motion neighbours are alike, but those in between even
+    // more so.
     int periodOf(const Seam& loop) {
         constexpr double kAlike = 1.0 / 64;
+        constexpr double kAlikeButForNoise = 1.0 / 4;
+        constexpr double kNoise = 2;  // times that of the seam: noise of films is 1.1 to 1.5 times
         const int length = loop.end - loop.begin;
         double between = 0;  // the sum up to the step before
         for (int step = 1; 2 * step <= length + 1; ++step) {
@@ -91,7 +94,9 @@ private:
             const auto from = apart_.begin() + kBefore + loop.begin;
             const double apart = std::accumulate(from, from + length - step, 0.0) / (length - step);
             const bool divides = std::abs(std::round(1.0 * length / step) * step - length) <= 1;
-            if (divides && apart < kAlike * between / std::max(step - 1, 1)) {
+            const double mean = between / std::max(step - 1, 1);
+            const bool noise = apart < kNoise * loop.difference && apart < kAlikeButForNoise * mean;
+            if (divides && (noise || apart < kAlike * mean)) {
                 return step;
             }
             between += apart;
