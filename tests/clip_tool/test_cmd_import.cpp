@@ -39,15 +39,6 @@ std::vector<std::string> clips(const std::string& name, int count) {
     return names;
 }
 
-Names filesIn(const fs::path& folder) {
-    Names names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 void write(const std::string& path, const std::string& text) {
     fs::create_directories(fs::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << text;

@@ -77,7 +77,7 @@ TEST_F(Feeds, Clip_GivesItsFramesAndHidesColoursThatNobodySees) {
     maker::Frame frame = pictures::flat(16, 0xFFFF, true);
     frame.alpha[1] = 7;
     maker::writeWholeFile("a.m19", pictures::encode({frame, pictures::flat(16, 0, true)}));
-    maker::Feed feed = maker::openFeed({.path = "a.m19"}, false);
+    maker::Feed feed = maker::openFeed("a.m19", {}, false);
     EXPECT_EQ(feed.height, 16);
     EXPECT_TRUE(feed.alpha);
     Bytes rgba;
@@ -96,15 +96,15 @@ TEST_F(Feeds, Video_IsRoundedForTheStageAlone) {
     recipe.fill = [](int, AVFrame& picture) { media::fillBytes(picture, 102, 101, 100, 0); };
     media::write(recipe);
     Bytes rgba;
-    ASSERT_TRUE(maker::openFeed({.path = "a.mkv"}, false).next(rgba));
+    ASSERT_TRUE(maker::openFeed("a.mkv", {}, false).next(rgba));
     EXPECT_EQ(Bytes(rgba.begin(), rgba.begin() + 4), (Bytes{100, 101, 102, 255}));
-    ASSERT_TRUE(maker::openFeed({.path = "a.mkv"}, true).next(rgba));
+    ASSERT_TRUE(maker::openFeed("a.mkv", {}, true).next(rgba));
     EXPECT_EQ(Bytes(rgba.begin(), rgba.begin() + 4), (Bytes{99, 101, 99, 255}));
 }
 
 TEST_F(Feeds, WhatCannotBeRead_IsThrown) {
-    EXPECT_THROW(maker::openFeed({.path = "no.m19"}, false), maker::ToolError);
-    EXPECT_THROW(maker::openFeed({.path = "no.mp4"}, true), maker::ToolError);
+    EXPECT_THROW(maker::openFeed("no.m19", {}, false), maker::ToolError);
+    EXPECT_THROW(maker::openFeed("no.mp4", {}, true), maker::ToolError);
 }
 
 }  // namespace

@@ -42,13 +42,22 @@ inline Outcome tool(const std::string& arguments, const std::string& before = ""
 
 using Names = std::vector<std::string>;
 
-inline Names filesHere() {
+// Without what stands beside clips that are there.
+inline Names filesIn(const fs::path& folder) {
     Names names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(".")) {
-        names.push_back(entry.path().filename().string());
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        const fs::path& path = entry.path();
+        const bool origin = path.extension() == ".json" && path.stem().extension() == ".m19";
+        if (!origin || !fs::exists(folder / path.stem())) {
+            names.push_back(path.filename().string());
+        }
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+inline Names filesHere() {
+    return filesIn(".");
 }
 
 class Commands : public testing::Test {

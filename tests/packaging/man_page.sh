@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The page of velmora-clip has a section for every subcommand that the tool has. The section of import
-# refers to encode for the options that both have; any other names all options of its subcommand, by
+# The page of velmora-clip has a section for every subcommand that the tool has. The sections of
+# diff, import and remake refer to encode for the options that both have; any other names all options of its subcommand, by
 # one of their names, and no others.
 #
 #   man_page.sh VELMORA_CLIP PAGE
@@ -38,7 +38,7 @@ for subcommand in $subcommands; do
         has "$options" "$name" || complain "$subcommand has no $name"
     done
     shared=
-    [ "$subcommand" != import ] || shared=$(options_of encode)
+    [[ ! "$subcommand" =~ ^(diff|import|remake)$ ]] || shared=$(options_of encode)
     while read -r names; do
         [ -n "$names" ] || continue
         found=

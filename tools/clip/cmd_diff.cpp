@@ -1,5 +1,6 @@
 // velmora-clip diff: how near a clip comes to its source.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <memory>
@@ -10,6 +11,7 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
 #include "tools/clip/commands.h"
+#include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/jobs/feed.h"
 #include "tools/clip/reports/compare.h"
 
@@ -18,18 +20,34 @@ namespace maker {
 namespace {
 
 struct DiffOptions {
-    SourceOptions clip;
-    SourceOptions source;
-    std::optional<Fit> fit;
+    std::string clip;
+    std::string source;  // empty: what the clip was made of
+    EncodeArguments arguments;
     bool json = false;
     bool brief = false;
 };
 
-Comparison compare(const DiffOptions& options) {
-    Feed shown = openFeed(options.clip, true);
-    SourceOptions sourceOptions = options.source;
-    sourceOptions.alpha = shown.alpha;  // without alpha, a clip shows its source over black
-    Feed source = openFeed(sourceOptions, false);
+// Fills in the source; the frames are those that the clip was encoded from.
+Feed openSource(DiffOptions& options, bool alpha) {
+    EncodeSettings settings;
+    int part = 1;
+    if (options.source.empty()) {
+        const ClipOrigin origin = checkedOrigin(options.clip);
+        settings = settingsOf(origin.options, options.arguments);
+        part = std::max(origin.part, 1);
+        options.source = origin.source;
+    } else {
+        settings = settingsOf(options.arguments);
+    }
+    if (!alpha && settings.alpha == AlphaFrom::SOURCE) {
+        settings.alpha = AlphaFrom::NONE;  // such a clip shows its source over black
+    }
+    return openFeed(options.source, settings, false, part);
+}
+
+Comparison compare(DiffOptions& options) {
+    Feed shown = openFeed(options.clip, {}, true);
+    Feed source = openSource(options, shown.alpha);
     if (shown.height != source.height) {
         throw ToolError("cannot compare " + std::to_string(shown.height) + " lines with " +
                         std::to_string(source.height));
@@ -52,8 +70,7 @@ Comparison compare(const DiffOptions& options) {
     }
     if (more) {
         std::fprintf(stderr, "velmora-clip: warning: %s ends after %zu frames, %s goes on\n",
-                     options.source.path.c_str(), comparison.frames.size(),
-                     options.clip.path.c_str());
+                     options.source.c_str(), comparison.frames.size(), options.clip.c_str());
     }
     return comparison;
 }
@@ -116,34 +133,24 @@ void printJson(const Comparison& comparison) {
 }  // namespace
 
 void addDiff(CLI::App& app, int& status) {
-    constexpr double kLongest = 1e6;  // seconds
     auto options = std::make_shared<DiffOptions>();
     CLI::App* command = app.add_subcommand("diff", "tell how near a clip comes to its source");
-    command->add_option("clip", options->clip.path, "the clip, or a video to be judged as one")
+    command->add_option("clip", options->clip, "the clip, or a video to be judged as one")
         ->required()
         ->option_text("CLIP REQUIRED");
-    command->add_option("source", options->source.path, "video, image or clip to compare with")
-        ->required()
-        ->option_text("SOURCE REQUIRED");
-    command->add_option("--start", options->source.start, "begin at this second of the source")
-        ->check(CLI::Range(0.0, kLongest))
-        ->option_text("SECONDS");
     command
-        ->add_option("--fps", options->source.fps,
-                     "frames a second of the clip (default 25.6, the stage's pace)")
-        ->check(CLI::Range(0.01, 1000.0))
-        ->option_text("RATE");
-    addFit(*command, options->fit, "how the source was fitted (default cover)")
-        ->option_text("cover|contain|stretch|whole");
-    addLookOptions(*command, options->source.look);
+        ->add_option("source", options->source,
+                     "video, image or clip to compare with; unless given, what the clip was made "
+                     "of, with the options that it was made with")
+        ->option_text("SOURCE");
+    addEncodeOptions(*command, options->arguments);
     command->add_flag("--brief", options->brief, "only the line for the whole clip");
     command->add_flag("--json", options->json, "as a JSON object");
     command->footer(
         "PSNR is that of the colours on stage, red, green and blue from 0 to 255, against the\n"
         "source at 640 x 360 before rounding to 16 bits. SSIM is that of the luma, 1 at best.\n"
-        "Give the options that the clip was encoded with.");
+        "With a SOURCE give the options that the clip was encoded with.");
     command->callback([options, &status] {
-        options->source.fit = options->fit.value_or(Fit::COVER);
         const Comparison comparison = compare(*options);
         if (options->json) {
             printJson(comparison);

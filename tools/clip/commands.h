@@ -20,13 +20,13 @@ inline constexpr int kExitInterrupted = 130;
 
 using AddCommand = void(CLI::App& app, int& status);
 
-AddCommand addEncode, addImport, addInfo, addVerify, addCheck, addSheet, addExport, addDiff,
-    addDemo, addConformance, addProbe;
+AddCommand addEncode, addRemake, addImport, addInfo, addVerify, addCheck, addSheet, addExport,
+    addDiff, addDemo, addConformance, addProbe;
 
 // In the order of the help.
-inline constexpr AddCommand* kCommands[] = {addEncode, addImport, addProbe,      addInfo,
-                                            addVerify, addCheck,  addSheet,      addExport,
-                                            addDiff,   addDemo,   addConformance};
+inline constexpr AddCommand* kCommands[] = {addEncode, addRemake, addImport, addProbe,
+                                            addInfo,   addVerify, addCheck,  addSheet,
+                                            addExport, addDiff,   addDemo,   addConformance};
 
 // The options that say how clips are made, as given; what is not given is the preset's to say.
 struct EncodeArguments {
@@ -34,6 +34,7 @@ struct EncodeArguments {
     std::string preset;
     std::optional<Fit> fit;
     std::optional<int> quality;
+    std::vector<const CLI::Option*> options;  // all that there are
 };
 
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments);
@@ -46,6 +47,9 @@ void addLookOptions(CLI::App& command, Look& look);
 
 // Throws CLI::ValidationError where options do not go together.
 EncodeSettings settingsOf(const EncodeArguments& arguments);
+
+// As a clip's options were, but for those that are given now.
+EncodeSettings settingsOf(const OptionTexts& kept, const EncodeArguments& changes);
 
 // The command line without the program's name; "--loop crossfade 12" and "--alpha key 00ff00" come
 // as one value each, with a colon.

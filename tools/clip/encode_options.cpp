@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 #include "clip/format.h"
 #include "tools/clip/base/errors.h"
@@ -214,15 +215,50 @@ CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::strin
 
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments) {
     arguments.settings.workers = defaultWorkers();
+    const size_t others = command.get_options().size();
     addPictureOptions(command, arguments);
     addLookOptions(command, arguments.settings.look);
     addCodingOptions(command, arguments);
+    const std::vector<CLI::Option*> all = command.get_options();
+    arguments.options.assign(all.begin() + static_cast<std::ptrdiff_t>(others), all.end());
+}
+
+// But for the number of cores, which says nothing about the clip.
+OptionTexts givenOptions(const EncodeArguments& arguments) {
+    OptionTexts given;
+    for (const CLI::Option* option : arguments.options) {
+        if (option->count() > 0 && option->get_name() != "--jobs") {
+            given.emplace_back(option->get_name(), option->results().front());
+        }
+    }
+    return given;
+}
+
+EncodeSettings settingsOf(const OptionTexts& kept, const EncodeArguments& changes) {
+    OptionTexts texts = givenOptions(changes);
+    std::copy_if(kept.begin(), kept.end(), std::back_inserter(texts), [&changes](const auto& old) {
+        return std::none_of(
+            changes.options.begin(), changes.options.end(),
+            [&old](const auto* now) { return now->count() > 0 && now->get_name() == old.first; });
+    });
+    std::vector<std::string> words;
+    for (const auto& [name, text] : texts) {
+        words.push_back(name + "=" + text);
+    }
+    CLI::App parser;
+    EncodeArguments arguments;
+    addEncodeOptions(parser, arguments);
+    parser.parse(std::move(words));
+    EncodeSettings settings = settingsOf(arguments);
+    settings.workers = changes.settings.workers;
+    return settings;
 }
 
 EncodeSettings settingsOf(const EncodeArguments& arguments) {
     const bool pixel = arguments.preset == "pixel";
     const bool graphics = pixel || arguments.preset == "graphics";
     EncodeSettings settings = arguments.settings;
+    settings.given = givenOptions(arguments);
     settings.fit = arguments.fit.value_or(pixel ? Fit::WHOLE : Fit::COVER);
     settings.nearest = pixel;
     settings.content = graphics                        ? Content::GRAPHICS

@@ -4,11 +4,14 @@
 #include <cmath>
 #include <deque>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
+#include "tools/clip/jobs/clip_origin.h"
+#include "tools/clip/jobs/looped_source.h"
 #include "tools/clip/reports/describe.h"
 
 namespace maker {
@@ -53,27 +56,17 @@ public:
           output_(output),
           settings_(settings),
           events_(events),
+          origin_(originOf(input, settings.given, output)),
           plan_(planEncode(input, settings, events.progress)),
-          source_(plan_.source) {
-        if (settings.loop.kind == LoopKind::CROSSFADE) {
-            ahead_.emplace(plan_.source);
-        }
-    }
+          frames_(plan_, settings) {}
 
     EncodeReport run();
 
 private:
     void encodePart();
-    void feedPart(ClipEncoder& encoder, int from, int to);
-    void feedPingpong(ClipEncoder& encoder, int part);
-    void feedCrossfade(ClipEncoder& encoder, int part);
     void feed(ClipEncoder& encoder, const Pixels& rgba);
     void tell(Stage stage, int ofPart, double searched);
-    Pixels pictureOf(VideoSource& source) const;
-    int partFrames() const;
-    int expectedFrames() const;
     std::string noteOf(int given) const;
-    void advance();
     void checkBudget(const ClipStats& stats, size_t bytes) const;
     void checkEnd();
     void commit();
@@ -83,46 +76,15 @@ private:
     const fs::path& output_;
     const EncodeSettings& settings_;
     const EncodeEvents& events_;
+    ClipOrigin origin_;
     EncodePlan plan_;
-    VideoSource source_;
-    std::optional<VideoSource> ahead_;  // CROSSFADE: fetches the end of a part before its beginning
-    bool waiting_ = false;              // source_ stands on a frame that is not encoded yet
-    int taken_ = 0;                     // frames that finished parts took from the source
-    int given_ = 0;                     // frames to the encoders of all parts
-    int expected_ = 0;                  // of them; 0 when nobody knows
+    LoopedSource frames_;
+    int given_ = 0;     // frames to the encoders of all parts
+    int expected_ = 0;  // of them; 0 when nobody knows
     std::optional<FolderInMaking> folder_;
     std::deque<PendingFile> files_;
     EncodeReport report_;
 };
-
-// The frames of the source that the part under way has, or may have when they were not counted.
-int Job::partFrames() const {
-    const int most = settings_.longInput == LongInput::FIT && settings_.loop.kind == LoopKind::BEST
-                         ? clip::kMaxFrames
-                         : framesTaken(settings_.loop);
-    return std::min(most, plan_.frames == kNoLimit ? most : plan_.frames - taken_);
-}
-
-// Of all parts; as the file announces, when the frames were not counted.
-int Job::expectedFrames() const {
-    if (plan_.seam) {
-        return plan_.seam->end - plan_.seam->begin;
-    }
-    const int most = framesTaken(settings_.loop);
-    int left = plan_.frames != kNoLimit ? plan_.frames : source_.expectedFrames();
-    int given = 0;
-    for (bool more = left > 0; more; left -= most) {
-        given += framesGiven(settings_.loop, std::min(left, most));
-        more = settings_.longInput == LongInput::SPLIT && left > most;
-    }
-    return given;
-}
-
-Pixels Job::pictureOf(VideoSource& source) const {
-    Pixels rgba = source.picture();
-    applyKey(settings_, rgba);
-    return rgba;
-}
 
 void Job::feed(ClipEncoder& encoder, const Pixels& rgba) {
     encoder.add(rgba.data());
@@ -137,62 +99,14 @@ void Job::tell(Stage stage, int ofPart, double searched) {
     }
     const double passes = encodingPasses(settings_);
     const double toDo = ofPart * (passes - 1) / passes * (1 - searched);
-    const int all = stage == Stage::FITTING && !waiting_ ? given_ : expected_;
+    const int all = stage == Stage::FITTING && frames_.atEnd() ? given_ : expected_;
     const double done = all > 0 ? std::min((given_ - toDo) / all, 1.0) : 0;
     const double part = all > 0 ? (plan_.passes + passes * done) / (plan_.passes + passes) : 0;
     events_.progress({given_, expected_, part, stage});
 }
 
-void Job::advance() {
-    ++taken_;
-    waiting_ = source_.step();
-}
-
-// The frames `from` to `to` of the part; those before are passed over.
-void Job::feedPart(ClipEncoder& encoder, int from, int to) {
-    for (int i = 0; i < to && waiting_; ++i) {
-        if (i >= from) {
-            feed(encoder, pictureOf(source_));
-        }
-        advance();
-    }
-}
-
-void Job::feedPingpong(ClipEncoder& encoder, int part) {
-    std::vector<Pixels> shown;
-    for (int i = 0; i < part && waiting_; ++i) {
-        shown.push_back(pictureOf(source_));
-        feed(encoder, shown.back());
-        advance();
-    }
-    for (size_t i = shown.size(); i-- > 2;) {
-        feed(encoder, shown[i - 1]);
-    }
-}
-
-void Job::feedCrossfade(ClipEncoder& encoder, int part) {
-    const int blend = blendOf(settings_.loop, part);
-    std::deque<Pixels> last;
-    for (int i = 0; i < part && ahead_->step(); ++i) {
-        if (i >= part - blend) {
-            last.push_back(pictureOf(*ahead_));
-        }
-    }
-    for (int i = 0; i < part && waiting_; ++i) {
-        if (i < part - blend) {
-            Pixels rgba = pictureOf(source_);
-            if (i < blend && !last.empty()) {
-                crossfade(i, blend, last.front(), rgba);
-                last.pop_front();
-            }
-            feed(encoder, rgba);
-        }
-        advance();
-    }
-}
-
 std::string Job::noteOf(int given) const {
-    std::string note = source_.note();
+    std::string note = frames_.source().note();
     if (plan_.seam) {
         const double fps = plan_.source.fps;
         const double from = settings_.start + plan_.seam->begin / fps;
@@ -202,31 +116,23 @@ std::string Job::noteOf(int given) const {
                           decimals(std::sqrt(plan_.seam->difference), 1));
     }
     if (settings_.loop.kind == LoopKind::CROSSFADE) {
-        addNote(note, std::to_string(taken_ - given) + " frames blended");
+        addNote(note, std::to_string(frames_.taken() - given) + " frames blended");
     }
     if (plan_.speed > 1) {
         addNote(note, decimals(plan_.speed, 2) + " times as fast");
     }
     const bool cut = settings_.longInput == LongInput::CUT && settings_.duration <= 0;
-    if (cut && !plan_.seam && source_.goesOn()) {
+    if (cut && !plan_.seam && frames_.source().goesOn()) {
         addNote(note, "the input goes on");
     }
     return note;
 }
 
 void Job::encodePart() {
-    const int takenBefore = taken_;
-    const int part = partFrames();
+    const int takenBefore = frames_.taken();
     ClipEncoder encoder(clipSettings(settings_, plan_.source.alpha));
-    if (plan_.seam) {
-        feedPart(encoder, plan_.seam->begin, plan_.seam->end);
-        waiting_ = false;
-    } else if (settings_.loop.kind == LoopKind::PINGPONG) {
-        feedPingpong(encoder, part);
-    } else if (settings_.loop.kind == LoopKind::CROSSFADE) {
-        feedCrossfade(encoder, part);
-    } else {
-        feedPart(encoder, 0, part);
+    for (Pixels rgba; frames_.next(rgba);) {
+        feed(encoder, rgba);
     }
     const auto searching = [&](double done) { tell(Stage::FITTING, encoder.added(), done); };
     const std::vector<uint8_t> bytes = encoder.finish(searching);
@@ -269,8 +175,8 @@ void Job::checkBudget(const ClipStats& stats, size_t bytes) const {
 }
 
 void Job::checkEnd() {
-    report_.damaged = source_.damaged();
-    report_.cutOff = source_.cutOff();
+    report_.damaged = frames_.source().damaged();
+    report_.cutOff = frames_.source().cutOff();
     if (!report_.cutOff.empty() && !settings_.partial) {
         throw ToolError("cannot read all of " + input_ + ": " + report_.cutOff +
                         " (--partial takes what is there)");
@@ -287,11 +193,19 @@ void Job::commit() {
             throw ToolError("the output " + path.string() + " is the input");
         }
     }
+    std::deque<PendingFile> origins;
+    for (size_t i = 0; i < files_.size(); ++i) {
+        origin_.part = split ? static_cast<int>(i) + 1 : 0;
+        const std::string text = originText(origin_, report_.clips[i]);
+        origins.emplace_back(originPath(report_.clips[i].path),
+                             std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+    }
     if (events_.beforeCommit) {
         events_.beforeCommit(report_);
     }
     // The first part comes last, so that it stands for all of them.
     for (size_t i = files_.size(); i-- > 0;) {
+        origins[i].commit(originPath(report_.clips[i].path));
         files_[i].commit(report_.clips[i].path);
     }
     folder_->keep();
@@ -312,14 +226,13 @@ void Job::noteLeftOver(size_t number) {
 }
 
 EncodeReport Job::run() {
-    expected_ = expectedFrames();
-    waiting_ = source_.step();
-    if (!waiting_) {
+    expected_ = frames_.expectedFrames();
+    if (!frames_.nextClip()) {
         throw ToolError("cannot read " + input_ + ": it ends before the start asked");
     }
     do {
         encodePart();
-    } while (waiting_ && settings_.longInput == LongInput::SPLIT);
+    } while (frames_.nextClip());
     checkEnd();
     commit();
     return std::move(report_);
@@ -342,7 +255,9 @@ EncodeReport encodeFile(const std::string& input, const fs::path& output,
         throw ToolError("the output " + output.string() + " is the input");
     }
     // Numbers may make a name too long.
-    checkWritable(settings.longInput == LongInput::SPLIT ? numbered(output, 10) : output);
+    const fs::path longest = settings.longInput == LongInput::SPLIT ? numbered(output, 10) : output;
+    checkWritable(longest);
+    checkWritable(originPath(longest));
     return Job(input, output, settings, events).run();
 }
 

@@ -1,15 +1,16 @@
 #pragma once
 // One input to one clip, or to several: decode, cut or retime, key, loop, encode, write.
 //
-// The clips get their names when all of them are whole; before that, and when anything goes wrong,
-// every file keeps what it held and nothing new is there. Errors and interrupts are thrown
-// (errors.h). Jobs may run side by side.
+// The clips get their names when all of them are whole, and beside each stands where it came from;
+// before that, and when anything goes wrong, every file keeps what it held and nothing new is
+// there. Errors and interrupts are thrown (errors.h). Jobs may run side by side.
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/clip/base/progress.h"
@@ -34,6 +35,9 @@ enum class AlphaFrom {
     COLOUR,
 };
 
+// Options of the command line that were given, such as "--quality" and "70".
+using OptionTexts = std::vector<std::pair<std::string, std::string>>;
+
 struct EncodeSettings {
     double start = 0;     // seconds
     double duration = 0;  // seconds; 0 for all there is
@@ -53,6 +57,7 @@ struct EncodeSettings {
     int64_t bytes = 0;              // likewise
     bool partial = false;           // take what is there of an input that breaks off
     int workers = 1;
+    OptionTexts given = {};  // what the rest comes from, to be kept beside the clip
 };
 
 struct ClipReport {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "tools/clip/encoder/quantise.h"
-#include "tools/clip/jobs/encode_job.h"
+#include "tools/clip/jobs/looped_source.h"
 #include "tools/clip/reports/clip_frames.h"
 
 namespace maker {
@@ -22,26 +22,19 @@ Feed clipFeed(const std::string& path) {
             }};
 }
 
-// As encode would take the input with these options.
-Feed videoFeed(const SourceOptions& options) {
-    EncodeSettings settings;
-    settings.start = options.start;
-    settings.duration = options.duration;
-    settings.fps = options.fps;
-    settings.fit = options.fit;
-    settings.look = options.look;
-    settings.alpha = options.alpha ? AlphaFrom::SOURCE : AlphaFrom::NONE;
-    const SourceOptions planned = planEncode(options.path, settings).source;
-    const auto source = std::make_shared<VideoSource>(planned);
-    return {kFrameHeight, planned.alpha,
-            [source](std::vector<uint8_t>& rgba) {
-                if (!source->step()) {
-                    return false;
-                }
-                rgba = source->picture();
-                return true;
-            },
-            [source] { return source->sampling(); }};
+Feed videoFeed(const std::string& path, const EncodeSettings& settings, int part) {
+    const EncodePlan plan = planEncode(path, settings);
+    const auto source = std::make_shared<LoopedSource>(plan, settings);
+    std::vector<uint8_t> passed;
+    bool there = source->nextClip();
+    for (int i = 1; i < part && there; ++i) {
+        while (source->next(passed)) {
+        }
+        there = source->nextClip();
+    }
+    return {kFrameHeight, plan.source.alpha,
+            [source, there](std::vector<uint8_t>& rgba) { return there && source->next(rgba); },
+            [source] { return source->source().sampling(); }};
 }
 
 void blackenHidden(std::vector<uint8_t>& rgba) {
@@ -66,9 +59,9 @@ void roundAll(std::vector<uint8_t>& rgba, bool alpha) {
 
 }  // namespace
 
-Feed openFeed(const SourceOptions& options, bool onStage) {
-    const bool isClip = std::filesystem::path(options.path).extension() == ".m19";
-    Feed feed = isClip ? clipFeed(options.path) : videoFeed(options);
+Feed openFeed(const std::string& path, const EncodeSettings& settings, bool onStage, int part) {
+    const bool isClip = std::filesystem::path(path).extension() == ".m19";
+    Feed feed = isClip ? clipFeed(path) : videoFeed(path, settings, part);
     feed.next = [next = feed.next, alpha = feed.alpha,
                  rounds = onStage && !isClip](std::vector<uint8_t>& rgba) {
         if (!next(rgba)) {

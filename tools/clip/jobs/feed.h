@@ -1,16 +1,16 @@
 #pragma once
 // Frames one after the other from a clip or from anything that the encoder reads, for comparing.
 //
-// Pictures are 640 x height RGBA. Names that end in .m19 are clips, everything else goes the way
-// that it goes through the encoder, to 640 x 360. What is wholly transparent is black, as the
-// encoder leaves it. What cannot be read is thrown as ToolError.
+// Pictures are 640 x height RGBA. Names that end in .m19 are clips, everything else gives the
+// frames that the encoder would get of it, of 640 x 360. What is wholly transparent is black, as
+// the encoder leaves it. What cannot be read is thrown as ToolError.
 
 #include <cstdint>
 #include <functional>
-#include <optional>
+#include <string>
 #include <vector>
 
-#include "tools/clip/media/source.h"
+#include "tools/clip/jobs/encode_job.h"
 
 namespace maker {
 
@@ -21,7 +21,8 @@ struct Feed {
     std::function<Sampling()> sampling = nullptr;     // so far; a clip has none
 };
 
-// `onStage`: rounded to the colours that the stage can show; a clip has these already.
-Feed openFeed(const SourceOptions& options, bool onStage);
+// `onStage`: rounded to the colours that the stage can show; a clip has these already. `part`:
+// which clip of a split input, from 1.
+Feed openFeed(const std::string& path, const EncodeSettings& settings, bool onStage, int part = 1);
 
 }  // namespace maker

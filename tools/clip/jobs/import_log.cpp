@@ -298,16 +298,12 @@ Scan scanInputs(const std::vector<std::string>& given) {
 InputState stateOf(const std::string& input) {
     InputState state;
     const std::optional<ImagePattern> pattern = imagePattern(input);
-    std::error_code error;
     if (!pattern) {
         addFile(input, state);
         return state;
     }
-    const std::string folder = pattern->folder.empty() ? "." : pattern->folder;
-    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
-        if (numberOf(*pattern, at->path().filename().string())) {
-            addFile(at->path(), state);
-        }
+    for (const auto& [number, path] : picturesOf(*pattern)) {
+        addFile(path, state);
     }
     return state;
 }

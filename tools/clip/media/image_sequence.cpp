@@ -82,17 +82,17 @@ std::optional<int> numberOf(const ImagePattern& pattern, const std::string& file
     return std::stoi(digits);
 }
 
-std::optional<int> firstNumber(const ImagePattern& pattern) {
-    std::optional<int> first;
+std::map<int, std::string> picturesOf(const ImagePattern& pattern) {
+    std::map<int, std::string> pictures;
     std::error_code error;
     const std::string folder = pattern.folder.empty() ? "." : pattern.folder;
     for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
         const std::optional<int> number = numberOf(pattern, at->path().filename().string());
-        if (number && (!first || *number < *first)) {
-            first = number;
+        if (number) {
+            pictures.emplace(*number, at->path().string());
         }
     }
-    return first;
+    return pictures;
 }
 
 }  // namespace maker

@@ -4,6 +4,7 @@
 // A name is a pattern when no file has it, its last part holds one %d or %0Nd, and there is no
 // other % in it. Folders are only looked into, nothing is opened.
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -26,7 +27,7 @@ std::optional<ImagePattern> patternOfFile(const std::string& path);
 // The number of a file name that fits the pattern.
 std::optional<int> numberOf(const ImagePattern& pattern, const std::string& fileName);
 
-// The lowest number that there is a file for.
-std::optional<int> firstNumber(const ImagePattern& pattern);
+// The files that there are, by their numbers.
+std::map<int, std::string> picturesOf(const ImagePattern& pattern);
 
 }  // namespace maker

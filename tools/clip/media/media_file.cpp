@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -67,10 +68,10 @@ const int32_t* displayMatrix(const AVStream& stream) {
 AVDictionary* sequenceOptions(const std::string& path, double fps) {
     AVDictionary* options = nullptr;
     const std::optional<ImagePattern> pattern = imagePattern(path);
-    const std::optional<int> first = pattern ? firstNumber(*pattern) : std::nullopt;
-    if (first) {
+    const auto pictures = pattern ? picturesOf(*pattern) : std::map<int, std::string>();
+    if (!pictures.empty()) {
         const std::string rate = std::to_string(fps > 0 ? fps : kFallbackFps);
-        av_dict_set_int(&options, "start_number", *first, 0);
+        av_dict_set_int(&options, "start_number", pictures.begin()->first, 0);
         av_dict_set(&options, "framerate", rate.c_str(), 0);
     } else if (isThere(path)) {
         av_dict_set(&options, "pattern_type", "none", 0);
