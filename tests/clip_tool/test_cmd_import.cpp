@@ -118,8 +118,11 @@ TEST_F(Import, SecondRun_DoesOnlyWhatIsMissingOrChanged) {
     inputs::levels("films/a.mkv", {7, 8, 9});
     EXPECT_EQ(madeBy("import films --playlist live"), Names{"a.m19"});
     EXPECT_EQ(inputs::levelsOf("videos/a.m19").size(), 4u);  // 3 at 25 are 4 at 25.6
+    // The same film with another time, and a clip that was made again otherwise.
     fs::last_write_time("films/b.mkv", fs::last_write_time("films/b.mkv") + std::chrono::hours(1));
-    EXPECT_EQ(madeBy("import films --playlist live"), Names{"b.m19"});
+    EXPECT_EQ(madeBy("import films --playlist live"), Names{});
+    EXPECT_EQ(tool("remake videos/b.m19 --loop pingpong --fps 100").status, 0);
+    EXPECT_EQ(madeBy("import films --playlist live"), Names{});
     fs::remove("videos/c.m19");
     EXPECT_EQ(madeBy("import films --playlist live"), Names{"c.m19"});
     fs::resize_file("videos/c.m19", 10);
@@ -349,6 +352,51 @@ TEST_F(Import, WrongUse_HasItsOwnStatus) {
         EXPECT_EQ(tool(arguments).status, 2) << arguments;
     }
     EXPECT_EQ(filesHere(), Names{"films"});
+}
+
+// Waits up to a minute for a condition.
+template <class Condition>
+bool becomes(Condition condition) {
+    for (int i = 0; i < 600 && !condition(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    return condition();
+}
+
+// A film that is there, one that comes, one that changes; then Ctrl-C.
+TEST_F(Import, Watch_MakesWhatComesAndChangesUntilItIsStopped) {
+    fs::remove("films/b.mkv");
+    const std::string line = "exec '" + kTool +
+                             "' import films --playlist live --watch --preset graphics "
+                             ">../watch.txt 2>&1 </dev/null & echo $! >../pid.txt";
+    ASSERT_EQ(std::system(line.c_str()), 0);
+    const auto done = [](int times) {
+        const std::string text = textOf("../watch.txt");
+        int found = 0;
+        for (size_t at = text.find("1 made, "); at != std::string::npos;
+             at = text.find("1 made, ", at + 1)) {
+            ++found;
+        }
+        return found == times;
+    };
+    EXPECT_TRUE(becomes([&] { return done(1); })) << textOf("../watch.txt");
+    inputs::levels("new.mkv", {4});
+    // What grows is left alone.
+    const std::string film = textOf("new.mkv");
+    for (size_t bytes = 1; bytes <= 4; ++bytes) {
+        write("films/c.mkv", film.substr(0, bytes * 100));
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    }
+    write("films/c.mkv", film);
+    EXPECT_TRUE(becomes([&] { return done(2); })) << textOf("../watch.txt");
+    inputs::levels("films/a.mkv", {9, 9, 9});
+    EXPECT_TRUE(becomes([&] { return done(3); })) << textOf("../watch.txt");
+    const pid_t tool = std::stoi(textOf("../pid.txt"));
+    EXPECT_EQ(kill(tool, SIGTERM), 0);
+    EXPECT_TRUE(becomes([&] { return kill(tool, 0) != 0; }));
+    EXPECT_EQ(inputs::levelsOf("videos/a.m19").front(), 9);
+    EXPECT_EQ(filesIn("videos"), (Names{"a.m19", "c.m19", "imported.jsonl"}));
+    EXPECT_EQ(textOf("../watch.txt").find("cannot"), std::string::npos) << textOf("../watch.txt");
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 // Works in Velmora's folder, as the program does, which must not run meanwhile: it writes the
 // playlists file from its memory.
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "common/limits.h"
@@ -18,6 +20,7 @@
 #include "tools/clip/jobs/import_log.h"
 #include "tools/clip/jobs/import_playlist.h"
 #include "tools/clip/jobs/velmora_folder.h"
+#include "tools/clip/jobs/watched_inputs.h"
 
 namespace maker {
 
@@ -32,6 +35,7 @@ struct ImportCommand {
     std::vector<std::string> given;
     std::string playlist;
     std::string folder;
+    bool watch = false;
     EncodeArguments arguments;
 };
 
@@ -164,14 +168,39 @@ private:
     int stills_ = 0;
 };
 
-int import(ImportCommand command) {
-    command.given = enterFolder(velmoraFolder(command.folder), command.given);
-    std::printf("into %s\n", readable(fs::current_path().string()).c_str());
-    const std::string playlist = playlistName(command.playlist);
+int importOnce(const ImportCommand& command, const std::string& playlist) {
     Import import(command);
     import.makeClips();
     const bool room = import.addTracks(playlist);
     return import.report() && room ? kExitOk : kExitFailed;
+}
+
+// Until it is interrupted.
+[[noreturn]] void watch(ImportCommand command, const std::string& playlist) {
+    constexpr auto kPause = std::chrono::seconds(1);
+    std::puts("watching; Ctrl-C ends it");
+    for (WatchedInputs inputs(command.given);;) {
+        command.given = inputs.look();
+        if (!command.given.empty()) {
+            importOnce(command, playlist);
+        }
+        std::fflush(stdout);
+        const auto until = std::chrono::steady_clock::now() + kPause;
+        while (std::chrono::steady_clock::now() < until) {
+            stopIfInterrupted();
+            std::this_thread::sleep_for(kPause / 20);
+        }
+    }
+}
+
+int import(ImportCommand command) {
+    command.given = enterFolder(velmoraFolder(command.folder), command.given);
+    std::printf("into %s\n", readable(fs::current_path().string()).c_str());
+    const std::string playlist = playlistName(command.playlist);
+    if (command.watch) {
+        watch(command, playlist);
+    }
+    return importOnce(command, playlist);
 }
 
 }  // namespace
@@ -200,6 +229,8 @@ void addImport(CLI::App& app, int& status) {
                      "Velmora's folder; else that of VELMORA_HOME, the current one when it has "
                      "videos/ and userdata/, or ~/Velmora")
         ->option_text("FOLDER");
+    command->add_flag("--watch", options->watch,
+                      "go on with what is new or changes there, until Ctrl-C");
     addEncodeOptions(*command, options->arguments);
     command->callback([options, &status] { status = import(*options); });
 }

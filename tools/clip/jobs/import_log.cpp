@@ -22,6 +22,7 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
 #include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {
@@ -238,14 +239,19 @@ std::vector<std::string> ImportLog::names() const {
 std::vector<std::string> ImportLog::clipsOf(const std::string& input, const InputState& state,
                                             const std::string& options) const {
     const auto found = entries_.find(keyOf(input));
-    if (found == entries_.end() || found->second.state != state ||
+    if (found == entries_.end() || found->second.state.bytes != state.bytes ||
         found->second.options != options) {
         return {};
     }
+    const bool touched = found->second.state != state;
+    const SourceSum sum = touched ? sumOf(input) : SourceSum();
     std::vector<std::string> files;
     for (const Clip& clip : found->second.clips) {
         std::error_code error;
-        if (fs::file_size(folder_ / clip.file, error) != clip.bytes || error) {
+        const fs::path path = folder_ / clip.file;
+        const bool same = fs::file_size(path, error) == clip.bytes && !error;
+        const std::optional<ClipOrigin> origin = same && !touched ? std::nullopt : readOrigin(path);
+        if ((!same && !origin) || (touched && (!origin || origin->sum != sum))) {
             return {};
         }
         files.push_back(clip.file);

@@ -43,7 +43,9 @@ InputState stateOf(const std::string& input);
 // there, after it. Whatever interrupts an import, a clip without its second line is made again,
 // under the same name, over what may be there; a line that broke off counts as none. An input
 // counts as done when its size, its time and the options of the encoder are those of the second
-// line and the clips have the sizes that stand there. Nothing is ever deleted.
+// line and the clips have the sizes that stand there. Instead of the time what the input holds may
+// be the same, and a clip may have been made again by other means, as far as its CLIP.json says so.
+// Nothing is ever deleted.
 //
 // While it exists the object holds the folder against other imports. May be used from any thread.
 class ImportLog {
