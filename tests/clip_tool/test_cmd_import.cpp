@@ -121,7 +121,7 @@ TEST_F(Import, SecondRun_DoesOnlyWhatIsMissingOrChanged) {
     // The same film with another time, and a clip that was made again otherwise.
     fs::last_write_time("films/b.mkv", fs::last_write_time("films/b.mkv") + std::chrono::hours(1));
     EXPECT_EQ(madeBy("import films --playlist live"), Names{});
-    EXPECT_EQ(tool("remake videos/b.m19 --loop pingpong --fps 100").status, 0);
+    EXPECT_EQ(tool("remake videos/b.m19 --preset graphics --fps 400").status, 0);
     EXPECT_EQ(madeBy("import films --playlist live"), Names{});
     fs::remove("videos/c.m19");
     EXPECT_EQ(madeBy("import films --playlist live"), Names{"c.m19"});
