@@ -157,9 +157,9 @@ TEST_F(ImageSequence, Pattern_NamesFiles) {
     const std::optional<maker::ImagePattern> padded = maker::imagePattern("./a%03d.png");
     ASSERT_TRUE(padded);
     EXPECT_EQ(padded->text(), "./a%03d.png");
-    EXPECT_EQ(maker::firstNumber(*padded), 7);
-    EXPECT_EQ(maker::firstNumber(*maker::imagePattern("a%d.png")), 1);
-    EXPECT_EQ(maker::firstNumber(*maker::imagePattern("c%d.png")), std::nullopt);
+    EXPECT_EQ(maker::picturesOf(*padded).begin()->first, 7);
+    EXPECT_EQ(maker::picturesOf(*maker::imagePattern("a%d.png")).begin()->first, 1);
+    EXPECT_TRUE(maker::picturesOf(*maker::imagePattern("c%d.png")).empty());
     EXPECT_FALSE(maker::imagePattern("a007.png"));
     EXPECT_FALSE(maker::imagePattern("100%.png"));
     EXPECT_FALSE(maker::imagePattern("%d/a.png"));
