@@ -83,9 +83,9 @@ TEST_F(Remake, ClipWithoutItsOrigin_IsTold) {
     EXPECT_EQ(tool("remake a.m19 --loop sometimes").status, 2);
 }
 
-// 480 frames: both parts, once.
+// 280 frames: both parts, once.
 TEST_F(Remake, PartsOfASplitInput_AreMadeTogether) {
-    inputs::levels("in.mkv", Levels(12, 7));
+    inputs::levels("in.mkv", Levels(7, 7));
     ASSERT_EQ(tool("encode in.mkv -o s.m19 --fps 1000 --long split --preset graphics").status, 0);
     EXPECT_EQ(origin("s-2.m19").at("part"), 2);
     const Outcome outcome = tool("remake s-1.m19 s-2.m19 --alpha luma");
