@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/clip/jobs/beats.h"
 #include "tools/clip/jobs/encode_job.h"
 
 namespace maker {
@@ -30,7 +31,8 @@ inline constexpr AddCommand* kCommands[] = {addEncode, addRemake, addImport, add
 
 // The options that say how clips are made, as given; what is not given is the preset's to say.
 struct EncodeArguments {
-    EncodeSettings settings;  // without what depends on the preset
+    EncodeSettings settings;  // without what depends on the preset or on beats
+    BeatWishes beats;
     std::string preset;
     std::optional<Fit> fit;
     std::optional<int> quality;
@@ -41,6 +43,9 @@ void addEncodeOptions(CLI::App& command, EncodeArguments& arguments);
 
 // The option --fit.
 CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::string& help);
+
+// The options that say which part of an input a clip shows, and how fast.
+void addTimeOptions(CLI::App& command, EncodeArguments& arguments);
 
 // The options that frame, colour and filter.
 void addLookOptions(CLI::App& command, Look& look);

@@ -11,15 +11,10 @@
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/batch.h"
 
-extern "C" {
-#include <libavutil/parseutils.h>
-}
-
 namespace maker {
 
 namespace {
 
-constexpr double kLongest = 1e6;  // seconds
 constexpr int64_t kLargestBudget = int64_t{1} << 40;
 constexpr int kLongestBlend = clip::kMaxFrames - 1;
 constexpr const char* kCrossfade = "crossfade:";
@@ -116,37 +111,8 @@ CLI::Option* addParsed(CLI::App& command, const char* option, Take take, const c
         ->check(CLI::Validator([take](const std::string& text) { return take(text); }, ""));
 }
 
-// What has a colon is turned into seconds.
-std::string takeTime(std::string& text) {
-    int64_t microseconds = 0;
-    if (text.find(':') == std::string::npos) {
-        return "";
-    }
-    if (av_parse_time(&microseconds, text.c_str(), 1) < 0) {
-        return text + " is not a time like 62.5, 1:02.5 or 0:01:02.5";
-    }
-    text = decimals(static_cast<double>(microseconds) / 1e6, 6);
-    return "";
-}
-
-void addTime(CLI::App& command, const char* option, double& seconds, double least,
-             const char* help) {
-    command.add_option(option, seconds, help)
-        ->transform(CLI::Validator(takeTime, ""))
-        ->check(CLI::Range(least, kLongest))
-        ->option_text("SECONDS|H:M:S");
-}
-
 void addPictureOptions(CLI::App& command, EncodeArguments& arguments) {
     EncodeSettings& settings = arguments.settings;
-    addTime(command, "--start", settings.start, 0, "begin at this second of the input");
-    addTime(command, "--duration", settings.duration, 1e-3, "take this many seconds");
-    command
-        .add_option("--fps", settings.fps,
-                    "frames a second of the clip: 25.6, the stage's own pace, keeps the input's "
-                    "speed, more slows it down; each picture of an image sequence is one frame")
-        ->check(CLI::Range(0.01, 1000.0))
-        ->option_text("RATE (25.6)");
     addFit(command, arguments.fit,
            "fill the frame, show the whole picture, distort, or enlarge pixels by a whole factor")
         ->option_text("cover|contain|stretch|whole (cover)");
@@ -216,6 +182,7 @@ CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::strin
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments) {
     arguments.settings.workers = defaultWorkers();
     const size_t others = command.get_options().size();
+    addTimeOptions(command, arguments);
     addPictureOptions(command, arguments);
     addLookOptions(command, arguments.settings.look);
     addCodingOptions(command, arguments);
@@ -265,6 +232,10 @@ EncodeSettings settingsOf(const EncodeArguments& arguments) {
                        : arguments.preset == "footage" ? Content::FOOTAGE
                                                        : Content::MIXED;
     settings.quality = arguments.quality.value_or(graphics ? kBestQuality : kDefaultQuality);
+    const std::string beatFault = fitBeats(arguments.beats, settings);
+    if (!beatFault.empty()) {
+        throw CLI::ValidationError("beats", beatFault);
+    }
     if (settings.loop.kind == LoopKind::BEST && settings.longInput == LongInput::SPLIT) {
         throw CLI::ValidationError("--loop best", "makes one clip, --long split several");
     }
@@ -294,18 +265,19 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
 
 std::string fingerprint(const EncodeSettings& settings) {
     char text[400];
-    std::snprintf(text, sizeof text,
-                  "start %g duration %g fps %g fit %d nearest %d long %d loop %d %d alpha %d "
-                  "%02x%02x%02x content %d quality %d dither %d denoise %g records %lld bytes %lld "
-                  "partial %d",
-                  settings.start, settings.duration, settings.fps, static_cast<int>(settings.fit),
-                  settings.nearest ? 1 : 0, static_cast<int>(settings.longInput),
-                  static_cast<int>(settings.loop.kind), settings.loop.blend,
-                  static_cast<int>(settings.alpha), settings.key.red, settings.key.green,
-                  settings.key.blue, static_cast<int>(settings.content), settings.quality,
-                  settings.dither ? 1 : 0, settings.denoise.value_or(-1),
-                  static_cast<long long>(settings.records), static_cast<long long>(settings.bytes),
-                  settings.partial ? 1 : 0);
+    std::snprintf(
+        text, sizeof text,
+        "start %g duration %g fps %g beats %g fit %d nearest %d long %d loop %d %d alpha %d "
+        "%02x%02x%02x content %d quality %d dither %d denoise %g records %lld bytes %lld "
+        "partial %d",
+        settings.start, settings.duration, settings.fps, settings.beats,
+        static_cast<int>(settings.fit), settings.nearest ? 1 : 0,
+        static_cast<int>(settings.longInput), static_cast<int>(settings.loop.kind),
+        settings.loop.blend, static_cast<int>(settings.alpha), settings.key.red, settings.key.green,
+        settings.key.blue, static_cast<int>(settings.content), settings.quality,
+        settings.dither ? 1 : 0, settings.denoise.value_or(-1),
+        static_cast<long long>(settings.records), static_cast<long long>(settings.bytes),
+        settings.partial ? 1 : 0);
     return text + textOf(settings.look);
 }
 

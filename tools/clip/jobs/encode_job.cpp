@@ -10,6 +10,7 @@
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
+#include "tools/clip/jobs/beats.h"
 #include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/jobs/looped_source.h"
 #include "tools/clip/reports/describe.h"
@@ -67,6 +68,7 @@ private:
     void feed(ClipEncoder& encoder, const Pixels& rgba);
     void tell(Stage stage, int ofPart, double searched);
     std::string noteOf(int given) const;
+    void checkBeats(int frames) const;
     void checkBudget(const ClipStats& stats, size_t bytes) const;
     void checkEnd();
     void commit();
@@ -121,6 +123,9 @@ std::string Job::noteOf(int given) const {
     if (plan_.speed > 1) {
         addNote(note, decimals(plan_.speed, 2) + " times as fast");
     }
+    if (settings_.beats > 0) {
+        addNote(note, beatsText(settings_));
+    }
     const bool cut = settings_.longInput == LongInput::CUT && settings_.duration <= 0;
     if (cut && !plan_.seam && frames_.source().goesOn()) {
         addNote(note, "the input goes on");
@@ -134,6 +139,7 @@ void Job::encodePart() {
     for (Pixels rgba; frames_.next(rgba);) {
         feed(encoder, rgba);
     }
+    checkBeats(encoder.added());
     const auto searching = [&](double done) { tell(Stage::FITTING, encoder.added(), done); };
     const std::vector<uint8_t> bytes = encoder.finish(searching);
     const ClipStats& stats = encoder.stats();
@@ -154,6 +160,12 @@ void Job::encodePart() {
     if (stats.limitedBlocks > 0) {
         addNote(note, "less than quality " + std::to_string(settings_.quality) +
                           ", which would take too long to load");
+    }
+}
+
+void Job::checkBeats(int frames) const {
+    if (frames < settings_.frames) {
+        throw ToolError(tooFewBeats(settings_, input_, frames - plan_.source.hold));
     }
 }
 

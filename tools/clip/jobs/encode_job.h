@@ -42,6 +42,8 @@ struct EncodeSettings {
     double start = 0;     // seconds
     double duration = 0;  // seconds; 0 for all there is
     double fps = kStageFps;
+    double beats = 0;  // that the clip lasts (beats.h); 0: not said
+    int frames = 0;    // that are so many beats
     Fit fit = Fit::COVER;
     bool nearest = false;  // scale without mixing pixels
     LongInput longInput = LongInput::CUT;

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "clip/format.h"
+#include "tools/clip/base/errors.h"
+#include "tools/clip/jobs/beats.h"
 
 namespace maker {
 
@@ -14,6 +16,9 @@ struct Survey {
     bool seesThrough = false;
     std::vector<SmallPicture> pictures;
 };
+
+// What a film of so many beats may lack at its end, where its last picture stays.
+constexpr int kMostHeld = 2;
 
 struct SurveyWishes {
     bool alpha = false;
@@ -29,7 +34,8 @@ SourceOptions sourceOptions(const std::string& input, const EncodeSettings& sett
     source.start = settings.start;
     source.duration = settings.duration;
     source.fps = settings.fps;
-    source.pictureFps = settings.fps;
+    source.pictureFps = settings.beats > 0 ? kStageFps : settings.fps;
+    source.hold = settings.beats > 0 && settings.loop.kind != LoopKind::BEST ? kMostHeld : 0;
     source.fit = settings.fit;
     source.nearest = settings.nearest;
     source.alpha = settings.alpha != AlphaFrom::NONE;
@@ -141,8 +147,11 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
         plan.frames = survey.frames;
         plan.source.length = survey.frames / plan.source.fps;
     }
+    if (best && survey.frames < settings.frames) {
+        throw ToolError(tooFewBeats(settings, input, survey.frames));
+    }
     if (best) {
-        plan.seam = findSeam(survey.pictures);
+        plan.seam = findSeam(survey.pictures, settings.frames);
     }
     return plan;
 }

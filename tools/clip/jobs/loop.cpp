@@ -64,7 +64,6 @@ public:
         return period == 0 ? whole : bestOf(period - 1, std::min(period + 1, longest), count);
     }
 
-private:
     Seam bestOf(int shortest, int longest, int count) {
         Seam best{0, 0, std::numeric_limits<double>::max()};
         for (int length = longest; length >= shortest; --length) {
@@ -79,6 +78,7 @@ private:
         return best;
     }
 
+private:
     // 0 where the motion does not repeat within the loop. Frames a period apart differ by next to
     // nothing of what those in between do, or, where coding or a camera left noise, by no more than
     // those at the best seam do; in a slow motion neighbours are alike, but those in between even
@@ -186,12 +186,13 @@ SmallPicture smallPicture(const std::vector<uint8_t>& rgba) {
     return small;
 }
 
-Seam findSeam(const std::vector<SmallPicture>& pictures) {
+Seam findSeam(const std::vector<SmallPicture>& pictures, int frames) {
     const int count = static_cast<int>(pictures.size());
     if (count < kFewestFrames) {
         return {0, count, 0};
     }
-    return Search(pictures).best(count);
+    Search search(pictures);
+    return frames > 0 ? search.bestOf(frames, frames, count) : search.best(count);
 }
 
 }  // namespace maker

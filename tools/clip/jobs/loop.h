@@ -56,6 +56,8 @@ struct Seam {
 // The best loop of 256 frames at most and at least half of what is possible, or shorter where that
 // would hold the same motion several times over: then it is there once. Of equally good ones the
 // longest, then the earliest. One frame or more must be there.
-Seam findSeam(const std::vector<SmallPicture>& pictures);
+//
+// With `frames` the best of that length, of which as many must be there.
+Seam findSeam(const std::vector<SmallPicture>& pictures, int frames = 0);
 
 }  // namespace maker

@@ -85,10 +85,20 @@ void VideoSource::count() {
     sampling_.repeated += pending_ > 1 ? 1 : 0;
 }
 
+// The last picture for one frame more.
+bool VideoSource::holdOn() {
+    if (index_ < 0 || held_ == options_.hold || index_ + 1 >= frameLimit(options_)) {
+        return false;
+    }
+    ++held_;
+    ++pending_;
+    return true;
+}
+
 bool VideoSource::step() {
     stopIfInterrupted();
     while (pending_ == 0) {
-        if (!advance()) {
+        if (!advance() && !holdOn()) {
             return false;
         }
     }

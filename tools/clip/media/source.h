@@ -27,6 +27,7 @@ struct SourceOptions {
     double fps = kStageFps;
     double pictureFps = 0;  // of an image sequence; 0 for fps, so that every picture is one frame
     int limit = kNoLimit;   // frames
+    int hold = 0;           // frames for which the last picture stays where the duration lacks them
     Fit fit = Fit::COVER;
     bool nearest = false;  // scale without mixing pixels; always so for Fit::WHOLE
     bool alpha = false;    // keep transparency; else everything lies over black
@@ -93,6 +94,7 @@ public:
 
 private:
     bool advance();
+    bool holdOn();
     void count();
     void finishFrame();
 
@@ -110,6 +112,7 @@ private:
     int pending_ = 0;     // frames that show current_ and are not given yet
     bool drawn_ = false;  // scaled_ shows current_
     int index_ = -1;      // of the frame
+    int held_ = 0;        // frames by which the last picture stayed
     int finished_ = -1;   // the frame that picture_ is
     std::vector<uint8_t> scaled_;
     std::string frameFilters_;
