@@ -116,6 +116,27 @@ TEST_F(Commands, Encode_PositionAndZoomChooseThePart) {
     EXPECT_EQ((Levels{level(20, 180), level(620, 180)}), (Levels{4, 4}));
 }
 
+// Levels 1 to 128 in columns of 10 pixels, the last digit of 32; the frame is 64 columns wide. The
+// point is in its middle, between columns 31 and 32, as long as the picture reaches.
+TEST_F(Commands, Encode_PositionIsAPointThatComesToTheMiddle) {
+    greys("in.png", 1280, 360, [](int x, int) { return x / 10 % 32; });
+    // 40 % are pixel 512: from 192 on, column 19.
+    EXPECT_EQ(encode("in.png", "--position 40%,70%").status, 0);
+    EXPECT_EQ((Levels{level(5, 180), level(635, 180)}), (Levels{19, 82 % 32}));
+    EXPECT_EQ(encode("in.png", "--position 700,20").status, 0);
+    EXPECT_EQ((Levels{level(5, 180), level(635, 180)}), (Levels{38 % 32, 101 % 32}));
+    EXPECT_EQ(encode("in.png", "--position 3000,0").status, 0);
+    EXPECT_EQ(level(635, 180), 127 % 32);
+    // Twice as large, 32 columns by 180 lines are left: 48 to 79.
+    EXPECT_EQ(encode("in.png", "--position 50%,50% --zoom 2").status, 0);
+    EXPECT_EQ((Levels{level(5, 180), level(635, 180)}), (Levels{48 % 32, 79 % 32}));
+    for (const char* wrong : {"30%", "30,70%", "30%,101%", "-1,5", "1,2,3", "a,b"}) {
+        const Outcome outcome = encode("in.png", std::string("--position=") + wrong);
+        EXPECT_EQ(outcome.status, 2) << wrong;
+        EXPECT_NE(outcome.err.find("or a point like 30%,70% or 800,450"), std::string::npos);
+    }
+}
+
 // Each row of tiles has its level, the left half 15 more.
 TEST_F(Commands, Encode_FlipAndMirrorFoldBetweenTiles) {
     greys("in.png", 640, 360, [](int x, int y) { return y / 8 % 15 + (x < 320 ? 15 : 0); });
@@ -170,6 +191,39 @@ TEST_F(Commands, Encode_SlowBlendsPicturesBetween) {
     inputs::levels("in.mkv", {0, 0, 31, 31});
     EXPECT_EQ(encode("in.mkv", "--slow 2").status, 0);
     EXPECT_EQ(inputs::levelsOf("out.m19"), (Levels{0, 0, 0, 16, 31, 31, 31, 31}));
+}
+
+// White of these opacities, where there is nothing black.
+void writeOpacities(const std::vector<uint8_t>& alphas) {
+    media::Recipe recipe;
+    recipe.path = "in.mkv";
+    recipe.pixels = AV_PIX_FMT_BGRA;
+    recipe.frames = static_cast<int>(alphas.size());
+    recipe.fill = [&alphas](int frame, AVFrame& picture) {
+        const uint8_t alpha = alphas[static_cast<size_t>(frame)];
+        const uint8_t value = alpha == 0 ? 0 : 255;
+        media::fillBytes(picture, value, value, value, alpha);
+    };
+    media::write(recipe);
+}
+
+// Between opaque and half there are three quarters: 191, level 11 of 15; between half and nothing a
+// quarter: 64, level 4. The black of what is not there does not darken the white.
+TEST_F(Commands, Encode_SlowKeepsTransparency) {
+    writeOpacities({255, 255, 128, 0});
+    ASSERT_EQ(encode("in.mkv", "--slow 2").status, 0);
+    Levels alphas;
+    Levels greens;
+    for (const reference::Picture& picture : reference::decode(inputs::readClip("out.m19"))) {
+        alphas.push_back(picture.alpha[0]);
+        greens.push_back(picture.pixels[0] >> 5 & 63);
+    }
+    EXPECT_EQ(alphas, (Levels{15, 15, 15, 11, 8, 4, 0, 0}));
+    EXPECT_EQ(greens, (Levels{63, 63, 63, 63, 63, 63, 0, 0}));
+    // The only transparent picture is blended in before its turn comes.
+    writeOpacities({255, 255, 255, 0});
+    ASSERT_EQ(encode("in.mkv", "--slow 2 --loop best").status, 0);
+    EXPECT_EQ(inputs::readClip("out.m19").alpha, 1u);
 }
 
 TEST_F(Commands, Encode_FilterIsTakenOrRefusedBeforehand) {

@@ -1,5 +1,7 @@
 // The options of the command line that frame, colour and filter an input's pictures.
 
+#include <algorithm>
+#include <cstdio>
 #include <map>
 
 #include "tools/clip/commands.h"
@@ -29,6 +31,28 @@ const std::map<std::string, Fold> kFolds{{"left", Fold::LEFT},
                                          {"bottom", Fold::BOTTOM},
                                          {"quarter", Fold::QUARTER}};
 
+bool takePlace(const std::string& text, Look& look) {
+    const auto named = kPlaces.find(text);
+    if (named != kPlaces.end()) {
+        look.across = named->second.across;
+        look.down = named->second.down;
+        return true;
+    }
+    const bool shares = text.ends_with('%');
+    char end = 0;
+    const int read =
+        shares ? std::sscanf(text.c_str(), "%lf%%,%lf%%%c", &look.across, &look.down, &end)
+               : std::sscanf(text.c_str(), "%lf,%lf%c", &look.across, &look.down, &end);
+    if (read != 2 || text.find_first_not_of("0123456789.,%") != std::string::npos ||
+        (shares && std::max(look.across, look.down) > kPerCent)) {
+        return false;
+    }
+    look.across /= shares ? kPerCent : 1;
+    look.down /= shares ? kPerCent : 1;
+    look.inPixels = !shares;
+    return true;
+}
+
 // An option of one of these names.
 template <class Value, class Take>
 CLI::Option* addChoice(CLI::App& command, const char* option,
@@ -51,14 +75,22 @@ void addPerCent(CLI::App& command, const char* option, double& value, int least,
 }
 
 void addFraming(CLI::App& command, Look& look) {
-    addChoice(
-        command, "--position", kPlaces,
-        [&look](const Place& place) {
-            look.across = place.across;
-            look.down = place.down;
-        },
-        "which part to keep of a picture that is cut")
-        ->option_text("centre|left|right|top|bottom (centre)");
+    command
+        .add_option_function<std::string>(
+            "--position", [&look](const std::string& text) { takePlace(text, look); },
+            "which part to keep of a picture that is cut, or the point that comes to the middle, "
+            "as 30%,70% of its width and height or as a pixel, 800,450")
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+                Look ignored;
+                return takePlace(text, ignored)
+                           ? ""
+                           : text +
+                                 " is not centre, left, right, top, bottom, or a point like "
+                                 "30%,70% or 800,450";
+            },
+            ""))
+        ->option_text("centre|left|right|top|bottom|X,Y (centre)");
     command.add_option("--zoom", look.zoom, "enlarge, towards the position, so many times")
         ->check(CLI::Range(1.0, 20.0))
         ->option_text("TIMES (1)");

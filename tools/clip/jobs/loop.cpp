@@ -7,6 +7,7 @@
 
 #include "clip/format.h"
 #include "common/limits.h"
+#include "tools/clip/media/picture.h"
 
 namespace maker {
 
@@ -150,18 +151,7 @@ int framesGiven(const LoopSettings& loop, int taken) {
 
 void crossfade(int index, int blend, const std::vector<uint8_t>& last,
                std::vector<uint8_t>& first) {
-    const int firstShare = index + 1;
-    const int lastShare = blend + 1 - firstShare;
-    for (size_t i = 0; i < first.size(); i += 4) {
-        const int ofFirst = firstShare * first[i + 3];
-        const int ofLast = lastShare * last[i + 3];
-        const int sum = ofFirst + ofLast;
-        for (size_t c = 0; c < 3 && sum > 0; ++c) {
-            const int mixed = ofFirst * first[i + c] + ofLast * last[i + c];
-            first[i + c] = static_cast<uint8_t>((mixed + sum / 2) / sum);
-        }
-        first[i + 3] = static_cast<uint8_t>((sum + (blend + 1) / 2) / (blend + 1));
-    }
+    mixInto(first, last, blend - index, blend + 1);
 }
 
 SmallPicture smallPicture(const std::vector<uint8_t>& rgba) {

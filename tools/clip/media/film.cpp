@@ -8,7 +8,6 @@ extern "C" {
 }
 
 #include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
 
 namespace maker {
 
@@ -22,9 +21,6 @@ constexpr double kSameMoment = 1e-5;  // seconds
 const char* const kToneMap =
     "zscale=transfer=linear:npl=203,format=gbrpf32le,zscale=primaries=bt709,"
     "tonemap=mobius:desat=0,zscale=transfer=bt709:matrix=bt709:range=tv,format=yuv444p";
-
-// From any picture to the next, changes of scene too.
-const char* const kBlendAll = ":interp_start=0:interp_end=255:scene=100";
 
 bool flaggedInterlaced(const AVFrame& picture) {
 #if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(58, 7, 100)
@@ -64,8 +60,8 @@ std::string faultOf(const std::string& filters) {
     return "";
 }
 
-Film::Film(const DecoderOptions& options, const Look& look, double fps)
-    : decoder_(options), look_(look), path_(options.path), start_(options.start), fps_(fps) {}
+Film::Film(const DecoderOptions& options, const Look& look)
+    : decoder_(options), look_(look), path_(options.path), start_(options.start) {}
 
 bool Film::next(TimedFrame& frame) {
     while (ready_.empty() && !ended_) {
@@ -76,6 +72,8 @@ bool Film::next(TimedFrame& frame) {
     }
     frame = std::move(ready_.front());
     ready_.pop_front();
+    frame.time = start_ + (frame.time - start_) * look_.slow;
+    frame.duration *= look_.slow;
     return true;
 }
 
@@ -143,10 +141,6 @@ std::string Film::filtersFor(const AVFrame& picture) const {
     }
     if (!look_.filter.empty()) {
         add(turnFilters(decoder_.turns()) + look_.filter);
-    }
-    if (look_.slow > 1) {
-        add("setpts=" + decimals(look_.slow, 4) + "*PTS,framerate=fps=" + decimals(fps_, 4) +
-            kBlendAll);
     }
     return filters;
 }

@@ -20,8 +20,7 @@ std::string faultOf(const std::string& filters);
 
 class Film {
 public:
-    // `fps` is the pace to which a slowed film is blended.
-    Film(const DecoderOptions& options, const Look& look, double fps);
+    Film(const DecoderOptions& options, const Look& look);
 
     // The next picture, which names the shape of its pixels; false at the end.
     bool next(TimedFrame& frame);
@@ -42,7 +41,6 @@ private:
     Look look_;
     std::string path_;
     double start_;
-    double fps_;
     bool interlaced_ = false;  // some picture was
     bool hdr_ = false;         // likewise
     bool rgb_ = false;         // the pictures that go into the graph are

@@ -103,9 +103,10 @@ std::string textOf(const Look& look) {
     if (look == Look{}) {
         return "";
     }
-    return print(" deinterlace %d slow %g zoom %g at %g %g flip %d %d fold %d ",
+    return print(" deinterlace %d slow %g zoom %g at %g %g %d flip %d %d fold %d ",
                  static_cast<int>(look.deinterlace), look.slow, look.zoom, look.across, look.down,
-                 look.flipAcross ? 1 : 0, look.flipDown ? 1 : 0, static_cast<int>(look.fold)) +
+                 look.inPixels ? 1 : 0, look.flipAcross ? 1 : 0, look.flipDown ? 1 : 0,
+                 static_cast<int>(look.fold)) +
            print("colours %g %g %g fades %g %g filter ", look.brightness, look.contrast,
                  look.saturation, look.fadeIn, look.fadeOut) +
            look.filter;

@@ -14,11 +14,12 @@ enum class Fold { NONE, LEFT, RIGHT, TOP, BOTTOM, QUARTER };  // the part that i
 
 struct Look {
     Deinterlace deinterlace = Deinterlace::AUTO;
-    std::string filter;   // a graph of FFmpeg's filters
-    double slow = 1;      // times; pictures between are blended
-    double zoom = 1;      // times
-    double across = 0.5;  // what is kept of a picture that is cut: 0 its left, 1 its right
-    double down = 0.5;    // 0 its top, 1 its foot
+    std::string filter;     // a graph of FFmpeg's filters
+    double slow = 1;        // times; pictures between are blended
+    double zoom = 1;        // times
+    double across = 0.5;    // the point of a picture that is cut that comes nearest to the middle:
+    double down = 0.5;      // 0 its left and top, 1 its right and foot
+    bool inPixels = false;  // or that point's pixel
     bool flipAcross = false;
     bool flipDown = false;
     Fold fold = Fold::NONE;

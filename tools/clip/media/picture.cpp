@@ -186,4 +186,17 @@ void keyByColour(const Colour& key, std::vector<uint8_t>& rgba) {
     }
 }
 
+void mixInto(std::vector<uint8_t>& rgba, const std::vector<uint8_t>& other, int part, int all) {
+    for (size_t i = 0; i < rgba.size(); i += 4) {
+        const int ofThis = (all - part) * rgba[i + 3];
+        const int ofOther = part * other[i + 3];
+        const int sum = ofThis + ofOther;
+        for (size_t c = 0; c < 3 && sum > 0; ++c) {
+            const int mixed = ofThis * rgba[i + c] + ofOther * other[i + c];
+            rgba[i + c] = static_cast<uint8_t>((mixed + sum / 2) / sum);
+        }
+        rgba[i + 3] = static_cast<uint8_t>((sum + all / 2) / all);
+    }
+}
+
 }  // namespace maker

@@ -74,4 +74,7 @@ void keyByBrightness(std::vector<uint8_t>& rgba);
 // taken out of their colour, so that no rim of it stays.
 void keyByColour(const Colour& key, std::vector<uint8_t>& rgba);
 
+// Mixes `part` of `all` of another picture into one. Colours count as much as they are opaque.
+void mixInto(std::vector<uint8_t>& rgba, const std::vector<uint8_t>& other, int part, int all);
+
 }  // namespace maker

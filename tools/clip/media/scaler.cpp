@@ -85,13 +85,14 @@ int rounded(double value) {
     return static_cast<int>(std::lround(value));
 }
 
-// How far the pixels of a side that is cut are to be cut at its beginning and its end.
+// How far the pixels of a side that is cut are to be cut at its beginning and its end. The middle
+// of what is kept is as near to `middle` as can be.
 struct Cut {
     size_t before;
     size_t after;
 
-    Cut(int all, int kept, double place)
-        : before(static_cast<size_t>(rounded((all - kept) * place))),
+    Cut(int all, int kept, double middle)
+        : before(static_cast<size_t>(std::clamp(rounded(middle - kept / 2.0), 0, all - kept))),
           after(static_cast<size_t>(all - kept) - before) {}
 };
 
@@ -244,8 +245,11 @@ FitPlan Scaler::planAndCut(AVFrame& picture, int turns) const {
     const int inWidth = std::max(rounded(width / options_.look.zoom), 1);
     const int inHeight = std::max(rounded(height / options_.look.zoom), 1);
     const FitPlan plan = planFit(inWidth, inHeight, sideways ? 1 / aspect : aspect, options_.fit);
-    const Cut across(width, inWidth - 2 * plan.cutX, options_.look.across);
-    const Cut down(height, inHeight - 2 * plan.cutY, options_.look.down);
+    const Look& look = options_.look;
+    const double acrossAt = look.across * (look.inPixels ? 1 : width);
+    const double downAt = look.down * (look.inPixels ? 1 : height);
+    const Cut across(width, inWidth - 2 * plan.cutX, acrossAt);
+    const Cut down(height, inHeight - 2 * plan.cutY, downAt);
     // Clockwise from the left, as shown; a turn moves each side on by one.
     const size_t shown[] = {across.before, down.before, across.after, down.after};
     const auto cutAt = [&shown, turns](int side) { return shown[(side + turns) % 4]; };

@@ -13,6 +13,7 @@ extern "C" {
 
 #include "tools/clip/base/errors.h"
 #include "tools/clip/media/image_sequence.h"
+#include "tools/clip/media/picture.h"
 
 namespace maker {
 
@@ -38,8 +39,7 @@ constexpr int kLargestTerm = 100000;  // of the frame rate as a fraction
 
 VideoSource::VideoSource(const SourceOptions& options)
     : options_(options),
-      film_({options.path, options.start, pictureFps(options), options.threads}, options.look,
-            options.fps),
+      film_({options.path, options.start, pictureFps(options), options.threads}, options.look),
       scaler_({options.path, options.fit, options.look, options.alpha,
                options.nearest || options.fit == Fit::WHOLE}),
       pacer_(options.fps, frameLimit(options)) {
@@ -53,7 +53,7 @@ VideoSource::VideoSource(const SourceOptions& options)
 }
 
 int VideoSource::expectedFrames() const {
-    const double seconds = film_.decoder().seconds() * options_.look.slow - options_.start;
+    const double seconds = (film_.decoder().seconds() - options_.start) * options_.look.slow;
     return framesFor(seconds, options_.fps, frameLimit(options_));
 }
 
@@ -65,7 +65,10 @@ bool VideoSource::advance() {
     alone_ = !current_.picture;
     current_ = std::move(upcoming_);
     upcoming_ = {};
-    drawn_ = false;
+    drawn_ = !next_.empty();
+    scaled_.swap(next_);
+    next_.clear();
+    finished_ = -1;
     more_ = film_.next(upcoming_);
     double until = more_ ? upcoming_.time : current_.time + current_.duration;
     if (!more_ && alone_) {
@@ -114,21 +117,44 @@ bool VideoSource::goesOn() const {
 const std::vector<uint8_t>& VideoSource::picture() {
     if (!drawn_) {
         scaler_.render(*current_.picture, film_.turns(), scaled_);
-        finished_ = -1;
         drawn_ = true;
     }
+    const std::vector<uint8_t>& shown = blended();
     if (frameFilters_.empty()) {
-        return scaled_;
+        return shown;
     }
-    if (finished_ < 0 || (options_.look.fades() && finished_ != index_)) {
-        finishFrame();
+    const bool eachAnew = options_.look.fades() || options_.look.slow > 1;
+    if (finished_ < 0 || (eachAnew && finished_ != index_)) {
+        finishFrame(shown);
         finished_ = index_;
     }
     return picture_;
 }
 
+// Of a slowed film, the frame between the picture on show and the one after it.
+const std::vector<uint8_t>& VideoSource::blended() {
+    constexpr int kParts = 256;
+    const double from = current_.time - options_.start;
+    const double apart = more_ ? upcoming_.time - current_.time : 0;
+    if (options_.look.slow <= 1 || !(apart > 0)) {
+        return scaled_;
+    }
+    const double share = (index_ / options_.fps - from) / apart;
+    const int part = static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * kParts));
+    if (part == 0) {
+        return scaled_;
+    }
+    if (next_.empty()) {
+        seenThrough_ = scaler_.seesThrough(*upcoming_.picture);
+        scaler_.render(*upcoming_.picture, film_.turns(), next_);
+    }
+    blended_ = scaled_;
+    mixInto(blended_, next_, part, kParts);
+    return blended_;
+}
+
 // The filters are given one frame and give one back.
-void VideoSource::finishFrame() {
+void VideoSource::finishFrame(const std::vector<uint8_t>& frame) {
     const FramePtr in = newFrame();
     in->width = kFrameWidth;
     in->height = kFrameHeight;
@@ -138,7 +164,7 @@ void VideoSource::finishFrame() {
     if (av_frame_get_buffer(in.get(), 0) < 0) {
         throw std::bad_alloc();
     }
-    av_image_copy_plane(in->data[0], in->linesize[0], scaled_.data(), pitch, pitch, kFrameHeight);
+    av_image_copy_plane(in->data[0], in->linesize[0], frame.data(), pitch, pitch, kFrameHeight);
     if (!filters_) {
         filters_.emplace(*in, av_inv_q(av_d2q(options_.fps, kLargestTerm)),
                          frameFilters_ + ",format=rgba", "cannot filter " + options_.path);
@@ -148,13 +174,13 @@ void VideoSource::finishFrame() {
     if (!filters_->pull(*out)) {
         throw ToolError("cannot filter " + options_.path);
     }
-    picture_.resize(scaled_.size());
+    picture_.resize(frame.size());
     av_image_copy_plane(picture_.data(), pitch, out->data[0], out->linesize[0], pitch,
                         kFrameHeight);
 }
 
 bool VideoSource::seesThrough() {
-    return !drawn_ && scaler_.seesThrough(*current_.picture);
+    return drawn_ ? seenThrough_ : scaler_.seesThrough(*current_.picture);
 }
 
 int framesFor(double seconds, double fps, int limit) {

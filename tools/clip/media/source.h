@@ -96,7 +96,8 @@ private:
     bool advance();
     bool holdOn();
     void count();
-    void finishFrame();
+    const std::vector<uint8_t>& blended();
+    void finishFrame(const std::vector<uint8_t>& frame);
 
     SourceOptions options_;
     Film film_;
@@ -115,6 +116,9 @@ private:
     int held_ = 0;        // frames by which the last picture stayed
     int finished_ = -1;   // the frame that picture_ is
     std::vector<uint8_t> scaled_;
+    std::vector<uint8_t> next_;  // upcoming_, once it was needed
+    bool seenThrough_ = false;   // what was drawn before its turn
+    std::vector<uint8_t> blended_;
     std::string frameFilters_;
     std::optional<FilterGraph> filters_;  // from there on
     std::vector<uint8_t> picture_;
