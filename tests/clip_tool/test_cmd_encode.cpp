@@ -120,6 +120,21 @@ TEST_F(Commands, Encode_PingpongShowsTurningPointsOnce) {
     EXPECT_EQ(inputs::levelsOf("out.m19"), (Levels{7}));
 }
 
+// What begins in black is the clip, not the film.
+TEST_F(Commands, Encode_ReverseTurnsTheClipRound) {
+    inputs::levels("in.mkv", counted(10, 15));
+    const Outcome outcome = encodeExactly("--reverse --start 0.04 --duration 0.16");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find("; backwards\n"), std::string::npos) << outcome.out;
+    EXPECT_EQ(inputs::levelsOf("out.m19"), (Levels{14, 13, 12, 11}));
+    EXPECT_EQ(encodeExactly("--reverse --loop pingpong --duration 0.16").status, 0);
+    EXPECT_EQ(inputs::levelsOf("out.m19"), (Levels{11, 12, 13, 12, 11, 10}));
+    EXPECT_EQ(encodeExactly("--reverse --fade-in 0.12").status, 0);
+    const Levels shown = inputs::levelsOf("out.m19");
+    EXPECT_LT(shown[0], 8);
+    EXPECT_EQ((Levels{shown[4], shown[5]}), (Levels{11, 10}));
+}
+
 // Levels 0, 1, 4 and 5 are greys 0, 8, 33 and 41. Two thirds of 33 are 22, level 3; two thirds of 8
 // and one of 41 are 19, level 2.
 TEST_F(Commands, Encode_CrossfadeBlendsTheLastFramesIntoTheFirst) {

@@ -265,19 +265,20 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
 
 std::string fingerprint(const EncodeSettings& settings) {
     char text[400];
-    std::snprintf(
-        text, sizeof text,
-        "start %g duration %g fps %g beats %g fit %d nearest %d long %d loop %d %d alpha %d "
-        "%02x%02x%02x content %d quality %d dither %d denoise %g records %lld bytes %lld "
-        "partial %d",
-        settings.start, settings.duration, settings.fps, settings.beats,
-        static_cast<int>(settings.fit), settings.nearest ? 1 : 0,
-        static_cast<int>(settings.longInput), static_cast<int>(settings.loop.kind),
-        settings.loop.blend, static_cast<int>(settings.alpha), settings.key.red, settings.key.green,
-        settings.key.blue, static_cast<int>(settings.content), settings.quality,
-        settings.dither ? 1 : 0, settings.denoise.value_or(-1),
-        static_cast<long long>(settings.records), static_cast<long long>(settings.bytes),
-        settings.partial ? 1 : 0);
+    std::snprintf(text, sizeof text,
+                  "start %g duration %g fps %g beats %g reverse %d fit %d nearest %d long %d loop "
+                  "%d %d alpha %d "
+                  "%02x%02x%02x content %d quality %d dither %d denoise %g records %lld bytes %lld "
+                  "partial %d",
+                  settings.start, settings.duration, settings.fps, settings.beats,
+                  settings.reverse ? 1 : 0, static_cast<int>(settings.fit),
+                  settings.nearest ? 1 : 0, static_cast<int>(settings.longInput),
+                  static_cast<int>(settings.loop.kind), settings.loop.blend,
+                  static_cast<int>(settings.alpha), settings.key.red, settings.key.green,
+                  settings.key.blue, static_cast<int>(settings.content), settings.quality,
+                  settings.dither ? 1 : 0, settings.denoise.value_or(-1),
+                  static_cast<long long>(settings.records), static_cast<long long>(settings.bytes),
+                  settings.partial ? 1 : 0);
     return text + textOf(settings.look);
 }
 

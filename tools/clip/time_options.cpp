@@ -46,6 +46,7 @@ void addTimeOptions(CLI::App& command, EncodeArguments& arguments) {
         ->check(CLI::Range(0.01, 1e6))
         ->option_text("N");
     addTempo(command, "--to-bpm", beats.toBpm, "play it at this tempo instead");
+    command.add_flag("--reverse", arguments.settings.reverse, "turn the clip round: backwards");
     command
         .add_option("--fps", arguments.settings.fps,
                     "frames a second of the clip: 25.6, the stage's own pace, keeps the input's "

@@ -123,6 +123,9 @@ std::string Job::noteOf(int given) const {
     if (plan_.speed > 1) {
         addNote(note, decimals(plan_.speed, 2) + " times as fast");
     }
+    if (settings_.reverse) {
+        addNote(note, "backwards");
+    }
     if (settings_.beats > 0) {
         addNote(note, beatsText(settings_));
     }

@@ -48,6 +48,7 @@ struct EncodeSettings {
     bool nearest = false;  // scale without mixing pixels
     LongInput longInput = LongInput::CUT;
     LoopSettings loop;
+    bool reverse = false;  // the clip runs backwards
     AlphaFrom alpha = AlphaFrom::SOURCE;
     Colour key;  // AlphaFrom::COLOUR
     Look look = {};

@@ -1,6 +1,7 @@
 #include "tools/clip/jobs/encode_job.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "clip/format.h"
 #include "tools/clip/base/errors.h"
@@ -41,6 +42,9 @@ SourceOptions sourceOptions(const std::string& input, const EncodeSettings& sett
     source.alpha = settings.alpha != AlphaFrom::NONE;
     source.threads = settings.workers;
     source.look = settings.look;
+    if (settings.reverse) {
+        std::swap(source.look.fadeIn, source.look.fadeOut);
+    }
     if (settings.longInput == LongInput::CUT) {
         source.limit = framesTaken(settings.loop);
     }
@@ -130,7 +134,7 @@ EncodePlan planEncode(const std::string& input, const EncodeSettings& settings,
     const bool best = settings.loop.kind == LoopKind::BEST;
     const SurveyWishes wishes{
         .alpha = settings.alpha == AlphaFrom::SOURCE,
-        .length = settings.loop.kind == LoopKind::CROSSFADE || settings.look.fadeOut > 0,
+        .length = settings.loop.kind == LoopKind::CROSSFADE || plan.source.look.fadeOut > 0,
         .pictures = best,
     };
     if (settings.longInput == LongInput::FIT) {

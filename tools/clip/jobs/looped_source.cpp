@@ -1,6 +1,7 @@
 #include "tools/clip/jobs/looped_source.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "clip/format.h"
 
@@ -52,7 +53,23 @@ bool LoopedSource::nextClip() {
     return ready();
 }
 
+// Backwards all of the clip's frames are fetched before the first: 256 at most.
 bool LoopedSource::next(Pixels& rgba) {
+    if (!settings_.reverse) {
+        return nextForwards(rgba);
+    }
+    for (Pixels picture; nextForwards(picture);) {
+        kept_.push_back(std::move(picture));
+    }
+    if (kept_.empty()) {
+        return false;
+    }
+    rgba = std::move(kept_.back());
+    kept_.pop_back();
+    return true;
+}
+
+bool LoopedSource::nextForwards(Pixels& rgba) {
     switch (settings_.loop.kind) {
         case LoopKind::PINGPONG:
             return nextPingpong(rgba);

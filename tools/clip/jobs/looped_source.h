@@ -37,6 +37,7 @@ private:
     std::vector<uint8_t> take();
     void pass();
     void fetchEnd();
+    bool nextForwards(std::vector<uint8_t>& rgba);
     bool nextStraight(std::vector<uint8_t>& rgba);
     bool nextPingpong(std::vector<uint8_t>& rgba);
     bool nextCrossfade(std::vector<uint8_t>& rgba);
@@ -53,6 +54,7 @@ private:
     // Of the clip under way:
     int most_ = 0;                             // frames that it takes of the source
     int at_ = 0;                               // those that it has taken
+    std::vector<std::vector<uint8_t>> kept_;   // backwards: those that are still to come
     std::vector<std::vector<uint8_t>> shown_;  // PINGPONG
     std::optional<size_t> back_;               // likewise, on the way back: the frame shown last
     std::deque<std::vector<uint8_t>> last_;    // CROSSFADE: what is blended into the first ones
