@@ -14,6 +14,7 @@
 #include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/jobs/feed.h"
 #include "tools/clip/reports/compare.h"
+#include "tools/clip/reports/side_by_side.h"
 
 namespace maker {
 
@@ -25,6 +26,7 @@ struct DiffOptions {
     EncodeArguments arguments;
     bool json = false;
     bool brief = false;
+    std::string beside;  // a file for the pictures; "" for none
 };
 
 // Fills in the source; the frames are those that the clip was encoded from.
@@ -54,12 +56,17 @@ Comparison compare(DiffOptions& options) {
     }
     Comparison comparison;
     comparison.alpha = shown.alpha;
+    const auto beside =
+        options.beside.empty() ? nullptr : std::make_unique<SideBySide>(options.beside);
     std::vector<uint8_t> a;
     std::vector<uint8_t> b;
     bool more = shown.next(a);
     while (more && source.next(b)) {
         stopIfInterrupted();
         comparison.frames.push_back({colourError(a, b), alphaError(a, b), ssim(a, b, kFrameWidth)});
+        if (beside) {
+            beside->add(b, a);
+        }
         more = shown.next(a);
     }
     if (source.sampling) {
@@ -67,6 +74,9 @@ Comparison compare(DiffOptions& options) {
     }
     if (comparison.frames.empty()) {
         throw ToolError("there is no frame to compare");
+    }
+    if (beside) {
+        beside->finish();
     }
     if (more) {
         std::fprintf(stderr, "velmora-clip: warning: %s ends after %zu frames, %s goes on\n",
@@ -146,6 +156,7 @@ void addDiff(CLI::App& app, int& status) {
     addEncodeOptions(*command, options->arguments);
     command->add_flag("--brief", options->brief, "only the line for the whole clip");
     command->add_flag("--json", options->json, "as a JSON object");
+    addCompare(*command, options->beside);
     command->footer(
         "PSNR is that of the colours on stage, red, green and blue from 0 to 255, against the\n"
         "source at 640 x 360 before rounding to 16 bits. SSIM is that of the luma, 1 at best.\n"

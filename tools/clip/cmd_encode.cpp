@@ -10,6 +10,8 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/reports/clip_frames.h"
+#include "tools/clip/reports/side_by_side.h"
 
 namespace maker {
 
@@ -23,6 +25,7 @@ struct EncodeCommand {
     std::string folder;
     bool keep = false;
     bool dryRun = false;
+    std::string beside;  // a file for the comparison; "" for none
     EncodeArguments arguments;
 };
 
@@ -75,12 +78,32 @@ void print(const std::string& input, const Outcome& outcome) {
     }
 }
 
+// Encodes the only input and shows beside its clip what the clip was made from.
+EncodeReport encodeAndCompare(const EncodeCommand& command, const fs::path& output,
+                              const EncodeSettings& settings, EncodeEvents events) {
+    SideBySide beside(command.beside);
+    std::vector<std::vector<uint8_t>> pictures;
+    events.picture = [&pictures](const std::vector<uint8_t>& rgba) { pictures.push_back(rgba); };
+    EncodeReport report = encodeFile(command.inputs[0], output, settings, events);
+    const ClipFrames clip = openClip(output);
+    for (int i = 0; i < clip.count(); ++i) {
+        stopIfInterrupted();
+        beside.add(pictures[static_cast<size_t>(i)], clip.picture(i).rgba);
+    }
+    beside.finish();
+    return report;
+}
+
 int encode(const EncodeCommand& command) {
     const EncodeSettings settings = settingsOf(command.arguments);
     if (command.dryRun) {
         return probeInputs(command.inputs, settings, false);
     }
     checkUse(command);
+    if (!command.beside.empty() &&
+        (command.inputs.size() > 1 || settings.longInput == LongInput::SPLIT)) {
+        throw CLI::ValidationError("--compare", "shows one clip of one input");
+    }
     const std::vector<std::string>& inputs = command.inputs;
     const std::vector<fs::path> outputs = outputsOf(command);
     std::vector<Outcome> outcomes(inputs.size());
@@ -88,7 +111,9 @@ int encode(const EncodeCommand& command) {
         if (command.keep) {
             outcomes[i].kept = clipsThere(outputs[i], own.longInput);
         }
-        if (outcomes[i].kept.empty()) {
+        if (outcomes[i].kept.empty() && !command.beside.empty()) {
+            outcomes[i].report = encodeAndCompare(command, outputs[i], own, events);
+        } else if (outcomes[i].kept.empty()) {
             outcomes[i].report = encodeFile(inputs[i], outputs[i], own, events);
         }
     };
@@ -118,6 +143,7 @@ void addEncode(CLI::App& app, int& status) {
     command->add_flag("--keep", options->keep, "leave clips alone that are already there");
     command->add_flag("--dry-run", options->dryRun,
                       "write nothing; tell from a few blocks what would come of it, as probe does");
+    addCompare(*command, options->beside);
     addEncodeOptions(*command, options->arguments);
     command->callback([options, &status] { status = encode(*options); });
 }

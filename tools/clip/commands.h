@@ -47,6 +47,9 @@ CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::strin
 // The options that say which part of an input a clip shows, and how fast.
 void addTimeOptions(CLI::App& command, EncodeArguments& arguments);
 
+// The option --compare.
+void addCompare(CLI::App& command, std::string& path);
+
 // The options that frame, colour and filter.
 void addLookOptions(CLI::App& command, Look& look);
 

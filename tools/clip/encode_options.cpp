@@ -179,6 +179,14 @@ CLI::Option* addFit(CLI::App& command, std::optional<Fit>& fit, const std::strin
         ->check(CLI::IsMember(kFits));
 }
 
+void addCompare(CLI::App& command, std::string& path) {
+    command
+        .add_option("--compare", path,
+                    "show source, clip and their difference, 8 times as large, side by side: a few "
+                    "frames and the worst as a picture, or all as an exact film")
+        ->option_text("FILE.png|FILE.mkv");
+}
+
 void addEncodeOptions(CLI::App& command, EncodeArguments& arguments) {
     arguments.settings.workers = defaultWorkers();
     const size_t others = command.get_options().size();
@@ -294,7 +302,7 @@ size_t encodeInOrder(
     const auto task = [&](size_t i) {
         const auto show = [&progress, i](const ProgressStep& step) { progress.update(i, step); };
         try {
-            make(i, settings, {show, {}});
+            make(i, settings, {.progress = show});
         } catch (const Interrupted&) {
             throw;
         } catch (const std::exception& error) {

@@ -90,6 +90,9 @@ private:
 
 void Job::feed(ClipEncoder& encoder, const Pixels& rgba) {
     encoder.add(rgba.data());
+    if (events_.picture) {
+        events_.picture(rgba);
+    }
     ++given_;
     tell(Stage::ENCODING, encoder.added(), 0);
 }

@@ -81,10 +81,13 @@ struct EncodeReport {
 };
 
 struct EncodeEvents {
-    std::function<void(const ProgressStep&)> progress;
+    std::function<void(const ProgressStep&)> progress = {};
+
+    // Each picture as it goes into a clip, in its order.
+    std::function<void(const std::vector<uint8_t>& rgba)> picture = {};
 
     // The clips are whole; as soon as this returns they get their names.
-    std::function<void(const EncodeReport&)> beforeCommit;
+    std::function<void(const EncodeReport&)> beforeCommit = {};
 };
 
 // What has to be known of an input before its first frame is encoded.
