@@ -102,7 +102,7 @@ TEST_F(Commands, Encode_BeatsThatAreNotThereAreRefused) {
     expectReport(encode("--bpm 240 --beats 4"), "26", "4 beats, 236.3 BPM on stage");
     EXPECT_EQ(inputs::levelsOf("out.m19")[25], 23);
     count(20);
-    fs::remove("out.m19");
+    removeClip("out.m19");
     const Outcome few = encode("--bpm 240 --beats 4");
     EXPECT_EQ(few.status, 1);
     EXPECT_EQ(few.err,

@@ -230,7 +230,7 @@ TEST_F(Commands, Encode_FilterIsTakenOrRefusedBeforehand) {
     inputs::levels("in.mkv", {10});
     EXPECT_EQ(encode("in.mkv", "--filter lutrgb=r=negval").status, 0);
     EXPECT_EQ(level(0, 0), 21);  // 255 - 82 = 173
-    fs::remove("out.m19");
+    removeClip("out.m19");
     const Outcome broken = encode("in.mkv", "--filter nosuch=3");
     EXPECT_EQ(broken.status, 2);
     EXPECT_EQ(broken.err.rfind("--filter: FFmpeg does not take nosuch=3: ", 0), 0u) << broken.err;

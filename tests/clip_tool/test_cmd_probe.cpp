@@ -68,7 +68,7 @@ TEST_F(Commands, DryRun_SizeIsWithinAQuarterOfTheClips) {
         ASSERT_EQ(tool(kHow + "-o out.m19").status, 0);
         const double size = static_cast<double>(fs::file_size("out.m19"));
         EXPECT_NEAR(foretold(outcome.out), size, size / 4) << outcome.out;
-        fs::remove("out.m19");
+        removeClip("out.m19");
     }
 }
 

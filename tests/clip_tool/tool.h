@@ -60,6 +60,12 @@ inline Names filesHere() {
     return filesIn(".");
 }
 
+// With the file beside it that says where it came from.
+inline void removeClip(const fs::path& clip) {
+    fs::remove(clip);
+    fs::remove(clip.string() + ".json");
+}
+
 class Commands : public testing::Test {
 protected:
     Commands() {
