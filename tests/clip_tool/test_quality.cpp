@@ -250,7 +250,7 @@ TEST(Budget, DefaultQuality_LoadsInTwelveSecondsAtWorst) {
 }
 
 // Eighty tiles, the left half opaque, each with an edge or an alpha that no other has, and room for
-// twenty records: alpha is never given up.
+// twenty records: of alpha a level may be given up, no more.
 TEST(Budget, TilesOfTheirOwnAlpha_StayBeyondTheLimit) {
     pictures::Random random(12);
     maker::SourceBlock block{1, 80, {}};
@@ -271,7 +271,9 @@ TEST(Budget, TilesOfTheirOwnAlpha_StayBeyondTheLimit) {
     for (size_t tile = 40; tile < 80; ++tile) {
         const maker::Placement& shown = coded.tiles.placements[tile];
         ASSERT_EQ(shown.fill, maker::Fill::PICTURE) << tile;
-        EXPECT_EQ(coded.tiles.pictures[shown.value].alpha, block.tiles[tile].alpha) << tile;
+        for (size_t i = 0; i < 64; ++i) {
+            ASSERT_NEAR(coded.tiles.pictures[shown.value].alpha[i], block.tiles[tile].alpha[i], 1);
+        }
     }
 }
 

@@ -8,6 +8,7 @@
 #include "tools/clip/encoder/noise.h"
 #include "tools/clip/encoder/price_search.h"
 #include "tools/clip/encoder/simplify.h"
+#include "tools/clip/encoder/soft_alpha.h"
 
 namespace maker {
 
@@ -106,7 +107,10 @@ void leaveNoiseOut(const SourceBlock& block, const CodingPlan& plan, Rate& rate)
     rate.noisePictures = std::pow(clip::kFramesPerBlock, along);
 }
 
-CodedBlock codeAt(const SourceBlock& block, const Rate& rate) {
+CodedBlock codeAt(const SourceBlock& source, const Rate& rate) {
+    const bool soft = hasSoftAlpha(source);
+    const SourceBlock softened = soft ? withSoftAlpha(source, rate) : SourceBlock{};
+    const SourceBlock& block = soft ? softened : source;
     const Simplifier simplifier(block, rate);
     return codeTiles(block, simplifier.show(), &simplifier.palette());
 }

@@ -3,8 +3,8 @@
 //
 // Every hold (holds.h) becomes the picture of least squared error plus rate x bytes: one flat
 // colour, a picture that the block draws anyway (also mirrored or turned), runs in palette or
-// RGB565 colours, palette pixels, or RGB565 pixels. Alpha is kept exactly. The pictures are coded
-// without further loss (record_choice.h).
+// RGB565 colours, palette pixels, or RGB565 pixels. Alpha stays as it is (what can be given up of
+// it, soft_alpha.h has). The pictures are coded without further loss (record_choice.h).
 
 #include <vector>
 
