@@ -10,6 +10,7 @@
 #include "clip_tool/media.h"
 #include "clip_tool/tool.h"
 #include "tools/clip/jobs/probe.h"
+#include "tools/clip/media/source.h"
 
 namespace {
 
@@ -106,6 +107,31 @@ TEST_F(Commands, Probe_TellsPixelArt) {
     });
     const std::string line = tool("probe in.png").out;
     EXPECT_EQ(line.find("in.png: 1 frame, pixel art: --preset pixel keeps it sharp\n"), 0U) << line;
+}
+
+// Source and seven qualities, two in a row, 26 lines of text above each picture.
+TEST_F(Commands, Probe_LadderShowsSevenQualities) {
+    inputs::picture("in.png", 640, 360, [](int x, int) { return x < 320 ? 0xFFFFFFFFU : 255; });
+    const Outcome outcome = tool("probe in.png --ladder ladder.png");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    for (const char* line : {"quality 100: ", "quality 70: ", "quality 40: "}) {
+        EXPECT_NE(outcome.out.find(line), std::string::npos) << outcome.out;
+    }
+    const std::string file = textOf("ladder.png");
+    const auto side = [&file](size_t at) {
+        return static_cast<uint8_t>(file[at]) << 8 | static_cast<uint8_t>(file[at + 1]);
+    };
+    EXPECT_EQ(side(18), 1284);  // the PNG's own header
+    EXPECT_EQ(side(22), 4 * (26 + 360 + 4) - 4);
+    // All of it squeezed to 640 x 360: both halves of quality 100, on the right of the source.
+    maker::VideoSource ladder({.path = "ladder.png", .fit = maker::Fit::STRETCH});
+    ASSERT_TRUE(ladder.step());
+    const std::vector<uint8_t> picture = ladder.picture();
+    const auto green = [&picture](size_t x, size_t y) { return picture[(y * 640 + x) * 4 + 1]; };
+    EXPECT_EQ(green(371, 47), 255);
+    EXPECT_EQ(green(570, 47), 0);
+    EXPECT_EQ(tool("probe in.png --ladder ladder.jpg").status, 1);
+    EXPECT_EQ(tool("probe in.png in.png --ladder ladder.png").status, 2);
 }
 
 std::string verdict(const std::vector<maker::ProbedQuality>& qualities) {

@@ -9,6 +9,7 @@
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
 #include "tools/clip/encoder/quantise.h"
+#include "tools/clip/reports/clip_frames.h"
 #include "tools/clip/reports/describe.h"
 
 namespace maker {
@@ -134,8 +135,29 @@ double probeQuality(const Samples& samples, EncodeSettings settings, int quality
          .memory = slotBytes() + bytesInProportion(cost.memory - slotBytes(), probe),
          .seconds =
              kStepSeconds * (clip::kStepsBesideRecords + std::ceil(inProportion(steps, probe))),
-         .psnr = encoder.stats().psnr()});
+         .psnr = encoder.stats().psnr(),
+         .picture = ClipFrames(bytes).picture(probe.sampled / 2)});
     return encoder.stats().noise;
+}
+
+// The quality asked for, and lower ones while the clip loads slowly. Gives the noise left out.
+double descend(const Samples& samples, const EncodeSettings& settings, Probe& probe) {
+    const double noise = probeQuality(samples, settings, settings.quality, probe);
+    for (const int quality : kLowerQualities) {
+        if (quality < settings.quality && probe.qualities.back().seconds > kLargeSeconds) {
+            probeQuality(samples, settings, quality, probe);
+        }
+    }
+    return noise;
+}
+
+// All steps of the ladder. Gives the most noise that one leaves out.
+double climb(const Samples& samples, const EncodeSettings& settings, Probe& probe) {
+    double noise = 0;
+    for (const int quality : kLadder) {
+        noise = std::max(noise, probeQuality(samples, settings, quality, probe));
+    }
+    return noise;
 }
 
 const char* nameOf(Kind kind) {
@@ -145,7 +167,7 @@ const char* nameOf(Kind kind) {
 
 }  // namespace
 
-Probe probeInput(const std::string& input, const EncodeSettings& settings) {
+Probe probeInput(const std::string& input, const EncodeSettings& settings, bool ladder) {
     EncodeSettings single = settings;
     single.loop = {};
     if (single.longInput == LongInput::SPLIT) {
@@ -164,13 +186,10 @@ Probe probeInput(const std::string& input, const EncodeSettings& settings) {
                 .sampled = static_cast<int>(samples.pictures.size()),
                 .alpha = plan.source.alpha,
                 .longer = source.goesOn(),
-                .qualities = {}};
-    const double noise = probeQuality(samples, single, settings.quality, probe);
-    for (const int quality : kLowerQualities) {
-        if (quality < settings.quality && probe.qualities.back().seconds > kLargeSeconds) {
-            probeQuality(samples, single, quality, probe);
-        }
-    }
+                .qualities = {},
+                .source = Picture(kFrameWidth, kFrameHeight)};
+    probe.source.rgba = samples.pictures[samples.pictures.size() / 2];
+    const double noise = ladder ? climb(samples, single, probe) : descend(samples, single, probe);
     const bool graphics = hasFewColours(samples.pictures, clip::kPaletteEntries);
     probe.kind = isPixelArt(plan.source) ? Kind::PIXEL_ART
                  : graphics              ? Kind::GRAPHICS

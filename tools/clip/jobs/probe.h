@@ -6,11 +6,13 @@
 // whole are in proportion to theirs. Loops and further parts of a long input are left out. Errors
 // and interrupts are thrown (errors.h).
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "tools/clip/jobs/encode_job.h"
+#include "tools/clip/media/picture.h"
 
 namespace maker {
 
@@ -27,6 +29,7 @@ struct ProbedQuality {
     size_t memory = 0;   // bytes when loaded
     double seconds = 0;  // until it is ready on stage
     double psnr = 0;     // of the blocks coded; infinite when nothing is lost
+    Picture picture{};   // how it looks, in the middle of what was coded
 };
 
 struct Probe {
@@ -37,9 +40,16 @@ struct Probe {
     bool longer = false;  // the input goes on after the clip
     Kind kind = Kind::FILM;
     std::vector<ProbedQuality> qualities;  // the best one first
+    Picture source{};                      // likewise, before
 };
 
-Probe probeInput(const std::string& input, const EncodeSettings& settings);
+// Of a quality ladder: what is coded, whatever the settings ask for.
+inline constexpr std::array kLadder = {100, 90, 80, 70, 60, 50, 40};
+
+Probe probeInput(const std::string& input, const EncodeSettings& settings, bool ladder = false);
+
+// The source and each quality of the ladder with its size and load seconds.
+Picture drawLadder(const std::string& input, const Probe& probe);
 
 // Whether to encode it so, or what to do instead.
 std::string verdictOf(const Probe& probe);
