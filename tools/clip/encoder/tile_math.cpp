@@ -20,7 +20,7 @@ int32_t squaredDistance(const ColourPlanes& a, const ColourPlanes& b, int32_t li
     const hn::Rebind<uint8_t, decltype(d16)> d8;
     const hn::RepartitionToWide<decltype(d16)> d32;
     int32_t sum = 0;
-    for (const size_t c : {1, 0, 2}) {  // green differs the most
+    for (const size_t c : {1U, 0U, 2U}) {  // green differs the most
         auto even = hn::Zero(d32);
         auto odd = hn::Zero(d32);
         for (size_t i = 0; i < clip::kTilePixels; i += hn::Lanes(d16)) {
@@ -86,7 +86,7 @@ namespace {
 
 int32_t squaredDistancePlain(const ColourPlanes& a, const ColourPlanes& b, int32_t limit) {
     int32_t sum = 0;  // at most 192 x 255^2
-    for (const size_t c : {1, 0, 2}) {
+    for (const size_t c : {1U, 0U, 2U}) {
         for (size_t i = 0; i < clip::kTilePixels; ++i) {
             const int difference = a[c][i] - b[c][i];
             sum += difference * difference;
