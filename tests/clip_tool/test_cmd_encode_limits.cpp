@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "clip_tool/inputs.h"
+#include "clip_tool/media.h"
 #include "clip_tool/tool.h"
 #include "tools/clip/jobs/encode_job.h"
 
@@ -42,6 +43,23 @@ TEST_F(Commands, Encode_SizeThatCannotBeIsRefusedWithTheLeast) {
 // Colours can all be given up, alpha cannot.
 TEST_F(Commands, Encode_RecordsThatCannotBeAreRefusedWithTheLeast) {
     expectLeast("--records", "1");
+}
+
+// Eleven pictures of noise have 39,600 tiles, and a block loads 37,440 records in time.
+TEST_F(Commands, Encode_TooManyRecordsAreGivenUpAndTold) {
+    media::Recipe recipe;
+    recipe.path = "in.mkv";
+    recipe.frames = 11;
+    recipe.fill = [](int frame, AVFrame& picture) {
+        uint32_t state = static_cast<uint32_t>(frame) + 7;
+        for (int i = 0; i < 640 * 360 * 4; ++i) {
+            state = state * 1664525 + 1013904223;
+            *media::pixelAt(picture, i % 2560, i / 2560, 1) = static_cast<uint8_t>(state >> 24);
+        }
+    };
+    media::write(recipe);
+    const std::string told = "; less than quality 80, which would take too long to load\n";
+    EXPECT_NE(tool("encode in.mkv -o out.m19 --fps 25").out.find(told), std::string::npos);
 }
 
 // A grey ramp of 640 steps: rounded to the stage's colours as near as can be, dithered farther.

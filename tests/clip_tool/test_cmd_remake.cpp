@@ -95,6 +95,17 @@ TEST_F(Remake, PartsOfASplitInput_AreMadeTogether) {
     EXPECT_FALSE(fs::exists("s.m19"));
 }
 
+// The file beside the clip may be anybody's.
+TEST_F(Remake, NameThatLeavesTheFolder_StaysInIt) {
+    nlohmann::json json = origin("a.m19");
+    json["part"] = 1;
+    json["of"] = "../up.m19";
+    std::ofstream("a.m19.json") << json;
+    EXPECT_EQ(tool("remake a.m19").status, 0);
+    EXPECT_TRUE(fs::exists("up.m19"));
+    EXPECT_FALSE(fs::exists("../up.m19"));
+}
+
 TEST_F(Remake, NameOfBytes_IsFoundAgain) {
     fs::rename("in.mkv", "caf\xE9.mkv");
     ASSERT_EQ(tool("encode caf\xE9.mkv -o b.m19 --preset graphics").status, 0);

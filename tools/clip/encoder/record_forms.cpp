@@ -11,8 +11,7 @@ namespace {
 
 constexpr int kFourRuns = 4;
 constexpr int kFourRunsLongest = 32;  // of its first three runs; the last takes what is left
-constexpr int kAlphaRunLongest = 16;
-constexpr int kTooLong = 1 << 20;  // bytes of a form that cannot hold the tile
+constexpr int kTooLong = 1 << 20;     // bytes of a form that cannot hold the tile
 
 // The types of groups of two runs: where the control byte has the lengths, and its bits for colours
 // in the palette. Runs of type 6 are all there.

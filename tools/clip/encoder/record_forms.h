@@ -40,6 +40,7 @@ int plainBytes(int type);
 void appendPlain(int type, const Sequence& picture, const PaletteIndex& palette,
                  std::vector<uint8_t>& out);
 
+inline constexpr size_t kAlphaRunLongest = 16;
 int alphaBytes(const AlphaTile& alpha);
 void appendAlpha(const AlphaTile& alpha, std::vector<uint8_t>& out);
 

@@ -13,7 +13,6 @@ namespace {
 // What one level off costs: a fifteenth of 64, which the clip and what it covers differ by, squared
 // and in three channels.
 constexpr double kLevelError = 55;
-constexpr size_t kLongestRun = 16;
 
 bool isSoft(int level) {
     return level > 0 && level < clip::kAlphaOpaque;
@@ -64,7 +63,7 @@ AlphaTile fittedAlpha(const AlphaTile& alpha, const Rate& rate) {
     best[0] = 0;
     for (size_t from = 0; from < clip::kTilePixels; ++from) {
         LevelRun run;
-        const size_t end = std::min(from + kLongestRun, size_t{clip::kTilePixels});
+        const size_t end = std::min(from + kAlphaRunLongest, size_t{clip::kTilePixels});
         for (size_t to = from; to < end && run.add(alpha[to]); ++to) {
             const double cost = best[from] + rate.perByte + kLevelError * run.error();
             if (cost < best[to + 1]) {

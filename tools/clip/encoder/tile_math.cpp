@@ -54,6 +54,7 @@ HWY_INLINE int32_t leastAt(const RunSums& sums, const RunCosts& costs, size_t to
             d, hn::Mul(hn::ConvertTo(df, product), hn::LoadU(df, kReciprocals.data() + back)));
         const auto cost = hn::Add(hn::LoadU(d, costs.best.data() + first + back),
                                   hn::Sub(since(sums.squares), mean));
+        static_assert(kLongestRun == 1 << 4);
         const auto place = hn::Iota(d, static_cast<int32_t>(back));
         least = hn::Min(least, hn::Add(hn::ShiftLeft<4>(cost), place));
     }
@@ -109,7 +110,8 @@ int32_t leastAtPlain(const RunSums& sums, const RunCosts& costs, size_t to) {
         }
         const auto mean = static_cast<int32_t>(static_cast<float>(product) * kReciprocals[back]);
         const int32_t cost = costs.best[from] + sums.squares[to] - sums.squares[from] - mean;
-        least = std::min(least, cost * 16 + static_cast<int32_t>(back));
+        least =
+            std::min(least, cost * static_cast<int32_t>(kLongestRun) + static_cast<int32_t>(back));
     }
     return least;
 }

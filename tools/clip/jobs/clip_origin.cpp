@@ -100,7 +100,8 @@ ClipOrigin parsed(const Json& json) {
     }
     if (json.contains("part")) {
         origin.part = json.at("part").get<int>();
-        origin.output = json.at("of").get<std::string>();
+        // Whoever wrote the file: what is made again stays in the clip's folder.
+        origin.output = fs::path(json.at("of").get<std::string>()).filename();
     }
     return origin;
 }

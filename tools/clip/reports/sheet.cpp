@@ -17,26 +17,18 @@ extern "C" {
 #include "tools/clip/media/movie.h"
 #include "tools/clip/media/pixel_font.h"
 #include "tools/clip/media/source.h"
+#include "tools/clip/reports/captioned.h"
 #include "tools/clip/reports/clip_frames.h"
 
 namespace maker {
 
 namespace {
 
-// The interface's colours, and two greys.
-constexpr Colour kWhite{0xFF, 0xFF, 0xFF};
-constexpr Colour kPink{0xFE, 0x00, 0xC3};
-constexpr Colour kBlue{0x59, 0xB1, 0xFF};
-constexpr Colour kOrange{0xFF, 0xB0, 0x00};
-constexpr Colour kBlack{0x00, 0x00, 0x00};
-constexpr Colour kGround{0x14, 0x14, 0x14};
-constexpr Colour kGrey{0x80, 0x80, 0x80};
-
 constexpr int kMargin = 24;
-constexpr int kGap = 4;
 constexpr int kThumbWidth = kFrameWidth / kSheetShrink;
 constexpr int kThumbHeight = kFrameHeight / kSheetShrink;
-constexpr int kSheetWidth = 2 * kMargin + kSheetMoments * kThumbWidth + (kSheetMoments - 1) * kGap;
+constexpr int kSheetWidth =
+    2 * kMargin + kSheetMoments * kThumbWidth + (kSheetMoments - 1) * kPictureGap;
 constexpr int kTitleText = 36;
 constexpr int kTitleHeight = 84;
 constexpr int kLineHeight = 24;
@@ -51,7 +43,7 @@ void drawMoments(Picture& sheet, const PixelFont& small, const SheetClip& clip, 
         sheet.copy(moment.picture, x, y + (kThumbHeight - moment.picture.height) / 2);
         small.draw(canvas, x, y + kThumbHeight + 4, codePoints(std::to_string(moment.frame)),
                    kGrey);
-        x += kThumbWidth + kGap;
+        x += kThumbWidth + kPictureGap;
     }
 }
 
@@ -203,9 +195,9 @@ Picture drawSheet(const std::string& title, const std::vector<SheetClip>& clips)
     const PixelFont small(kSmallText);
     const PixelFont large(kLargeText);
     const PixelFont heading(kTitleText);
-    Picture sheet(kSheetWidth, kTitleHeight + kClipHeight * static_cast<int>(clips.size()));
+    Picture sheet =
+        groundOf(kSheetWidth, kTitleHeight + kClipHeight * static_cast<int>(clips.size()));
     Canvas canvas(sheet);
-    canvas.rect(0, 0, sheet.width, sheet.height, kGround);
     heading.draw(canvas, kMargin, kMargin, codePoints(title), kWhite);
     canvas.rect(kMargin, kTitleHeight - 14, sheet.width - 2 * kMargin, 2, kPink);
     int y = kTitleHeight;

@@ -8,8 +8,7 @@
 #include "tools/clip/base/atomic_file.h"
 #include "tools/clip/base/errors.h"
 #include "tools/clip/base/texts.h"
-#include "tools/clip/media/pixel_font.h"
-#include "tools/clip/media/source.h"
+#include "tools/clip/reports/captioned.h"
 #include "tools/clip/reports/compare.h"
 
 namespace maker {
@@ -17,12 +16,7 @@ namespace maker {
 namespace {
 
 constexpr size_t kMostRows = 6;  // of a PNG, before the worst
-constexpr int kGap = 4;
-constexpr int kCaption = 24;
-constexpr int kWidth = 3 * kFrameWidth + 2 * kGap;
-constexpr int kTextTop = 3;
-constexpr Colour kGround{0x14, 0x14, 0x14};
-constexpr Colour kWhite{0xFF, 0xFF, 0xFF};
+constexpr int kWidth = 3 * kFrameWidth + 2 * kPictureGap;
 
 Picture shownOf(const std::vector<uint8_t>& rgba) {
     Picture picture(kFrameWidth, static_cast<int>(rgba.size() / 4 / kFrameWidth));
@@ -47,31 +41,19 @@ SideBySide::SideBySide(const std::string& path) : path_(path), film_(movieKindOf
         throw ToolError("a comparison is a picture or an exact film: give " + path +
                         " the ending .png or .mkv");
     }
-    const std::filesystem::path folder = folderOf(path);
-    std::error_code ignored;
-    if (!std::filesystem::is_directory(folder, ignored)) {
-        throw ToolError("cannot write " + path + ": no folder " + folder.string());
-    }
-    checkWritable(path);
+    checkOutput(path);
 }
 
 void SideBySide::add(const std::vector<uint8_t>& source, const std::vector<uint8_t>& clip) {
     const Picture left = shownOf(source);
     const Picture middle = shownOf(clip);
     const double error = colourError(left.rgba, middle.rgba);
-    Picture row(kWidth, kCaption + left.height);
-    Canvas canvas(row);
-    canvas.rect(0, 0, row.width, row.height, kGround);
-    const PixelFont font(kLargeText);
-    int x = 0;
-    const auto show = [&](const Picture& picture, const std::string& caption) {
-        font.draw(canvas, x + kGap, kTextTop, codePoints(caption), kWhite);
-        row.copy(picture, x, kCaption);
-        x += kFrameWidth + kGap;
-    };
-    show(left, "source, frame " + std::to_string(frames_));
-    show(middle, "clip, " + decibels(psnrOf(error), 1));
-    show(differenceOf(left, middle), "difference x " + std::to_string(kAmplified));
+    Picture row = groundOf(kWidth, kCaptionHeight + left.height);
+    constexpr int kColumn = kFrameWidth + kPictureGap;
+    drawCaptioned(row, 0, 0, left, "source, frame " + std::to_string(frames_));
+    drawCaptioned(row, kColumn, 0, middle, "clip, " + decibels(psnrOf(error), 1));
+    drawCaptioned(row, 2 * kColumn, 0, differenceOf(left, middle),
+                  "difference x " + std::to_string(kAmplified));
     if (film_ == nullptr) {
         keep(frames_, row, error);
     } else {
@@ -105,9 +87,8 @@ void SideBySide::keep(int frame, const Picture& row, double error) {
 }
 
 std::vector<uint8_t> SideBySide::sheet() const {
-    const int height = worst_.height + kGap;
-    Picture sheet(kWidth, height * static_cast<int>(rows_.size() + 1) - kGap);
-    Canvas(sheet).rect(0, 0, sheet.width, sheet.height, kGround);
+    const int height = worst_.height + kPictureGap;
+    Picture sheet = groundOf(kWidth, height * static_cast<int>(rows_.size() + 1) - kPictureGap);
     for (size_t i = 0; i < rows_.size(); ++i) {
         sheet.copy(rows_[i], 0, height * static_cast<int>(i));
     }
