@@ -277,11 +277,46 @@ TEST(Budget, TilesOfTheirOwnAlpha_StayBeyondTheLimit) {
     }
 }
 
-TEST(Dither, Gradients_BreakUp) {
-    const Made plain = make(camera, 4, {});
-    const Made dithered = make(camera, 4, {.dither = true});
-    EXPECT_NE(plain.bytes, dithered.bytes);
-    EXPECT_TRUE(clip::validate(dithered.bytes).ok);
+// A soft grey ramp, of which the stage has 12 steps of red and blue and 24 of green, and which
+// moves.
+Bytes ramp(int frame) {
+    Bytes rgba;
+    for (int i = 0; i < kHeight * 640; ++i) {
+        const auto level = static_cast<uint8_t>(40 + (i % 640 + 3 * frame) * 100 / 640);
+        rgba.insert(rgba.end(), {level, level, level, 255});
+    }
+    return rgba;
+}
+
+// What the eye takes together, the green of 8 x 8 pixels, lies so far from the ramp in the mean.
+double errorOfMeans(const Bytes& bytes) {
+    const reference::Picture shown = reference::decode(reference::parse(bytes)).front();
+    const Bytes source = ramp(0);
+    double sum = 0;
+    for (size_t left = 0; left < 640; left += 8) {
+        double difference = 0;
+        for (size_t i = 0; i < 64; ++i) {
+            const size_t at = i / 8 * 640 + left + i % 8;
+            difference += px::green8Of(shown.pixels[at]) - source[4 * at];
+        }
+        sum += std::abs(difference) / 64;
+    }
+    return sum / 80;
+}
+
+TEST(Dither, Ramp_IsNearerInTheMean) {
+    for (const int quality : {80, 100}) {
+        const Made plain = make(ramp, 2, {.quality = quality});
+        const Made dithered = make(ramp, 2, {.quality = quality, .dither = true});
+        EXPECT_TRUE(clip::validate(dithered.bytes).ok);
+        EXPECT_LT(errorOfMeans(dithered.bytes), 0.6 * errorOfMeans(plain.bytes)) << quality;
+    }
+}
+
+TEST(Dither, BelowTheBestQuality_TilesShareTheirPatterns) {
+    const Made best = make(ramp, 8, {.dither = true});
+    const Made shared = make(ramp, 8, {.quality = 90, .dither = true});
+    EXPECT_LT(2 * shared.stats.records, best.stats.records);
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ bool dearer(const CodingPlan& plan) {
 
 // Whatever it takes.
 bool mustBeExact(const CodingPlan& plan, bool fewColours) {
-    return !dearer(plan) &&
+    return !dearer(plan) && !plan.dither &&
            (plan.quality == kBestQuality || (plan.content == Content::GRAPHICS && fewColours));
 }
 
@@ -81,6 +81,7 @@ Rate rateFor(const CodingPlan& plan) {
     Rate rate = rateOf(std::min(plan.quality, kNearlyExact));
     rate.perByte *= plan.byteFactor;
     rate.recordBytes *= plan.recordFactor;
+    rate.dither = plan.dither;
     return rate;
 }
 
@@ -107,16 +108,16 @@ void leaveNoiseOut(const SourceBlock& block, const CodingPlan& plan, Rate& rate)
     rate.noisePictures = std::pow(clip::kFramesPerBlock, along);
 }
 
-CodedBlock codeAt(const SourceBlock& source, const Rate& rate) {
+CodedBlock codeAt(const SourceBlock& source, const Rate& rate, const StandingTiles& standing = {}) {
     const bool soft = hasSoftAlpha(source);
     const SourceBlock softened = soft ? withSoftAlpha(source, rate) : SourceBlock{};
     const SourceBlock& block = soft ? softened : source;
-    const Simplifier simplifier(block, rate);
+    const Simplifier simplifier(block, rate, standing);
     return codeTiles(block, simplifier.show(), &simplifier.palette());
 }
 
 // A block of so many records, which is more than the limit, is coded at a higher price, all of it
-// alike. Where alpha alone takes that many, the dearest stays.
+// alike and none of it as the block before. Where alpha alone takes that many, the dearest stays.
 CodedBlock codeDearer(const SourceBlock& block, const Rate& rate, const CodingPlan& plan,
                       size_t records) {
     const SourceBlock sample = sampleOf(block);
@@ -135,10 +136,11 @@ CodedBlock codeDearer(const SourceBlock& block, const Rate& rate, const CodingPl
     return coded;
 }
 
-CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan) {
+CodedBlock codeByRate(const SourceBlock& block, const CodingPlan& plan,
+                      const StandingTiles& standing) {
     Rate rate = rateFor(plan);
     leaveNoiseOut(block, plan, rate);
-    CodedBlock coded = codeAt(block, rate);
+    CodedBlock coded = codeAt(block, rate, standing);
     const bool limited = excess(coded, plan) > 0;
     if (limited) {
         coded = codeDearer(block, rate, plan, coded.set.records.size());
@@ -166,14 +168,37 @@ bool exactIsBetter(const CodedBlock& exact, const CodedBlock& coded, const Codin
 
 }  // namespace
 
-CodedBlock codeBlock(const SourceBlock& block, const CodingPlan& plan) {
+bool alwaysExact(const CodingPlan& plan) {
+    return plan.quality == kBestQuality && !dearer(plan) && !plan.dither;
+}
+
+std::vector<Tile> lastShown(const CodedBlock& coded) {
+    const std::vector<Placement>& placements = coded.tiles.placements;
+    const size_t count = placements.size() / static_cast<size_t>(coded.frames);
+    std::vector<Tile> tiles;
+    tiles.reserve(count);
+    for (size_t i = placements.size() - count; i < placements.size(); ++i) {
+        const Placement& placement = placements[i];
+        if (placement.fill == Fill::PICTURE) {
+            tiles.push_back(coded.tiles.pictures[placement.value]);
+            continue;
+        }
+        Tile& tile = tiles.emplace_back();
+        tile.colours.fill(static_cast<uint16_t>(placement.value));
+        tile.alpha.fill(placement.fill == Fill::FLAT ? uint8_t{clip::kAlphaOpaque} : uint8_t{0});
+    }
+    return tiles;
+}
+
+CodedBlock codeBlock(const SourceBlock& block, const CodingPlan& plan,
+                     const StandingTiles& standing) {
     constexpr int kNearExact = 88;  // from here on exact coding may be the cheaper one
     const std::vector<Tile> rounded = roundedTiles(block);
     const bool fewColours = plan.content != Content::FOOTAGE &&
                             plan.quality >= kLowestExactQuality && fitsPalette(rounded);
     const bool must = mustBeExact(plan, plan.content == Content::GRAPHICS && fitsPalette(rounded));
-    if (!must && (dearer(plan) || (plan.quality < kNearExact && !fewColours))) {
-        return codeByRate(block, plan);
+    if (!must && (dearer(plan) || plan.dither || (plan.quality < kNearExact && !fewColours))) {
+        return codeByRate(block, plan, standing);
     }
     CodedBlock exact = codeTiles(block, rounded, nullptr);
     exact.exact = true;
@@ -181,7 +206,7 @@ CodedBlock codeBlock(const SourceBlock& block, const CodingPlan& plan) {
     if (must && fits) {
         return exact;
     }
-    CodedBlock coded = codeByRate(block, plan);
+    CodedBlock coded = codeByRate(block, plan, standing);
     return fits && exactIsBetter(exact, coded, plan, fewColours) ? exact : coded;
 }
 

@@ -2,7 +2,8 @@
 // One block coded: the pictures that it shows, the records that draw them, its palette.
 //
 // Record numbers and the bytes of the block come later (numbering.h, writer.h): they depend on the
-// blocks before. Coding a block depends on nothing else, so that blocks can be coded side by side.
+// blocks before. Coding a block depends on nothing else but what stands still (standing_chain.h),
+// so that blocks can be coded side by side.
 
 #include <cstdint>
 #include <optional>
@@ -12,6 +13,7 @@
 #include "tools/clip/encoder/palette.h"
 #include "tools/clip/encoder/rate.h"
 #include "tools/clip/encoder/record_choice.h"
+#include "tools/clip/encoder/simplify.h"
 #include "tools/clip/encoder/source_block.h"
 
 namespace maker {
@@ -30,6 +32,9 @@ struct CodingPlan {
     double byteFactor = 1;
     double recordFactor = 1;
     int mostRecords = 0;  // of a block; 0: as many as there are
+    // Smooth colours between two of the stage's are shown as patterns of both. Leaves no block
+    // exact.
+    bool dither = false;
     // Of the source, its standard deviation: what is not kept below 100. Not given: what each block
     // is found to have.
     std::optional<double> noise = std::nullopt;
@@ -46,6 +51,14 @@ struct CodedBlock {
     bool exact = false;       // shows the source rounded to RGB565
 };
 
-CodedBlock codeBlock(const SourceBlock& block, const CodingPlan& plan);
+// What stands still goes on as `standing` says, but for a block that is coded exactly or limited.
+CodedBlock codeBlock(const SourceBlock& block, const CodingPlan& plan,
+                     const StandingTiles& standing = {});
+
+// Whether every block will show its source, whatever it takes.
+bool alwaysExact(const CodingPlan& plan);
+
+// What its last frame shows, in raster order.
+std::vector<Tile> lastShown(const CodedBlock& coded);
 
 }  // namespace maker

@@ -30,6 +30,11 @@ bool hasBudget(const ClipSettings& settings) {
     return settings.recordBudget > 0 || settings.byteBudget > 0;
 }
 
+// A clip that shows its source exactly is dithered before it is coded, pixel by pixel.
+bool dithersBeforehand(const ClipSettings& settings) {
+    return settings.dither && settings.quality == kBestQuality && !hasBudget(settings);
+}
+
 }  // namespace
 
 double ClipStats::psnr() const {
@@ -41,6 +46,7 @@ ClipEncoder::ClipEncoder(const ClipSettings& settings)
       plan_{.quality = settings.quality,
             .content = settings.content,
             .mostRecords = mostRecordsOf(settings),
+            .dither = settings.dither && !dithersBeforehand(settings),
             .noise = settings.noise} {
     assert(settings.height >= clip::kTileSize && settings.height <= kFrameHeight &&
            settings.height % clip::kTileSize == 0);
@@ -51,7 +57,7 @@ void ClipEncoder::add(const uint8_t* rgba) {
     if (added_ == clip::kMaxFrames) {
         throw std::logic_error("a clip holds at most 256 frames");
     }
-    if (settings_.dither) {
+    if (dithersBeforehand(settings_)) {
         appendTiles(rgba, settings_.height, settings_.alpha, block_.originals);
         dithered_.assign(rgba, rgba + static_cast<size_t>(kFrameWidth * settings_.height) * 4);
         dither(dithered_.data(), settings_.height);
@@ -66,8 +72,13 @@ void ClipEncoder::add(const uint8_t* rgba) {
 
 void ClipEncoder::finishBlock() {
     SourceBlock block = std::exchange(block_, {});
+    std::vector<int16_t> still;
+    if (!alwaysExact(plan_) || hasBudget(settings_)) {
+        still = tracker_.next(block);
+    }
     if (hasBudget(settings_)) {
         sources_.push_back(std::move(block));
+        still_.push_back(std::move(still));
         return;
     }
     if (pending_.size() >= static_cast<size_t>(settings_.workers)) {
@@ -76,7 +87,9 @@ void ClipEncoder::finishBlock() {
     }
     const auto policy = settings_.workers > 1 ? std::launch::async : std::launch::deferred;
     pending_.push_back(std::async(
-        policy, [plan = plan_, source = std::move(block)] { return codeBlock(source, plan); }));
+        policy, [plan = plan_, source = std::move(block), link = chain_.next(std::move(still))] {
+            return link.code(source, plan);
+        }));
 }
 
 void ClipEncoder::write(CodedBlock coded, Coding& clip) const {
@@ -96,6 +109,18 @@ void ClipEncoder::write(CodedBlock coded, Coding& clip) const {
     stats.fillers += block.fillers;
 }
 
+// Nothing stands in a sample, whose positions are not those of the clip.
+std::vector<StandingChain::Link> ClipEncoder::linksOf(
+    const std::vector<SourceBlock>& sources) const {
+    StandingChain chain;
+    std::vector<StandingChain::Link> links;
+    for (size_t i = 0; i < sources.size(); ++i) {
+        const bool sample = sources[i].tileCount < sources_[i].tileCount;
+        links.push_back(chain.next(sample ? std::vector<int16_t>() : still_[i]));
+    }
+    return links;
+}
+
 ClipEncoder::Coding ClipEncoder::codeAll(const std::vector<SourceBlock>& sources, double factor,
                                          SearchProgress& progress) const {
     progress.begin(static_cast<double>(sources[0].tileCount) /
@@ -106,13 +131,18 @@ ClipEncoder::Coding ClipEncoder::codeAll(const std::vector<SourceBlock>& sources
     const size_t workers =
         std::min(static_cast<size_t>(std::max(settings_.workers, 1)), sources.size());
     std::vector<CodedBlock> blocks(sources.size());
+    const std::vector<StandingChain::Link> links = linksOf(sources);
     std::atomic<size_t> next = 0;
     std::vector<std::future<void>> tasks;
     for (size_t worker = 0; worker < workers; ++worker) {
         const auto policy = workers > 1 ? std::launch::async : std::launch::deferred;
         tasks.push_back(std::async(policy, [&] {
-            for (size_t i = next++; i < blocks.size() && !interrupted(); i = next++) {
-                blocks[i] = codeBlock(sources[i], plan);
+            while (!interrupted()) {
+                const size_t i = next++;  // coded for certain: later blocks wait for it
+                if (i >= blocks.size()) {
+                    return;
+                }
+                blocks[i] = links[i].code(sources[i], plan);
                 progress.done(1 / static_cast<double>(blocks.size()));
             }
         }));

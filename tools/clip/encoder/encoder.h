@@ -18,6 +18,8 @@
 #include "tools/clip/encoder/frame.h"
 #include "tools/clip/encoder/numbering.h"
 #include "tools/clip/encoder/price_search.h"
+#include "tools/clip/encoder/standing_chain.h"
+#include "tools/clip/encoder/still.h"
 
 namespace maker {
 
@@ -77,6 +79,7 @@ private:
     void finishBlock();
     void write(CodedBlock coded, Coding& clip) const;
     void fitBudget(SearchProgress& progress);
+    std::vector<StandingChain::Link> linksOf(const std::vector<SourceBlock>& sources) const;
     Coding codeAll(const std::vector<SourceBlock>& sources, double factor,
                    SearchProgress& progress) const;
     double shareOf(double bytes, double records) const;
@@ -86,9 +89,12 @@ private:
     CodingPlan plan_;
     int added_ = 0;  // frames
     std::vector<uint8_t> dithered_;
-    SourceBlock block_;                             // under way
+    SourceBlock block_;  // under way
+    StillTracker tracker_;
+    StandingChain chain_;
     std::vector<std::future<CodedBlock>> pending_;  // in order
     std::vector<SourceBlock> sources_;              // all blocks, where there is a budget
+    std::vector<std::vector<int16_t>> still_;       // likewise, what stands still in them
     Coding clip_;
 };
 

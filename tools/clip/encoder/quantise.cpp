@@ -9,18 +9,6 @@ namespace {
 
 constexpr int kDitherSize = 8;
 
-// Threshold of pixel (x, y) in the 8 x 8 ordered pattern, 0 to 63: the bits of x ^ y and y
-// interleaved in reverse order, so that neighbours lie far apart.
-constexpr int ditherRank(int x, int y) {
-    int rank = 0;
-    for (int bit = 0; bit < 3; ++bit) {
-        const int fromX = ((x ^ y) >> bit) & 1;
-        const int fromY = (y >> bit) & 1;
-        rank = (rank << 2) | (fromX << 1) | fromY;
-    }
-    return rank;
-}
-
 }  // namespace
 
 void dither(uint8_t* rgba, int height) {

@@ -34,6 +34,18 @@ constexpr uint8_t alphaLevel(int alpha) {
     return static_cast<uint8_t>(toLevel(alpha, clip::kAlphaOpaque, kRoundBias));
 }
 
+// Threshold of pixel (x, y) in the 8 x 8 ordered pattern, 0 to 63: the bits of x ^ y and y
+// interleaved in reverse order, so that neighbours lie far apart.
+constexpr int ditherRank(int x, int y) {
+    int rank = 0;
+    for (int bit = 0; bit < 3; ++bit) {
+        const int fromX = ((x ^ y) >> bit) & 1;
+        const int fromY = (y >> bit) & 1;
+        rank = (rank << 2) | (fromX << 1) | fromY;
+    }
+    return rank;
+}
+
 // Replaces the colours of 640 x height x 4 bytes by RGB565 levels on the scale 0 to 255, rounded up
 // or down by an 8 x 8 ordered pattern. Alpha stays.
 void dither(uint8_t* rgba, int height);

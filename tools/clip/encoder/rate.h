@@ -11,9 +11,10 @@ inline constexpr int kBestQuality = 100;
 inline constexpr double kMapEntryBytes = 2;  // that a tile takes when it changes
 
 struct Rate {
-    double perByte;      // squared error (all channels, scale 0 to 255) that a byte is worth
-    double recordBytes;  // what a record costs beyond its own bytes
-    double noise = 0;    // of the source, its standard deviation: what of an error is not kept
+    double perByte;       // squared error (all channels, scale 0 to 255) that a byte is worth
+    double recordBytes;   // what a record costs beyond its own bytes
+    double noise = 0;     // of the source, its standard deviation: what of an error is not kept
+    bool dither = false;  // a smooth colour may be a pattern of those next to it
     double noisePictures = 1;  // of it that a block shows of a tile that stands still, in the mean
 
     // For fewer records: they are so many times as dear, and bytes somewhat, so that no tile goes

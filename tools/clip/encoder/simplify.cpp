@@ -2,13 +2,16 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <span>
+#include <utility>
 
 #include "common/rgb565.h"
 #include "tools/clip/encoder/clusters.h"
 #include "tools/clip/encoder/dictionary.h"
 #include "tools/clip/encoder/holds.h"
 #include "tools/clip/encoder/lookalikes.h"
+#include "tools/clip/encoder/pattern.h"
 #include "tools/clip/encoder/quantise.h"
 #include "tools/clip/encoder/record_forms.h"
 #include "tools/clip/encoder/run_fit.h"
@@ -51,19 +54,25 @@ struct Shown {
     Tile tile{};
     size_t known = kNoKnown;
     size_t walk = 0;
+    bool settled = false;  // exactly as it is
 };
 
-// The tile's mean colour all over.
-Tile flatOf(const SourceTile& wanted) {
+std::array<uint8_t, kChannels> meanOf(const SourceTile& wanted) {
     constexpr int kHalf = clip::kTilePixels / 2;
-    std::array<int, kChannels> mean{};
+    std::array<uint8_t, kChannels> mean{};
     for (size_t c = 0; c < kChannels; ++c) {
         int sum = kHalf;
         for (const uint8_t value : wanted.colours[c]) {
             sum += value;
         }
-        mean[c] = sum / clip::kTilePixels;
+        mean[c] = static_cast<uint8_t>(sum / clip::kTilePixels);
     }
+    return mean;
+}
+
+// The tile's mean colour all over.
+Tile flatOf(const SourceTile& wanted) {
+    const std::array<uint8_t, kChannels> mean = meanOf(wanted);
     Tile tile;
     tile.colours.fill(nearestColour(mean[0], mean[1], mean[2]));
     tile.alpha = wanted.alpha;
@@ -92,11 +101,23 @@ public:
     // `frames` long; `before` is what the position shows until then, null in the first frame.
     Shown paint(const SourceTile& wanted, int frames, const Shown* before);
 
-    // The hold shows a known picture, which settle() may move nearer to all that show it.
+    // Goes on showing a tile, exactly.
+    Shown keep(const Tile& tile);
+
+    // A tile that will be painted: those that may share a pattern share its price.
+    void announce(const SourceTile& wanted) {
+        if (rate_.dither) {
+            ++patterns_[patternColourOf(wanted)].users;
+        }
+    }
+
+    // The hold shows a known picture, which settle() may move nearer to all that show it, unless
+    // one of them shows it exactly.
     struct User {
         const SourceTile* wanted;
         int frames;
         size_t walk;
+        bool settled;
     };
     Tile settle(size_t known, const std::vector<User>& users);
 
@@ -113,6 +134,7 @@ private:
     }
     void begin(const SourceTile& wanted, int frames);
     void offerFlat();
+    void offerPattern();
     void offerKnown(const Shown* before);
     void offerRecords();
     void offerFit(const RunFits& fits, size_t order, size_t walk);
@@ -126,6 +148,12 @@ private:
     NearestEntry nearest_;
     Lookalikes known_;
     std::vector<double> recordBytes_;  // of the known ones
+
+    struct Pattern {
+        size_t known = kNoKnown;
+        int users = 0;  // that may show it
+    };
+    std::map<PatternColour, Pattern> patterns_;
 
     // of the tile under way
     const SourceTile* wanted_ = nullptr;
@@ -154,6 +182,28 @@ void Painter::offerFlat() {
     } else {
         offerRecord(flat_, kSmallestRecordBytes);
     }
+}
+
+// The eye takes the pattern for its mean, so that is what it differs by.
+void Painter::offerPattern() {
+    const PatternColour colour = patternColourOf(*wanted_);
+    const Tile tile = patternTile(colour);
+    if (allAre(tile.colours, tile.colours[0])) {
+        return;
+    }
+    ColourPlanes mean{};
+    for (size_t c = 0; c < kChannels; ++c) {
+        mean[c].fill(meanOf(*wanted_)[c]);
+    }
+    const double error = weight_ * static_cast<double>(squaredDistance(mean, wanted_->colours));
+    const Pattern& pattern = patterns_[colour];
+    if (pattern.known != kNoKnown) {
+        free_.offer({tile, pattern.known, 0, true}, price(kMapEntryBytes) + error);
+        return;
+    }
+    const int bytes = plainBytes(plainType(tile.colours, index_));
+    const double share = price(rate_.recordBytes + bytes) / std::max(pattern.users, 1);
+    record_.offer({tile, kNoKnown, 0, true}, price(kMapEntryBytes) + share + error, bytes);
 }
 
 void Painter::offerKnown(const Shown* before) {
@@ -244,7 +294,8 @@ void Painter::offerRecords() {
 // The record moves to the mean of all that show it, where that is worth the bytes.
 Tile Painter::settle(size_t known, const std::vector<User>& users) {
     const Tile& tile = known_.tile(known);
-    if (users.size() == 1) {
+    if (users.size() == 1 ||
+        std::any_of(users.begin(), users.end(), [](const User& user) { return user.settled; })) {
         return tile;
     }
     SourceTile mean;
@@ -281,6 +332,9 @@ Shown Painter::paint(const SourceTile& wanted, int frames, const Shown* before) 
     if (free_.cost > least) {
         offerKnown(before);
     }
+    if (rate_.dither && opaque_) {
+        offerPattern();
+    }
     if (free_.cost > least) {
         offerRecords();
     }
@@ -288,22 +342,66 @@ Shown Painter::paint(const SourceTile& wanted, int frames, const Shown* before) 
         return free_.shown;
     }
     record_.shown.known = known_.add(record_.shown.tile);
+    if (record_.shown.settled) {
+        patterns_[patternColourOf(wanted)].known = record_.shown.known;
+    }
     recordBytes_.push_back(record_.bytes);
     return record_.shown;
 }
 
-PaletteColours paletteFor(const std::vector<Hold>& holds) {
+Shown Painter::keep(const Tile& tile) {
+    const bool empty = allAre(tile.alpha, 0);
+    if (empty ||
+        (allAre(tile.alpha, clip::kAlphaOpaque) && allAre(tile.colours, tile.colours[0]))) {
+        return {tile};
+    }
+    const auto match = known_.nearest({planesOf(tile), tile.alpha}, 1);
+    if (match) {
+        return {tile, match->picture, match->walk, true};
+    }
+    recordBytes_.push_back(0);
+    return {tile, known_.add(tile), 0, true};
+}
+
+const Tile* standingAt(const StandingTiles& standing, const Hold& hold) {
+    return hold.from == 0 && !standing.empty() ? standing[hold.position] : nullptr;
+}
+
+PaletteColours paletteFor(const std::vector<Hold>& holds, const StandingTiles& standing) {
     ColourCounts counts;
     for (const Hold& hold : holds) {
-        counts.add(hold.colours, hold.to - hold.from);
+        const Tile* kept = standingAt(standing, hold);
+        counts.add(kept != nullptr ? planesOf(*kept) : hold.colours, hold.to - hold.from);
     }
     return clusterColours(counts);
 }
 
+// The known pictures, moved to what their users want.
+std::vector<Tile> settle(Painter& painter, const std::vector<Hold>& holds,
+                         const std::vector<SourceTile>& wanted, const std::vector<Shown>& shows) {
+    std::vector<std::vector<Painter::User>> users;
+    for (size_t i = 0; i < shows.size(); ++i) {
+        if (shows[i].known != kNoKnown) {
+            users.resize(std::max(users.size(), shows[i].known + 1));
+            users[shows[i].known].push_back(
+                {&wanted[i], holds[i].to - holds[i].from, shows[i].walk, shows[i].settled});
+        }
+    }
+    std::vector<Tile> settled(users.size());
+    for (size_t known = 0; known < users.size(); ++known) {
+        settled[known] = painter.settle(known, users[known]);
+    }
+    return settled;
+}
+
 }  // namespace
 
-Simplifier::Simplifier(const SourceBlock& block, const Rate& rate)
-    : block_(block), rate_(rate), holds_(findHolds(block, rate)), palette_(paletteFor(holds_)) {}
+Simplifier::Simplifier(const SourceBlock& block, const Rate& rate, StandingTiles standing)
+    : block_(block),
+      standing_(std::move(standing)),
+      rate_(rate),
+      holds_(findHolds(block, rate)),
+      palette_(paletteFor(holds_, standing_)) {}
 
 std::vector<Tile> Simplifier::show() const {
     std::vector<Tile> tiles(block_.tiles.size());
@@ -315,23 +413,17 @@ std::vector<Tile> Simplifier::show() const {
     for (const Hold& hold : holds_) {
         const size_t first = hold.from * block_.tileCount + hold.position;
         wanted.push_back({hold.colours, block_.tiles[first].alpha});
+        painter.announce(wanted.back());
+    }
+    for (const Hold& hold : holds_) {
+        const SourceTile& tile = wanted[shows.size()];
         const Shown* before = hold.from > 0 ? &shows[last[hold.position]] : nullptr;
         last[hold.position] = shows.size();
-        const Shown now = painter.paint(wanted.back(), hold.to - hold.from, before);
-        shows.push_back(now);
+        const Tile* kept = standingAt(standing_, hold);
+        shows.push_back(kept != nullptr ? painter.keep(*kept)
+                                        : painter.paint(tile, hold.to - hold.from, before));
     }
-    std::vector<std::vector<Painter::User>> users;
-    for (size_t i = 0; i < shows.size(); ++i) {
-        if (shows[i].known != kNoKnown) {
-            users.resize(std::max(users.size(), shows[i].known + 1));
-            users[shows[i].known].push_back(
-                {&wanted[i], holds_[i].to - holds_[i].from, shows[i].walk});
-        }
-    }
-    std::vector<Tile> settled(users.size());
-    for (size_t known = 0; known < users.size(); ++known) {
-        settled[known] = painter.settle(known, users[known]);
-    }
+    const std::vector<Tile> settled = settle(painter, holds_, wanted, shows);
     for (size_t i = 0; i < shows.size(); ++i) {
         const Hold& hold = holds_[i];
         Tile tile = shows[i].tile;

@@ -15,10 +15,13 @@
 
 namespace maker {
 
+// Of each position the tile that it goes on showing from the block before, or null; empty for none.
+using StandingTiles = std::vector<const Tile*>;
+
 class Simplifier {
 public:
-    // `rate.perByte` is above 0. The block must outlive this.
-    Simplifier(const SourceBlock& block, const Rate& rate);
+    // `rate.perByte` is above 0. The block and the standing tiles must outlive this.
+    Simplifier(const SourceBlock& block, const Rate& rate, StandingTiles standing = {});
 
     // Frame by frame, in raster order.
     std::vector<Tile> show() const;
@@ -27,6 +30,7 @@ public:
 
 private:
     const SourceBlock& block_;
+    StandingTiles standing_;
     Rate rate_;
     std::vector<Hold> holds_;
     PaletteColours palette_;

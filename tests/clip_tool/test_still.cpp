@@ -1,0 +1,104 @@
+// What stands still goes on showing the same pixels from block to block.
+#include "tools/clip/encoder/still.h"
+
+#include <gtest/gtest.h>
+
+#include "clip_tool/camera.h"
+#include "clip_tool/reference.h"
+#include "tools/clip/encoder/encoder.h"
+
+namespace {
+
+using camera::Bytes;
+using maker::kMoves;
+using maker::SourceBlock;
+using maker::SourceTile;
+
+// Two frames of one tile.
+SourceBlock block(uint8_t first, uint8_t second, uint8_t alpha = 15) {
+    SourceBlock block{2, 1, {}};
+    for (const uint8_t level : {first, second}) {
+        SourceTile tile{};
+        for (auto& plane : tile.colours) {
+            plane.fill(level);
+        }
+        tile.alpha.fill(alpha);
+        block.tiles.push_back(tile);
+    }
+    return block;
+}
+
+TEST(Still, Rest_IsThatOfTheBlockWhereItBegan) {
+    maker::StillTracker tracker;
+    EXPECT_EQ(tracker.next(block(90, 90))[0], kMoves);
+    EXPECT_EQ(tracker.next(block(90, 90))[0], 0);
+    EXPECT_EQ(tracker.next(block(90, 90))[0], 0);
+    EXPECT_EQ(tracker.next(block(90, 150))[0], kMoves);
+    EXPECT_EQ(tracker.next(block(90, 90))[0], kMoves);
+    EXPECT_EQ(tracker.next(block(90, 90))[0], 4);
+    EXPECT_EQ(tracker.next(block(150, 150))[0], kMoves);
+    EXPECT_EQ(tracker.next(block(150, 150))[0], 6);
+}
+
+TEST(Still, OtherAlpha_IsAChange) {
+    maker::StillTracker tracker;
+    tracker.next(block(90, 90));
+    EXPECT_EQ(tracker.next(block(90, 90, 14))[0], kMoves);
+    EXPECT_EQ(tracker.next(block(90, 90, 14))[0], 1);
+}
+
+// A level a block is nothing from one to the next, and is seen over two.
+TEST(Still, SlowChange_IsNotMissed) {
+    maker::StillTracker tracker;
+    tracker.next(block(90, 90));
+    EXPECT_EQ(tracker.next(block(91, 91))[0], 0);
+    EXPECT_EQ(tracker.next(block(92, 92))[0], kMoves);
+    EXPECT_EQ(tracker.next(block(93, 93))[0], 2);
+}
+
+constexpr int kFrames = 40;  // two blocks and a half
+constexpr int kStill = 400;  // pixels of a row, on the left
+
+// A noisy camera before a room in which something moves on the right.
+std::vector<reference::Picture> filmed(maker::ClipSettings settings) {
+    settings.height = camera::kHeight;
+    maker::ClipEncoder encoder(settings);
+    camera::Camera camera(3);
+    for (int f = 0; f < kFrames; ++f) {
+        encoder.add(
+            camera
+                .picture([f](int x, int y) {
+                    const int left = kStill + 40 + 3 * f;
+                    return x > left && x < left + 60 ? std::array{230, 200, y} : camera::room(x, y);
+                })
+                .data());
+    }
+    return reference::decode(reference::parse(encoder.finish()));
+}
+
+size_t changesAt(const std::vector<reference::Picture>& pictures, size_t frame) {
+    size_t count = 0;
+    for (size_t i = 0; i < pictures[frame].pixels.size(); ++i) {
+        count += i % camera::kWidth < kStill &&
+                         pictures[frame].pixels[i] != pictures[frame - 1].pixels[i]
+                     ? 1
+                     : 0;
+    }
+    return count;
+}
+
+TEST(Still, Background_ChangesByNothingFromBlockToBlock) {
+    for (const int workers : {1, 3}) {
+        const auto pictures = filmed({.quality = 80, .workers = workers});
+        EXPECT_EQ(changesAt(pictures, 16), 0u);
+        EXPECT_EQ(changesAt(pictures, 32), 0u);
+    }
+}
+
+TEST(Still, Background_ChangesByNothingUnderABudget) {
+    const auto pictures = filmed({.quality = 80, .byteBudget = 40'000, .workers = 2});
+    EXPECT_EQ(changesAt(pictures, 16), 0u);
+    EXPECT_EQ(changesAt(pictures, 32), 0u);
+}
+
+}  // namespace
