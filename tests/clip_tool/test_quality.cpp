@@ -313,6 +313,15 @@ TEST(Dither, Ramp_IsNearerInTheMean) {
     }
 }
 
+// Few colours, which would be exact otherwise.
+TEST(Dither, Graphics_AreDitheredToo) {
+    const maker::ClipSettings settings{.quality = 80, .content = maker::Content::GRAPHICS};
+    maker::ClipSettings dithered = settings;
+    dithered.dither = true;
+    EXPECT_LT(errorOfMeans(make(ramp, 2, dithered).bytes),
+              0.6 * errorOfMeans(make(ramp, 2, settings).bytes));
+}
+
 TEST(Dither, BelowTheBestQuality_TilesShareTheirPatterns) {
     const Made best = make(ramp, 8, {.dither = true});
     const Made shared = make(ramp, 8, {.quality = 90, .dither = true});
