@@ -319,7 +319,7 @@ TEST(Dither, Graphics_AreDitheredToo) {
     maker::ClipSettings dithered = settings;
     dithered.dither = true;
     EXPECT_LT(errorOfMeans(make(ramp, 2, dithered).bytes),
-              0.6 * errorOfMeans(make(ramp, 2, settings).bytes));
+              0.7 * errorOfMeans(make(ramp, 2, settings).bytes));
 }
 
 TEST(Dither, BelowTheBestQuality_TilesShareTheirPatterns) {
