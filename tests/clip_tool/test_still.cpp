@@ -56,6 +56,31 @@ TEST(Still, SlowChange_IsNotMissed) {
     EXPECT_EQ(tracker.next(block(93, 93))[0], 2);
 }
 
+// Of 32 tiles; what moves changes within each block.
+SourceBlock blockOf(size_t still) {
+    SourceBlock wide{2, 32, {}};
+    for (const uint8_t level : {uint8_t{90}, uint8_t{150}}) {
+        for (size_t i = 0; i < 32; ++i) {
+            const SourceBlock one = block(i < still ? uint8_t{90} : level, 90);
+            wide.tiles.push_back(one.tiles[0]);
+        }
+    }
+    return wide;
+}
+
+// One tile in 4 is worth waiting for the block before, fewer are not until it is long done.
+TEST(Still, FewTiles_WaitForNoneOfTheLastThreeBlocks) {
+    maker::StillTracker few;
+    maker::StillTracker enough;
+    few.next(blockOf(7));
+    enough.next(blockOf(8));
+    for (int later = 1; later < 4; ++later) {
+        EXPECT_EQ(few.next(blockOf(7))[0], kMoves) << later;
+        EXPECT_EQ(enough.next(blockOf(8))[0], 0) << later;
+    }
+    EXPECT_EQ(few.next(blockOf(7))[0], 0);
+}
+
 constexpr int kFrames = 40;  // two blocks and a half
 constexpr int kStill = 400;  // pixels of a row, on the left
 

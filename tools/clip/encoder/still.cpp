@@ -1,5 +1,7 @@
 #include "tools/clip/encoder/still.h"
 
+#include <array>
+
 #include "tools/clip/encoder/noise.h"
 #include "tools/clip/encoder/rate.h"
 #include "tools/clip/encoder/stretch.h"
@@ -44,6 +46,25 @@ bool StillTracker::goesOn(const Rest& before, const Rest& now, int frames) const
            kSamples * (kStill + kAsMuch * left);
 }
 
+// Whoever follows a block waits until that is coded: few tiles do not keep blocks from being
+// coded side by side.
+void StillTracker::leaveFewAlone(std::vector<int16_t>& from) const {
+    constexpr int kSideBySide = 4;  // blocks
+    constexpr size_t kFew = 4;      // one tile in so many
+    std::array<size_t, clip::kMaxFrames / clip::kFramesPerBlock> followers{};
+    for (const int16_t block : from) {
+        if (block != kMoves) {
+            ++followers[static_cast<size_t>(block)];
+        }
+    }
+    for (int16_t& block : from) {
+        if (block != kMoves && blocks_ - block < kSideBySide &&
+            followers[static_cast<size_t>(block)] * kFew < from.size()) {
+            block = kMoves;
+        }
+    }
+}
+
 std::vector<int16_t> StillTracker::next(const SourceBlock& block) {
     rests_.resize(block.tileCount);
     if (block.frames > 1) {
@@ -64,6 +85,7 @@ std::vector<int16_t> StillTracker::next(const SourceBlock& block) {
             rest = now;
         }
     }
+    leaveFewAlone(from);
     ++blocks_;
     return from;
 }

@@ -16,7 +16,7 @@ class StillTracker {
 public:
     // The blocks of a clip in order. Of each position the block, counted from 0, in which it came
     // to rest and whose last picture it goes on showing; kMoves for one that moves or has only just
-    // come to rest.
+    // come to rest. Nor is less than a quarter of the tiles held to one of the last blocks.
     std::vector<int16_t> next(const SourceBlock& block);
 
 private:
@@ -26,6 +26,7 @@ private:
         AlphaTile alpha{};
     };
 
+    void leaveFewAlone(std::vector<int16_t>& from) const;
     bool goesOn(const Rest& before, const Rest& now, int frames) const;
 
     std::vector<Rest> rests_;
