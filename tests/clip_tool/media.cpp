@@ -139,6 +139,15 @@ uint8_t* pixelAt(AVFrame& picture, int x, int y, int bytes) {
     return picture.data[0] + y * picture.linesize[0] + x * bytes;
 }
 
+void fillNoise(AVFrame& picture, uint32_t seed) {
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < 4 * picture.width; ++x) {
+            seed = seed * 1664525 + 1013904223;
+            *pixelAt(picture, x, y, 1) = static_cast<uint8_t>(seed >> 24);
+        }
+    }
+}
+
 void fillBytes(AVFrame& picture, uint8_t a, uint8_t b, uint8_t c, uint8_t d) {
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {

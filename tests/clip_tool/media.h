@@ -33,6 +33,8 @@ void write(const Recipe& recipe);
 
 // One colour all over, for the formats of four bytes a pixel; `order` gives the bytes.
 void fillBytes(AVFrame& picture, uint8_t a, uint8_t b, uint8_t c, uint8_t d);
+// Bytes at random, the same ones for the same seed.
+void fillNoise(AVFrame& picture, uint32_t seed);
 uint8_t* pixelAt(AVFrame& picture, int x, int y, int bytes = 4);
 
 }  // namespace media

@@ -216,11 +216,10 @@ TEST_F(Commands, Encode_SplitInputIsWrittenWholeOrNotAtAll) {
     recipe.frames = 5;
     recipe.time = [](int frame) -> int64_t { return frame == 0 ? 0 : 255 + frame; };
     recipe.fill = [](int frame, AVFrame& picture) {
-        uint32_t state = 1;
-        for (int i = 0; i < 640 * 360 * 4; ++i) {
-            state = state * 1664525 + 1013904223;
-            *media::pixelAt(picture, i % 2560, i / 2560, 1) =
-                frame == 0 ? uint8_t{0} : static_cast<uint8_t>((state >> 24) + 40 * frame);
+        if (frame == 0) {
+            media::fillBytes(picture, 0, 0, 0, 0);
+        } else {
+            media::fillNoise(picture, static_cast<uint32_t>(frame));
         }
     };
     media::write(recipe);

@@ -51,11 +51,7 @@ TEST_F(Commands, Encode_TooManyRecordsAreGivenUpAndTold) {
     recipe.path = "in.mkv";
     recipe.frames = 11;
     recipe.fill = [](int frame, AVFrame& picture) {
-        uint32_t state = static_cast<uint32_t>(frame) + 7;
-        for (int i = 0; i < 640 * 360 * 4; ++i) {
-            state = state * 1664525 + 1013904223;
-            *media::pixelAt(picture, i % 2560, i / 2560, 1) = static_cast<uint8_t>(state >> 24);
-        }
+        media::fillNoise(picture, static_cast<uint32_t>(frame) + 7);
     };
     media::write(recipe);
     const std::string told = "; less than quality 80, which would take too long to load\n";

@@ -169,11 +169,7 @@ TEST_F(Source, CutFile_GivesWhatCanBeRead) {
     recipe.width = 320;
     recipe.height = 180;
     recipe.fill = [](int frame, AVFrame& picture) {
-        uint32_t state = static_cast<uint32_t>(frame) + 1;
-        for (int i = 0; i < 320 * 180 * 4; ++i) {
-            state = state * 1664525 + 1013904223;
-            *media::pixelAt(picture, i % 1280, i / 1280, 1) = static_cast<uint8_t>(state >> 24);
-        }
+        media::fillNoise(picture, static_cast<uint32_t>(frame) + 1);
     };
     media::write(recipe);
     std::filesystem::resize_file("a.mkv", std::filesystem::file_size("a.mkv") / 2);
