@@ -5,7 +5,7 @@
 #include <span>
 
 #include "art/loops/motion.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/media/pixel_font.h"
 
 namespace demo {

@@ -12,7 +12,7 @@
 #include "art/loops/motion.h"
 #include "px/filters.h"
 #include "px/modes.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 
 namespace demo {
 

@@ -8,8 +8,8 @@
 #include "files/preferences.h"
 #include "pure/vectors.h"
 #include "support/folder.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/reports/check_files.h"
 #include "tools/clip/reports/check_set.h"
 

@@ -6,8 +6,8 @@
 #include "clip_tool/media.h"
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/jobs/feed.h"
 #include "tools/clip/reports/compare.h"
 

@@ -10,8 +10,8 @@
 #include <stdexcept>
 
 #include "support/folder.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/progress.h"
+#include "tools/base/errors.h"
+#include "tools/base/progress.h"
 #include "tools/clip/jobs/batch.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/jobs/import_log.h"

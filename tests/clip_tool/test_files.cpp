@@ -11,8 +11,8 @@
 #include "clip_tool/pictures.h"
 #include "clip_tool/reference.h"
 #include "support/folder.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/jobs/export_demo.h"
 #include "tools/clip/reports/describe.h"
 

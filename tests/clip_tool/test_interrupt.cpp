@@ -8,7 +8,7 @@
 #include <csignal>
 #include <thread>
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "clip/survey.h"
 #include "playlists/playlist.h"
 #include "tests/support/clip_stage.h"
-#include "tools/clip/base/atomic_file.h"
+#include "tools/base/atomic_file.h"
 #include "tools/clip/reports/check_set.h"
 #include "tools/clip/reports/describe.h"
 

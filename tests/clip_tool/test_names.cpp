@@ -1,7 +1,7 @@
 // Names as bytes, their widths in the program's font, and what does not fit.
 #include <gtest/gtest.h>
 
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/media/pixel_font.h"
 #include "tools/clip/reports/check_files.h"
 

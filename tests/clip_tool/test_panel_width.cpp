@@ -2,7 +2,7 @@
 #include <SDL_ttf.h>
 #include <gtest/gtest.h>
 
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/media/pixel_font.h"
 

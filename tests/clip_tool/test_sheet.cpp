@@ -3,8 +3,8 @@
 
 #include "clip_tool/pictures.h"
 #include "support/folder.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/texts.h"
 #include "tools/clip/reports/clip_frames.h"
 #include "tools/clip/reports/sheet.h"
 

@@ -9,7 +9,7 @@
 #include "clip_tool/inputs.h"
 #include "clip_tool/media.h"
 #include "support/folder.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 #include "tools/clip/jobs/encode_job.h"
 
 namespace {

@@ -21,8 +21,8 @@
 #include "options/options.h"
 #include "playlists/playlist.h"
 #include "tests/support/stage_objects.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/conformance.h"
 

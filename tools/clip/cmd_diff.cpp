@@ -8,8 +8,8 @@
 #include <string>
 
 #include "common/limits.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/jobs/feed.h"

@@ -13,13 +13,13 @@
 
 #include "common/limits.h"
 #include "files/xmlscan.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/jobs/import_log.h"
 #include "tools/clip/jobs/import_playlist.h"
-#include "tools/clip/jobs/velmora_folder.h"
+#include "tools/base/velmora_folder.h"
 #include "tools/clip/jobs/watched_inputs.h"
 
 namespace maker {

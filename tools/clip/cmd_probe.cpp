@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/batch.h"
 #include "tools/clip/jobs/probe.h"

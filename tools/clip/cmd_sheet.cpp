@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/media/movie.h"
 #include "tools/clip/reports/clip_frames.h"

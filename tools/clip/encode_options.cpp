@@ -5,9 +5,9 @@
 #include <iterator>
 
 #include "clip/format.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/progress.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/errors.h"
+#include "tools/base/progress.h"
+#include "tools/base/texts.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/batch.h"
 

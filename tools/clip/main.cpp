@@ -3,46 +3,28 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/errors.h"
+#include "tools/base/nearest.h"
+#include "tools/base/texts.h"
 #include "tools/clip/commands.h"
 
 namespace {
 
-// How many characters have to be put in, left out or changed.
-size_t editsBetween(const std::string& a, const std::string& b) {
-    std::vector<size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), size_t{0});
-    for (size_t i = 0; i < a.size(); ++i) {
-        size_t before = std::exchange(row[0], i + 1);
-        for (size_t j = 0; j < b.size(); ++j) {
-            const size_t changed = before + (a[i] == b[j] ? 0 : 1);
-            before = row[j + 1];
-            row[j + 1] = std::min({changed, row[j] + 1, before + 1});
-        }
-    }
-    return row.back();
-}
-
 // Throws for a command that is not there, and names the one that may be meant.
 void checkCommand(CLI::App& app, const std::vector<std::string>& arguments) {
-    constexpr size_t kMostEdits = 2;
     if (arguments.empty() || arguments[0].starts_with('-')) {
         return;
     }
-    std::string nearest;
-    size_t edits = kMostEdits + 1;
+    std::vector<std::string> names;
     for (const CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
-        const size_t now = editsBetween(arguments[0], command->get_name());
-        nearest = now < edits ? command->get_name() : nearest;
-        edits = std::min(edits, now);
+        names.push_back(command->get_name());
     }
-    if (edits > 0) {
+    const std::string nearest = maker::nearestName(arguments[0], names);
+    if (nearest != arguments[0]) {
         throw CLI::ValidationError("velmora-clip",
                                    "there is no command " + maker::inQuotes(arguments[0]) +
                                        (nearest.empty() ? "" : "; did you mean " + nearest + "?"));

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "clip/validate.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 #include "tools/clip/encoder/block_sections.h"
 #include "tools/clip/encoder/quantise.h"
 

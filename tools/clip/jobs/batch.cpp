@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 

@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "clip/format.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 
 extern "C" {
 #include <libavutil/parseutils.h>

@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {

@@ -13,9 +13,9 @@ extern "C" {
 #include <libavutil/sha.h>
 }
 
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/media/image_sequence.h"
 

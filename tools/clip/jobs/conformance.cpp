@@ -7,8 +7,8 @@ extern "C" {
 #include <nlohmann/json.hpp>
 
 #include "clip/validate.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/encoder/writer.h"
 #include "tools/clip/jobs/conformance_cases.h"
 #include "tools/clip/jobs/conformance_page.h"

@@ -7,9 +7,9 @@
 #include <span>
 #include <utility>
 
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/jobs/beats.h"
 #include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/jobs/looped_source.h"

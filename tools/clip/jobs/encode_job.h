@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/clip/base/progress.h"
+#include "tools/base/progress.h"
 #include "tools/clip/encoder/encoder.h"
 #include "tools/clip/jobs/loop.h"
 #include "tools/clip/media/picture.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "clip/format.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 #include "tools/clip/jobs/beats.h"
 
 namespace maker {

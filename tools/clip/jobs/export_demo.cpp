@@ -1,8 +1,8 @@
 #include "tools/clip/jobs/export_demo.h"
 
 #include "files/playlists.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/encoder/encoder.h"
 
 namespace maker {

@@ -11,8 +11,8 @@
 #include "files/userfile.h"
 #include "files/xmlscan.h"
 #include "layout/page_layout.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/jobs/clip_names.h"
 
 namespace maker {

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/encoder/quantise.h"
 #include "tools/clip/reports/clip_frames.h"
 #include "tools/clip/reports/describe.h"

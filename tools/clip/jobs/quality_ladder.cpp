@@ -1,7 +1,7 @@
 #include <string>
 
 #include "common/limits.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/jobs/probe.h"
 #include "tools/clip/reports/captioned.h"
 #include "tools/clip/reports/describe.h"

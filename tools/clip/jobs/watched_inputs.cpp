@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 

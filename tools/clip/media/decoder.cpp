@@ -5,8 +5,8 @@
 #include <cstring>
 #include <utility>
 
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 
 namespace maker {
 

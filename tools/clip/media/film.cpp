@@ -7,7 +7,7 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 

@@ -5,7 +5,7 @@ extern "C" {
 #include <libavfilter/buffersrc.h>
 }
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 

@@ -13,7 +13,7 @@ extern "C" {
 #include <libavutil/display.h>
 }
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {

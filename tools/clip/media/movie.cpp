@@ -8,7 +8,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 #include "tools/clip/media/media_file.h"
 
 namespace maker {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <new>
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 

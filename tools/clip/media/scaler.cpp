@@ -9,7 +9,7 @@ extern "C" {
 }
 
 #include "common/limits.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 

@@ -11,7 +11,7 @@ extern "C" {
 
 #include "common/limits.h"
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 #include "tools/clip/media/image_sequence.h"
 #include "tools/clip/media/picture.h"
 

@@ -1,6 +1,6 @@
 #include "tools/clip/reports/captioned.h"
 
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/media/pixel_font.h"
 
 namespace maker {

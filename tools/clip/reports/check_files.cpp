@@ -14,7 +14,7 @@
 #include "files/xmlscan.h"
 #include "layout/options_layout.h"
 #include "px/filters.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 
 namespace maker {
 

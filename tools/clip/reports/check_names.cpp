@@ -5,7 +5,7 @@
 #include <span>
 
 #include "layout/name_rooms.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 #include "tools/clip/media/pixel_font.h"
 
 namespace maker {

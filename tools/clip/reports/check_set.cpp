@@ -8,9 +8,9 @@
 #include "common/limits.h"
 #include "files/preferences.h"
 #include "layout/clipname.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/reports/check_files.h"
 #include "tools/clip/reports/clip_frames.h"
 

@@ -11,8 +11,8 @@
 #include "clip/mapbuild.h"
 #include "common/rgb565.h"
 #include "layout/clipname.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
 #include "tools/clip/reports/describe.h"
 
 namespace maker {

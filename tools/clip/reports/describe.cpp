@@ -6,7 +6,7 @@
 
 #include "clip/block.h"
 #include "moxel/moxel.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 
 namespace maker {
 

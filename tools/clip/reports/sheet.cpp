@@ -11,9 +11,9 @@ extern "C" {
 #include <libavutil/mem.h>
 }
 
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/media/movie.h"
 #include "tools/clip/media/pixel_font.h"
 #include "tools/clip/media/source.h"

@@ -5,9 +5,9 @@
 #include <filesystem>
 
 #include "common/limits.h"
-#include "tools/clip/base/atomic_file.h"
-#include "tools/clip/base/errors.h"
-#include "tools/clip/base/texts.h"
+#include "tools/base/atomic_file.h"
+#include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/reports/captioned.h"
 #include "tools/clip/reports/compare.h"
 

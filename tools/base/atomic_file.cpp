@@ -1,4 +1,4 @@
-#include "tools/clip/base/atomic_file.h"
+#include "tools/base/atomic_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 

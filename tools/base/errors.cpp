@@ -1,4 +1,4 @@
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 #include <unistd.h>
 

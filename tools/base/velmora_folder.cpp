@@ -1,8 +1,8 @@
-#include "tools/clip/jobs/velmora_folder.h"
+#include "tools/base/velmora_folder.h"
 
 #include <cstdlib>
 
-#include "tools/clip/base/errors.h"
+#include "tools/base/errors.h"
 
 namespace maker {
 
@@ -22,12 +22,12 @@ std::string environment(const char* name) {
 
 }  // namespace
 
-fs::path velmoraFolder(const std::string& asked) {
+fs::path velmoraFolder(const std::string& asked, const char* option) {
     const std::string home = environment("VELMORA_HOME");
     if (!asked.empty() || !home.empty()) {
         const std::string named = asked.empty() ? home : asked;
         if (!isFolder(named)) {
-            throw ToolError((asked.empty() ? "VELMORA_HOME" : "--to") + (": no folder " + named));
+            throw ToolError((asked.empty() ? "VELMORA_HOME" : option) + (": no folder " + named));
         }
         return named;
     }
@@ -37,7 +37,7 @@ fs::path velmoraFolder(const std::string& asked) {
     const fs::path user = fs::path(environment("HOME")) / "Velmora";
     if (!isFolder(user)) {
         throw ToolError("there is no folder " + user.string() +
-                        ": start Velmora once, or name its folder, --to FOLDER");
+                        ": start Velmora once, or name its folder, " + option + " FOLDER");
     }
     return user;
 }

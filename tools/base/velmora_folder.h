@@ -8,8 +8,9 @@
 namespace maker {
 
 // The one asked for; else that of VELMORA_HOME, the current one when it is Velmora's, or ~/Velmora,
-// where the launcher starts the program. Throws ToolError when it is not there.
-std::filesystem::path velmoraFolder(const std::string& asked);
+// where the launcher starts the program. Throws ToolError when it is not there;
+// `option` is what asks for one.
+std::filesystem::path velmoraFolder(const std::string& asked, const char* option = "--to");
 
 // Makes it the current one. Returns the paths as they are called from there.
 std::vector<std::string> enterFolder(const std::filesystem::path& folder,

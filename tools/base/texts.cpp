@@ -1,10 +1,8 @@
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
+
+#include <unicode/utf8.h>
 
 #include <algorithm>
-
-extern "C" {
-#include <libavutil/avstring.h>
-}
 
 namespace maker {
 
@@ -14,11 +12,12 @@ constexpr char32_t kFirstAfterAscii = 0x80;
 
 // False when the bytes are no UTF-8.
 bool decodeUtf8(std::string_view bytes, std::u32string& text) {
-    const auto* at = reinterpret_cast<const uint8_t*>(bytes.data());
-    const uint8_t* end = at + bytes.size();
-    while (at < end) {
-        int32_t point = 0;
-        if (av_utf8_decode(&point, &at, end, AV_UTF8_FLAG_ACCEPT_ALL) < 0) {
+    const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
+    const size_t size = bytes.size();
+    for (size_t at = 0; at < size;) {
+        UChar32 point = 0;
+        U8_NEXT(data, at, size, point);
+        if (point < 0) {
             return false;
         }
         text += static_cast<char32_t>(point);
@@ -29,7 +28,9 @@ bool decodeUtf8(std::string_view bytes, std::u32string& text) {
 }  // namespace
 
 std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), av_tolower);
+    std::transform(text.begin(), text.end(), text.begin(), [](char each) {
+        return each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each;
+    });
     return text;
 }
 

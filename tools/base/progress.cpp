@@ -1,11 +1,11 @@
-#include "tools/clip/base/progress.h"
+#include "tools/base/progress.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 
-#include "tools/clip/base/texts.h"
+#include "tools/base/texts.h"
 
 namespace maker {
 
