@@ -68,6 +68,8 @@ need_build() {
     need "names of clips in plain letters" libicu-dev
     need "checks and contact sheets of the clip tool" libpugixml-dev libfreetype-dev \
         libavfilter-dev
+    need "MIDI, OSC and maps of the control tool" librtmidi-dev liblo-dev libtomlplusplus-dev \
+        libxtst-dev
 }
 
 need_virtual_display() {

@@ -1,0 +1,149 @@
+// With a JACK server of the test's own, which needs no sound card.
+#include "tools/control/ears/midi.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <rtmidi/RtMidi.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <thread>
+
+#include "tools/control/ears/jack_server.h"
+
+namespace control {
+namespace {
+
+constexpr std::chrono::seconds kPatience(4);
+
+class JackProcess {
+public:
+    JackProcess() : name_("velmora-test-" + std::to_string(getpid())) {
+        setenv("JACK_DEFAULT_SERVER", name_.c_str(), 1);
+        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+        process_ = fork();
+        if (process_ == 0) {
+            (void)!freopen("/dev/null", "w", stdout);
+            (void)!freopen("/dev/null", "w", stderr);
+            execlp("jackd", "jackd", "-n", name_.c_str(), "-r", "-d", "dummy", "-p", "256",
+                   nullptr);
+            _exit(127);
+        }
+    }
+    ~JackProcess() { stop(); }
+    JackProcess(const JackProcess&) = delete;
+    JackProcess& operator=(const JackProcess&) = delete;
+
+    void stop() {
+        if (process_ > 0) {
+            kill(process_, SIGTERM);
+            waitpid(process_, nullptr, 0);
+        }
+        process_ = -1;
+    }
+
+private:
+    std::string name_;
+    pid_t process_;
+};
+
+// Waits until what was heard holds one of this kind, or patience ends.
+bool hears(MidiEar& ear, std::vector<Heard>& heard, HeardKind kind, const std::string& device) {
+    const Time end = Clock::now() + kPatience;
+    while (Clock::now() < end) {
+        pollfd waiting{ear.fd(), POLLIN, 0};
+        poll(&waiting, 1, 20);
+        ear.take(heard);
+        if (std::any_of(heard.begin(), heard.end(), [&](const Heard& one) {
+                return one.kind == kind && one.device.find(device) != std::string::npos;
+            })) {
+            return true;
+        }
+    }
+    return false;
+}
+
+template <typename Condition>
+bool becomes(Condition condition) {
+    const Time end = Clock::now() + kPatience;
+    while (!condition() && Clock::now() < end) {
+        std::this_thread::sleep_for(milliseconds(10));
+    }
+    return condition();
+}
+
+bool listens(const MidiEar& ear, const std::string& device, bool listened) {
+    const auto devices = ear.devices();
+    return std::any_of(devices.begin(), devices.end(), [&](const MidiDevice& one) {
+        return one.name.find(device) != std::string::npos && one.listened == listened;
+    });
+}
+
+// A device on JACK.
+std::unique_ptr<RtMidiOut> pads() {
+    auto out = std::make_unique<RtMidiOut>(RtMidi::UNIX_JACK, "pads");
+    out->openVirtualPort("out");
+    return out;
+}
+
+bool jackIsInstalled() {
+    return system("command -v jackd >/dev/null 2>&1") == 0;
+}
+
+TEST(MidiEar, NoServer_IsSilent) {
+    setenv("JACK_DEFAULT_SERVER", "velmora-test-none", 1);
+    testing::internal::CaptureStderr();
+    {
+        const MidiEar ear([](std::string_view) { return true; });
+        ear.waitForLook();
+        EXPECT_EQ(ear.dropped(), 0U);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(MidiEar, Device_ComesPlaysGoesAndComesAgain) {
+    if (!jackIsInstalled()) {
+        GTEST_SKIP() << "jackd is not installed";
+    }
+    std::atomic<bool> wanted{true};
+    MidiEar ear([&](std::string_view) { return wanted.load(); });
+    JackProcess jack;
+    std::vector<Heard> heard;
+    JackServer server;
+    ASSERT_TRUE(becomes([&] { return server.runs(); }));
+    std::unique_ptr<RtMidiOut> out = pads();
+    ASSERT_TRUE(becomes([&] { return listens(ear, "pads", true); }));
+    const unsigned char note[] = {0x90, 60, 127};
+    const unsigned char clock[] = {0xF8};
+    out->sendMessage(note, 3);
+    out->sendMessage(clock, 1);
+    EXPECT_TRUE(hears(ear, heard, HeardKind::CLOCK, "pads"));
+    EXPECT_TRUE(hears(ear, heard, HeardKind::NOTE, "pads"));
+    EXPECT_EQ(heard[0].number, 60);
+    heard.clear();
+    out.reset();
+    EXPECT_TRUE(hears(ear, heard, HeardKind::GONE, "pads"));
+    heard.clear();
+    out = pads();
+    ASSERT_TRUE(becomes([&] { return listens(ear, "pads", true); }));
+    out->sendMessage(note, 3);
+    EXPECT_TRUE(hears(ear, heard, HeardKind::NOTE, "pads"));
+    wanted = false;
+    ear.wantAgain();
+    EXPECT_TRUE(hears(ear, heard, HeardKind::GONE, "pads"));
+    EXPECT_TRUE(listens(ear, "pads", false) ||
+                becomes([&] { return listens(ear, "pads", false); }));
+    heard.clear();
+    out.reset();
+    jack.stop();
+    // Our own port went with the server.
+    EXPECT_TRUE(hears(ear, heard, HeardKind::GONE, "Velmora"));
+    EXPECT_FALSE(server.runs());
+}
+
+}  // namespace
+}  // namespace control

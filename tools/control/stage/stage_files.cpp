@@ -1,0 +1,51 @@
+#include "tools/control/stage/stage_files.h"
+
+#include <string>
+#include <vector>
+
+#include "files/playlists.h"
+#include "files/preferences.h"
+#include "files/userfile.h"
+
+namespace control {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t kMostBytes = 16 << 20;
+
+std::string contentOf(const fs::path& file) {
+    return readRegular(file.string(), kMostBytes).value_or("");
+}
+
+// True when the file is another one than at `known`, which becomes its time then.
+bool isNew(const fs::path& file, fs::file_time_type& known) {
+    std::error_code error;
+    const fs::file_time_type time = fs::last_write_time(file, error);
+    const fs::file_time_type now = error ? fs::file_time_type::max() : time;
+    if (now == known) {
+        return false;
+    }
+    known = now;
+    return true;
+}
+
+}  // namespace
+
+const StageFiles& StageFilesReader::now() {
+    if (isNew(folder_ / files::kPreferencesName, preferences_)) {
+        files_.filters =
+            files::parsePreferences(contentOf(folder_ / files::kPreferencesName), {}).filters;
+    }
+    if (isNew(folder_ / files::kPlaylistsName, playlists_)) {
+        files_.tracks.clear();
+        for (const files::Playlist& each :
+             files::parsePlaylists(contentOf(folder_ / files::kPlaylistsName))) {
+            files_.tracks.push_back(static_cast<int>(each.tracks.size()));
+        }
+    }
+    return files_;
+}
+
+}  // namespace control
