@@ -15,11 +15,11 @@
 #include "files/xmlscan.h"
 #include "tools/base/errors.h"
 #include "tools/base/texts.h"
+#include "tools/base/velmora_folder.h"
 #include "tools/clip/commands.h"
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/jobs/import_log.h"
 #include "tools/clip/jobs/import_playlist.h"
-#include "tools/base/velmora_folder.h"
 #include "tools/clip/jobs/watched_inputs.h"
 
 namespace maker {
