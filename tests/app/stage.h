@@ -79,6 +79,7 @@ public:
     // Writes the shot into the build folder and answers where.
     std::string keepShot(const Shot& shot);
 
+    const std::string& display() const { return server_.display(); }
     WindowPlace window() { return link_->findWindow("Velmora"); }
     void focus();
     bool isFullScreen() { return link_->isCovered(screen_.width, screen_.height); }

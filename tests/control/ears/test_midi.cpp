@@ -4,52 +4,19 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <rtmidi/RtMidi.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <thread>
 
+#include "tests/control/jack.h"
 #include "tools/control/ears/jack_server.h"
 
 namespace control {
 namespace {
 
 constexpr std::chrono::seconds kPatience(4);
-
-class JackProcess {
-public:
-    JackProcess() : name_("velmora-test-" + std::to_string(getpid())) {
-        setenv("JACK_DEFAULT_SERVER", name_.c_str(), 1);
-        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
-        process_ = fork();
-        if (process_ == 0) {
-            (void)!freopen("/dev/null", "w", stdout);
-            (void)!freopen("/dev/null", "w", stderr);
-            execlp("jackd", "jackd", "-n", name_.c_str(), "-r", "-d", "dummy", "-p", "256",
-                   nullptr);
-            _exit(127);
-        }
-    }
-    ~JackProcess() { stop(); }
-    JackProcess(const JackProcess&) = delete;
-    JackProcess& operator=(const JackProcess&) = delete;
-
-    void stop() {
-        if (process_ > 0) {
-            kill(process_, SIGTERM);
-            waitpid(process_, nullptr, 0);
-        }
-        process_ = -1;
-    }
-
-private:
-    std::string name_;
-    pid_t process_;
-};
 
 // Waits until what was heard holds one of this kind, or patience ends.
 bool hears(MidiEar& ear, std::vector<Heard>& heard, HeardKind kind, const std::string& device) {
@@ -81,17 +48,6 @@ bool listens(const MidiEar& ear, const std::string& device, bool listened) {
     return std::any_of(devices.begin(), devices.end(), [&](const MidiDevice& one) {
         return one.name.find(device) != std::string::npos && one.listened == listened;
     });
-}
-
-// A device on JACK.
-std::unique_ptr<RtMidiOut> pads() {
-    auto out = std::make_unique<RtMidiOut>(RtMidi::UNIX_JACK, "pads");
-    out->openVirtualPort("out");
-    return out;
-}
-
-bool jackIsInstalled() {
-    return system("command -v jackd >/dev/null 2>&1") == 0;
 }
 
 TEST(MidiEar, NoServer_IsSilent) {
