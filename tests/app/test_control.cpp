@@ -1,11 +1,10 @@
 // velmora-control beside the real program: what comes in by OSC and MIDI, and the picture it makes.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
 #include <random>
 
+#include "app/bridge_process.h"
 #include "app/expected.h"
 #include "app/filtered.h"
 #include "app/pictures.h"
@@ -13,14 +12,11 @@
 #include "app/stage.h"
 #include "app/tiny_clip.h"
 #include "files/preferences.h"
-#include "tests/control/jack.h"
-#include "tools/control/ears/osc.h"
 
 namespace {
 
 using app::Shot;
 using app::Stage;
-using control::Clock;
 using control::Heard;
 
 constexpr int kFilmFrames = 40;
@@ -54,29 +50,12 @@ protected:
 
     // The bridge first, as it is started with the stage; its map is this text.
     void start(const std::string& map = "") {
-        startBridge(map);
+        bridge.start(map);
         stage.startAtHome();
     }
 
-    void startBridge(const std::string& map = "") {
-        const std::string file = stage.folder.path() + "/control.toml";
-        std::ofstream(file) << "[osc]\nport = " << port_ << "\n" << map;
-        app::ChildSetup setup;
-        setup.command = {APP_CONTROL, "monitor", "--map", file, "--folder", stage.folder.path()};
-        setup.environment = {"DISPLAY=" + stage.display()};
-        setup.output = stage.folder.path() + "/bridge";
-        setup.errors = setup.output;
-        bridge.start(setup);
-        ASSERT_TRUE(app::waitUntil([&] { return said("hears OSC") && said("plays Velmora"); }))
-            << stage.folder.read("bridge");
-    }
-
-    bool said(const std::string& what) {
-        return stage.folder.read("bridge").find(what) != std::string::npos;
-    }
-
     void say(const std::string& address, std::optional<double> value = std::nullopt) {
-        phone_.answer("127.0.0.1:" + std::to_string(port_), address, value, "");
+        bridge.say(address, value);
     }
 
     // What the bridge answers to "/state": "top", "add".
@@ -85,9 +64,7 @@ protected:
         std::string layer;
         std::string mode;
         app::waitUntil([&] {
-            std::vector<Heard> heard;
-            phone_.take(Clock::now(), heard);
-            for (const Heard& each : heard) {
+            for (const Heard& each : bridge.answers()) {
                 (each.address == "/state/layer"  ? layer
                  : each.address == "/state/mode" ? mode
                                                  : ignored_) = each.text;
@@ -115,11 +92,9 @@ protected:
     std::array<Shot, 3> pictures;
     std::vector<Shot> film;
     Stage stage;
-    app::Child bridge;
+    app::BridgeProcess bridge{stage.display(), stage.folder};
 
 private:
-    const int port_ = 20000 + getpid() % 20000;
-    control::OscEar phone_{"127.0.0.1", 0};
     std::string ignored_;
 };
 
@@ -237,25 +212,13 @@ TEST_F(Control, MidiDevice_PlaysGoesAndComesBack) {
         "[[on]]\nnote = 36\ndo = \"top.next\"\n[[on]]\nnote = 37\ndo = \"fade\"\n"
         "[[on]]\nknob = 20\ndo = \"filter.invert.toggle\"\n");
     playlistThree();
-    // A device that is heard: program changes are bound to nothing.
-    const auto plugIn = [&] {
-        auto device = control::pads();
-        const size_t before = stage.folder.read("bridge").size();
-        const auto heard = [&] {
-            const unsigned char program[] = {0xC0, 1};
-            device->sendMessage(program, sizeof program);
-            return stage.folder.read("bridge").find("out: program", before) != std::string::npos;
-        };
-        EXPECT_TRUE(app::waitUntil(heard, app::kPatienceMs, 100)) << stage.folder.read("bridge");
-        return device;
-    };
     const auto send = [](RtMidiOut& to, int status, int number, int value) {
         const unsigned char message[] = {static_cast<unsigned char>(status),
                                          static_cast<unsigned char>(number),
                                          static_cast<unsigned char>(value)};
         to.sendMessage(message, sizeof message);
     };
-    auto device = plugIn();
+    auto device = bridge.plugIn();
     send(*device, 0x90, 36, 100);
     send(*device, 0x80, 36, 0);
     expectShows(pictures[1], "a note");
@@ -267,8 +230,8 @@ TEST_F(Control, MidiDevice_PlaysGoesAndComesBack) {
     // Unplugged with the pad down: nothing stays down.
     device.reset();
     expectShows(app::inverted(pictures[1]), "unplugged");
-    ASSERT_TRUE(said("unplugged"));
-    device = plugIn();
+    ASSERT_TRUE(bridge.said("unplugged"));
+    device = bridge.plugIn();
     send(*device, 0x90, 36, 100);
     expectShows(app::inverted(pictures[2]), "plugged in again");
 }
@@ -278,18 +241,18 @@ TEST_F(Control, KilledBridge_LeavesNoKeyDown) {
     playlistThree();
     say("/fade", 1);
     stage.expectShows(app::blackShot(1280, 720), "the fade");
-    kill(bridge.id(), SIGKILL);
+    kill(bridge.process().id(), SIGKILL);
     expectShows(pictures[0], "the fade lets go");
     // One that is started now takes the stage as it is.
-    bridge.waitExit(1000);
-    startBridge();
+    bridge.process().waitExit(1000);
+    bridge.start("");
     say("/next");
     expectShows(pictures[1], "the next bridge");
     say("/fade", 1);
     stage.expectShows(app::blackShot(1280, 720), "the fade");
-    kill(bridge.id(), SIGTERM);
+    kill(bridge.process().id(), SIGTERM);
     expectShows(pictures[1], "ended");
-    EXPECT_EQ(bridge.waitExit(2000), 0);
+    EXPECT_EQ(bridge.process().waitExit(2000), 0);
 }
 
 TEST_F(Control, RandomActions_LeaveTheIdeaEqualToTheScreen) {
@@ -316,7 +279,7 @@ TEST_F(Control, RandomActions_LeaveTheIdeaEqualToTheScreen) {
                                             "/top/filter/gameboy/toggle"};
     std::mt19937 random(7);
     const char* const often = getenv("VELMORA_ACTIONS");
-    const int actions = often != nullptr ? atoi(often) : 100;
+    const int actions = often != nullptr ? atoi(often) : 60;
     for (int i = 0; i < actions; ++i) {
         say(names[random() % names.size()]);
         app::sleepMs(50);
