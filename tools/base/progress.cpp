@@ -1,6 +1,7 @@
 #include "tools/base/progress.h"
 
 #include <unistd.h>
+#include <cmath>
 
 #include <algorithm>
 #include <cstdio>
@@ -21,7 +22,7 @@ double secondsSince(Clock::time_point begin) {
 }
 
 std::string timeText(double seconds) {
-    const int whole = static_cast<int>(seconds + 0.5);
+    const int whole = static_cast<int>(std::lround(seconds));
     char text[40];
     if (whole < 60) {
         std::snprintf(text, sizeof text, "%d s", whole);

@@ -34,7 +34,7 @@ fs::path velmoraFolder(const std::string& asked, const char* option) {
     if (isFolder("videos") && (isFolder("userdata") || isFolder("data"))) {
         return ".";
     }
-    const fs::path user = fs::path(environment("HOME")) / "Velmora";
+    fs::path user = fs::path(environment("HOME")) / "Velmora";
     if (!isFolder(user)) {
         throw ToolError("there is no folder " + user.string() +
                         ": start Velmora once, or name its folder, " + option + " FOLDER");

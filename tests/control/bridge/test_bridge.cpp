@@ -142,6 +142,12 @@ TEST_F(BridgeTest, ScrubByAName_NeedsAValue) {
               "it needs a value from 0 to 1");
 }
 
+TEST_F(BridgeTest, ActionBeforeAScrubBegins_EndsIt) {
+    bridge.act(actionNamed("bottom.scrub").value(), 0.5, Quantum::NOW, after(0));
+    bridge.act(actionNamed("next").value(), std::nullopt, Quantum::NOW, after(0));
+    EXPECT_EQ(until(2000), "+Down -Down +Up -Up +Right -Right");
+}
+
 TEST_F(BridgeTest, UnboundInput_IsShown) {
     bridge.hear(knob(9, 0.25));
     EXPECT_EQ(said(), "pads: knob 9 0.25, channel 10\n");
@@ -218,10 +224,10 @@ TEST_F(BridgeTest, ClockRules_PlayWithTheTick) {
 TEST_F(BridgeTest, SecondClock_IsNotHeardWhileTheFirstRuns) {
     every(1, "flash");
     bridge.hear(clock(HeardKind::CLOCK, 0));
-    for (int tick = 1; tick < 24; ++tick) {
-        bridge.hear(clock(HeardKind::CLOCK, tick * 20, "other"));
+    for (int tick = 1; tick < 60; ++tick) {
+        bridge.hear(clock(HeardKind::CLOCK, tick * 8, "other"));
     }
-    EXPECT_EQ(until(460), "+S -S");
+    EXPECT_EQ(until(1000), "+S -S");
     // The first has fallen silent.
     bridge.hear(clock(HeardKind::CLOCK, 2000, "other"));
     EXPECT_NEAR(bridge.beat().tempo(after(2000)), 0, 1e-9);

@@ -59,6 +59,14 @@ TEST_F(PlayerTest, SameKeyAfterItsPress_WaitsForTheGap) {
     EXPECT_EQ(until(160), "+Right");
 }
 
+TEST_F(PlayerTest, SameKeyDuringItsPress_IsUpForAStepBetween) {
+    player.play(kRight);
+    EXPECT_EQ(until(40), "+Right");
+    player.play(kRight);
+    EXPECT_EQ(until(159), "-Right");
+    EXPECT_EQ(until(160), "+Right");
+}
+
 TEST_F(PlayerTest, OtherKey_FollowsWithoutAGap) {
     player.play(kRight);
     player.play(kFlash);

@@ -179,7 +179,7 @@ std::string Bridge::aboutBeat(const Action& action, Time now) {
 std::string Bridge::hold(const Action& action, std::optional<double> value, Time now) {
     const Key key = heldKey(action.kind);
     const bool down = !value || *value != 0;
-    const std::string why = whyNoMix(stage_);
+    std::string why = whyNoMix(stage_);
     if (down && !why.empty()) {
         return why;
     }

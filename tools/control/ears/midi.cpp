@@ -248,6 +248,7 @@ void MidiEar::Watch::look() {
     });
     openWanted(sources);
     std::vector<MidiDevice> devices;
+    devices.reserve(sources.size());
     for (const MidiSource& source : sources) {
         devices.push_back({source.name, source.api, contains(ports_, source)});
     }

@@ -95,7 +95,7 @@ std::string withBinding(std::string_view text, const Binding& binding) {
     const std::string lineEnd = hasCarriageReturns(text) ? "\r\n" : "\n";
     std::string block = withLineEnds(printBinding(binding), lineEnd);
     size_t from = text.size();
-    size_t to = text.size();
+    size_t to = from;
     const auto old = std::ranges::find(bindings, binding.action, &Binding::action);
     if (old != bindings.end()) {
         from = startOfLine(text, old->line);
