@@ -64,7 +64,7 @@ need_build() {
     need "pixels by vectors" libhwy-dev
     need "reading videos for the clip tool" libavformat-dev libavcodec-dev libswscale-dev \
         libavutil-dev
-    need "command line of the clip tool" libcli11-dev nlohmann-json3-dev
+    need "command lines of the tools" libcli11-dev nlohmann-json3-dev
     need "names of clips in plain letters" libicu-dev
     need "checks and contact sheets of the clip tool" libpugixml-dev libfreetype-dev \
         libavfilter-dev
@@ -113,6 +113,7 @@ need_tests() {
     need "tests with real windows and keys" xvfb libx11-dev libxext-dev libxtst-dev
     need "the stage script on a real server" xinit
     need "saves disturbed at each of their system calls" strace
+    need "MIDI devices and keyboard layouts of the tests' own" jackd2 x11-xkb-utils
 }
 
 need_check() {

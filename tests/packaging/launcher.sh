@@ -422,6 +422,42 @@ Stage_HandsTheKeysToTheWindow() {
     grep -qx 'set border 0' "$box/settings" || fail "the window manager was told $(cat "$box/settings")"
 }
 
+# bridge LINE...: velmora-control, and a map for it.
+bridge() {
+    { echo '#!/bin/sh'; printf '%s\n' "$@"; } >"$prefix/bin/velmora-control"
+    chmod +x "$prefix/bin/velmora-control"
+    mkdir -p "$HOME/.config/velmora"
+    echo >"$HOME/.config/velmora/control.toml"
+    unset XDG_CONFIG_HOME
+}
+
+Stage_PlaysPadsWithAMap() {
+    screen 1280
+    bridge "echo \"\$*\" >$box/bridge"
+    program 'sleep 0.5' 'exit 1'
+    stage 0
+    content "$box/bridge" run
+}
+
+Stage_WithoutAMapNoPads() {
+    screen 1280
+    bridge "echo \"\$*\" >$box/bridge"
+    rm "$HOME/.config/velmora/control.toml"
+    program 'sleep 0.5' 'exit 1'
+    stage 0
+    absent "$box/bridge"
+}
+
+Stage_PadsThatFailStopNothing() {
+    screen 1280
+    bridge 'exit 1'
+    program 'sleep 0.5' 'exit 139'
+    stage 139
+    rm "$prefix/bin/velmora-control"
+    program 'sleep 0.5' 'exit 1'
+    stage 0
+}
+
 # real_server LINE...: a server that xinit itself starts, on a display of its own. It runs LINE first
 # and counts its starts in $box/starts.
 real_server() {
