@@ -190,12 +190,37 @@ TEST_F(BridgeTest, Intro_HoldsGesturesBack) {
     EXPECT_EQ(until(2500), "+Right");
 }
 
-TEST_F(BridgeTest, StageAway_ForgetsWhatWaits) {
+TEST_F(BridgeTest, NotReached_IsRefusedAndLeavesTheIdeaAlone) {
+    bridge.reaches(false);
+    const StageModel before = bridge.stage();
+    for (const char* name : {"mode.add", "fade", "scrub"}) {
+        EXPECT_EQ(bridge.act(actionNamed(name).value(), 0.5, Quantum::NOW, after(0)),
+                  "Velmora does not have the keyboard");
+    }
+    EXPECT_EQ(bridge.stage(), before);
+    EXPECT_EQ(until(200), "");
+    bridge.reaches(true);
+    EXPECT_EQ(bridge.act(actionNamed("mode.add").value(), 1, Quantum::NOW, after(200)), "");
+    EXPECT_EQ(until(400), "+3 -3");
+}
+
+TEST_F(BridgeTest, ReachedNoMore_TheIdeaIsOfWhatWasPlayed) {
+    for (const char* name : {"mode.add", "reverse", "mode.half", "bottom"}) {
+        bridge.act(actionNamed(name).value(), std::nullopt, Quantum::NOW, after(0));
+    }
+    EXPECT_EQ(until(100), "+3 -3 +Z");
+    bridge.reaches(false);
+    EXPECT_EQ(bridge.stage().mode, MODE_ADD);
+    EXPECT_TRUE(bridge.stage().backwards[1]);
+    EXPECT_EQ(bridge.stage().active, 1);
+}
+
+TEST_F(BridgeTest, ReachedNoMore_ForgetsWhatWaits) {
     bridge.hear(osc("/next"));
     bridge.hear(osc("/next"));
     bridge.hear(osc("/fade", 1));
     EXPECT_EQ(until(0), "+A +Right");
-    bridge.stageAway();
+    bridge.reaches(false);
     EXPECT_EQ(hands.take(), "-A -Right");
     EXPECT_EQ(until(1000), "");
 }

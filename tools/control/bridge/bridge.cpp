@@ -10,6 +10,8 @@ namespace control {
 namespace {
 
 constexpr size_t kMostKnobs = 4096;
+constexpr const char* kTooMuch = "too much waits to be played already";
+constexpr const char* kNotReached = "Velmora does not have the keyboard";
 
 bool isAboutBeat(ActionKind kind) {
     return kind == ActionKind::TAP || kind == ActionKind::TEMPO || kind == ActionKind::STOP_BEAT;
@@ -156,6 +158,9 @@ std::string Bridge::perform(const Action& action, std::optional<double> value, T
     if (isHeld(action.kind)) {
         return hold(action, value, now);
     }
+    if (!reached_) {
+        return kNotReached;
+    }
     if (takesValue(action.kind)) {
         return scrub(action, value, now);
     }
@@ -179,7 +184,7 @@ std::string Bridge::aboutBeat(const Action& action, Time now) {
 std::string Bridge::hold(const Action& action, std::optional<double> value, Time now) {
     const Key key = heldKey(action.kind);
     const bool down = !value || *value != 0;
-    std::string why = whyNoMix(stage_);
+    std::string why = reached_ ? whyNoMix(stage_) : kNotReached;
     if (down && !why.empty()) {
         return why;
     }
@@ -203,11 +208,7 @@ std::string Bridge::gesture(const Action& action) {
     if (!played.why.empty()) {
         return played.why;
     }
-    if (!player_.play(played.gesture)) {
-        return "too much waits to be played already";
-    }
-    stage_ = after;
-    return "";
+    return plan(played.gesture, after) ? "" : kTooMuch;
 }
 
 // The layer under the pointer is the active one, so that of the knob becomes it until it rests.
@@ -223,8 +224,10 @@ std::string Bridge::scrub(const Action& action, std::optional<double> value, Tim
     const int layer = action.layer == Layer::ACTIVE ? home : action.layer == Layer::TOP ? 1 : 0;
     if (layer != stage_.active) {
         player_.endScrub();
-        if (!player_.play(gestureToLayer(layer, stage_))) {
-            return "too much waits to be played already";
+        StageModel after = stage_;
+        const Gesture gesture = gestureToLayer(layer, after);
+        if (!plan(gesture, after)) {
+            return kTooMuch;
         }
         afterScrub_ = home;
     }
@@ -237,7 +240,28 @@ void Bridge::leaveScrub() {
         player_.endScrub();
     }
     if (afterScrub_) {
-        player_.play(gestureToLayer(*std::exchange(afterScrub_, std::nullopt), stage_));
+        StageModel after = stage_;
+        const Gesture gesture = gestureToLayer(*std::exchange(afterScrub_, std::nullopt), after);
+        plan(gesture, after);
+    }
+}
+
+// False when too much waits already: the stage stays as it is then.
+bool Bridge::plan(const Gesture& gesture, const StageModel& after) {
+    forgetPlans();
+    if (!player_.play(gesture)) {
+        return false;
+    }
+    plans_.push_back({player_.planned(), after});
+    stage_ = after;
+    return true;
+}
+
+// Of what is played whole only the stage that it led to is kept.
+void Bridge::forgetPlans() {
+    while (!plans_.empty() && plans_.front().lastStep <= player_.begun()) {
+        played_ = plans_.front().after;
+        plans_.pop_front();
     }
 }
 
@@ -254,12 +278,22 @@ void Bridge::onBeat(std::optional<int64_t> beat, Time now) {
 }
 
 void Bridge::stageBegins(Time now) {
-    stageAway();
+    reaches(false);
+    reached_ = true;
     stage_ = freshStage();
+    played_ = stage_;
     opens_ = now + kIntro;
 }
 
-void Bridge::stageAway() {
+// The stage is as the last gesture left it that was played whole.
+void Bridge::reaches(bool reached) {
+    reached_ = reached;
+    if (reached) {
+        return;
+    }
+    forgetPlans();
+    plans_.clear();
+    stage_ = played_;
     player_.stop();
     touches_.clear();
     afterScrub_.reset();

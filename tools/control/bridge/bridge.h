@@ -2,6 +2,7 @@
 // The bridge: what came in becomes actions by the map, actions become gestures, and the player
 // plays them. Knows no device, no socket and no clock, so that tests script all of them.
 
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -46,8 +47,9 @@ public:
 
     // Velmora was started just now: its stage is fresh, and it shows its logo.
     void stageBegins(Time now);
-    // Presses do not reach it now. Nothing of what waited is played later.
-    void stageAway();
+    // Presses reach it from now on, or no more. What waited then is not played later, and what is
+    // asked for meanwhile is refused.
+    void reaches(bool reached);
 
     // Does what is due. Returns when the next is.
     Time advance(Time now);
@@ -68,6 +70,8 @@ private:
     std::string gesture(const Action& action);
     void onBeat(std::optional<int64_t> beat, Time now);
     void leaveScrub();
+    bool plan(const Gesture& gesture, const StageModel& after);
+    void forgetPlans();
     void tell(const std::string& what, const std::string& action, const std::string& why) const;
     int lot(int n);
 
@@ -75,7 +79,14 @@ private:
     ControlMap map_;
     std::function<const StageFiles&()> files_;
     Say say_;
-    StageModel stage_;
+    StageModel stage_;  // when all that waits is played
+    struct Plan {
+        size_t lastStep;  // of a gesture, as the player counts
+        StageModel after;
+    };
+    std::deque<Plan> plans_;
+    StageModel played_;  // after the last gesture that was played whole
+    bool reached_ = true;
     Beat beat_;
     Schedule schedule_;
     std::mt19937 random_;

@@ -111,6 +111,7 @@ Session::Session(const SessionSetup& setup)
     }
     stage_ = road_->stage();
     reached_ = road_->reachesVelmora();
+    bridge_.reaches(reached_);
     print("plays Velmora by " + road_->road() + (reached_ ? "" : ", when it is there"));
 }
 
@@ -182,8 +183,8 @@ void Session::followStage(Time now) {
         }
     }
     const bool reached = road_->reachesVelmora();
-    if (reached_ && !reached) {
-        bridge_.stageAway();
+    if (reached != reached_) {
+        bridge_.reaches(reached);
     }
     stage_ = stage;
     reached_ = reached;
@@ -237,7 +238,7 @@ void Session::run() {
         next = std::min({next, teller_.advance(now), now + kLook});
         waitUntil(next);
     }
-    bridge_.stageAway();
+    bridge_.reaches(false);
 }
 
 }  // namespace

@@ -59,6 +59,7 @@ Time Player::advanceSteps(Time now) {
     }
     change(steps_.front(), now);
     steps_.pop_front();
+    ++begun_;
     return changed_ + kStep;
 }
 

@@ -46,6 +46,9 @@ public:
 
     bool idle() const { return steps_.empty() && down_ == 0; }
     size_t waiting() const { return steps_.size(); }
+    // Steps since the beginning: taken in, and begun.
+    size_t planned() const { return begun_ + steps_.size(); }
+    size_t begun() const { return begun_; }
 
 private:
     struct Held {
@@ -70,6 +73,7 @@ private:
 
     Hands& hands_;
     std::deque<KeySet> steps_;
+    size_t begun_ = 0;
     KeySet down_ = 0;    // of the step that is played
     KeySet before_ = 0;  // of the one before
     Time changed_{};     // when it began
