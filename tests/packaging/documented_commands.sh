@@ -1,39 +1,49 @@
 #!/usr/bin/env bash
-# What the documents call is there: every subcommand of velmora-clip that they name in code, and
-# every option behind it. An option that stands alone in a document is one of encode.
+# What the documents call is there: every subcommand of the tools that they name in code, and every
+# option behind it. An option that stands alone is one of velmora-clip encode, in the documents of
+# velmora-control one of its run or one before any subcommand.
 #
-#   documented_commands.sh VELMORA_CLIP DOCUMENT...
+#   documented_commands.sh VELMORA_CLIP VELMORA_CONTROL DOCUMENT...
 #
-# A manual page calls the tool in lines that begin with ".B velmora\-clip".
+# A manual page calls a tool in lines that begin with ".B velmora\-".
 set -euo pipefail
-tool=$1
-shift
+declare -A tools=([velmora-clip]=$1 [velmora-control]=$2)
+shift 2
 status=0
 complain() {
     echo "$1"
     status=1
 }
 
-subcommands=$("$tool" --help | sed -n '/^Subcommands:/,$s/^  \([a-z][a-z-]*\) .*/\1/p' | tr '\n' ' ')
-[ -n "$subcommands" ] || { echo "the tool lists no subcommands" >&2; exit 1; }
+# options_in HELP: all names, between blanks.
+options_in() {
+    sed -nE 's/^  (-[^ ]+).*/\1/p' <<<"$1" | tr ',\n' '  '
+}
+
+# By "TOOL SUBCOMMAND", those of the tool itself included.
 declare -A options
-for subcommand in $subcommands; do
-    options[$subcommand]=$("$tool" "$subcommand" --help | sed -nE 's/^  (-[^ ]+).*/\1/p' | tr ',\n' '  ')
+for tool in "${!tools[@]}"; do
+    help=$("${tools[$tool]}" --help)
+    subcommands=$(sed -n '/^Subcommands:/,$s/^  \([a-z][a-z-]*\) .*/\1/p' <<<"$help" | tr '\n' ' ')
+    [ -n "$subcommands" ] || { echo "$tool lists no subcommands" >&2; exit 1; }
+    for subcommand in $subcommands; do
+        options[$tool $subcommand]="$(options_in "$help") $(options_in "$("${tools[$tool]}" "$subcommand" --help)")"
+    done
 done
 
 # The lines and pieces of a document that are code.
 code_of() {
     local mark='`'
     case $1 in
-        *.1) sed -n 's/^\.B //; s/\\-/-/g; /^velmora-clip/p' "$1" ;;
+        *.1) sed -n 's/^\.B //; s/\\-/-/g; /^velmora-c/p' "$1" ;;
         *)
-            sed -nE 's/^(    |\t)//p' "$1"
+            sed -nE 's/^(    |\t) *//p' "$1"
             { grep -vE '^(    |\t)' "$1" | grep -oE "${mark}[^$mark]+$mark" || true; } | tr -d "$mark"
             ;;
     esac
 }
 
-# check_call DOCUMENT SUBCOMMAND REST: the options in REST are the subcommand's.
+# check_call DOCUMENT "TOOL SUBCOMMAND" REST: the options in REST are the subcommand's.
 check_call() {
     local option
     while read -r option; do
@@ -41,22 +51,27 @@ check_call() {
     done < <(grep -oE '(^| )--?[a-z][a-z-]*' <<<"$3" | tr -d ' ')
 }
 
-calls=0
-called='velmora-clip ([a-z]+)(.*)'
+declare -A calls=([velmora-clip]=0 [velmora-control]=0)
+called='(velmora-clip|velmora-control) ([a-z]+)(.*)'
 for document in "$@"; do
+    alone="velmora-clip encode"
+    [[ ${document##*/} != *control.* ]] || alone="velmora-control run"
     while IFS= read -r line; do
         if [[ $line =~ $called ]]; then
-            calls=$((calls + 1))
-            subcommand=${BASH_REMATCH[1]}
-            if [ -n "${options[$subcommand]-}" ]; then
-                check_call "$document" "$subcommand" "${BASH_REMATCH[2]}"
+            tool=${BASH_REMATCH[1]}
+            call="$tool ${BASH_REMATCH[2]}"
+            calls[$tool]=$((calls[$tool] + 1))
+            if [ -n "${options[$call]-}" ]; then
+                check_call "$document" "$call" "${BASH_REMATCH[3]}"
             else
-                complain "$document: velmora-clip has no $subcommand"
+                complain "$document: $tool has no ${BASH_REMATCH[2]}"
             fi
         elif [[ $line = --* ]]; then
-            check_call "$document" encode "$line"
+            check_call "$document" "$alone" "$line"
         fi
     done < <(code_of "$document")
 done
-[ "$calls" -gt 0 ] || complain "no document calls the tool"
+for tool in "${!calls[@]}"; do
+    [ "${calls[$tool]}" -gt 0 ] || complain "no document calls $tool"
+done
 exit "$status"

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# The page of velmora-clip has a section for every subcommand that the tool has. The sections of
-# diff, import and remake refer to encode for the options that both have; any other names all options of its subcommand, by
-# one of their names, and no others.
+# The page of velmora-clip, or of velmora-control, has a section for every subcommand that the tool
+# has. The sections of diff, import and remake refer to encode for the options that both have; any
+# other names all options of its subcommand, by one of their names, and no others.
 #
-#   man_page.sh VELMORA_CLIP PAGE
+#   man_page.sh TOOL PAGE
 set -euo pipefail
 tool=$1
 page=$2
