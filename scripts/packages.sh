@@ -111,6 +111,7 @@ need_tests() {
     need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
     need "benchmarks" libxcb-render0-dev
     need "tests with real windows and keys" xvfb libx11-dev libxext-dev libxtst-dev
+    need "tests with other layouts of the keyboard" x11-xkb-utils
     need "the stage script on a real server" xinit
     need "saves disturbed at each of their system calls" strace
     need "MIDI devices and keyboard layouts of the tests' own" jackd2 x11-xkb-utils

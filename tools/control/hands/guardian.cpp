@@ -3,6 +3,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,11 +34,11 @@ void letGo(const Codes& down) {
 }
 
 // What is down when the other end is closed, by its owner or by its end.
-Codes listenUntilClosed(int pipe) {
+Codes listenUntilClosed(int line) {
     Codes down;
     std::array<uint8_t, 2> change{};
     while (true) {
-        const ssize_t got = read(pipe, change.data(), change.size());
+        const ssize_t got = read(line, change.data(), change.size());
         if (got == static_cast<ssize_t>(change.size())) {
             down[change[0]] = change[1] != 0;
         } else if (got >= 0 || errno != EINTR) {
@@ -48,12 +49,12 @@ Codes listenUntilClosed(int pipe) {
 
 // The terminal's signals are for the bridge, whose end is heard; and files that it has open are not
 // kept open here.
-[[noreturn]] void guard(int pipe) {
+[[noreturn]] void guard(int line) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
         std::signal(signal, SIG_IGN);
     }
     constexpr int kFirst = 3;
-    const int kept = dup2(pipe, kFirst);
+    const int kept = dup2(line, kFirst);
     close_range(kFirst + 1, ~0U, 0);
     const int nowhere = open("/dev/null", O_RDWR);
     for (int file = 0; file < kFirst; ++file) {
@@ -70,7 +71,7 @@ Codes listenUntilClosed(int pipe) {
 
 Guardian::Guardian() {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         return;
     }
     child_ = fork();
@@ -79,19 +80,20 @@ Guardian::Guardian() {
         guard(ends[0]);
     }
     close(ends[0]);
-    pipe_ = ends[1];
+    line_ = ends[1];
 }
 
 Guardian::~Guardian() {
-    close(pipe_);
+    close(line_);
     while (child_ > 0 && waitpid(child_, nullptr, 0) < 0 && errno == EINTR) {
     }
 }
 
 void Guardian::note(uint8_t code, bool down) {
     const std::array<uint8_t, 2> change = {code, static_cast<uint8_t>(down ? 1 : 0)};
-    // Two bytes are written whole or not at all; a guardian that has died guards nothing.
-    [[maybe_unused]] const ssize_t written = write(pipe_, change.data(), change.size());
+    // A guardian that has died guards nothing, and must not end the bridge by SIGPIPE; one that is
+    // stopped must not stop it.
+    send(line_, change.data(), change.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
 }
 
 }  // namespace control

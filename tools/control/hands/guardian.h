@@ -25,7 +25,7 @@ public:
 
 private:
     pid_t child_ = -1;
-    int pipe_ = -1;
+    int line_ = -1;
 };
 
 }  // namespace control

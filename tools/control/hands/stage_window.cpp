@@ -76,11 +76,19 @@ Window search(Display* display, Window from, int depth) {
     return 0;
 }
 
+// Who makes a window gives it an identifier of his own range. A range has 18 bits at the least, and
+// SDL makes its windows among the first.
+bool sameOwner(Window one, Window other) {
+    constexpr int kRangeBits = 18;
+    return one >> kRangeBits == other >> kRangeBits;
+}
+
 // In full screen SDL 1.2 keeps the picture in a window of its own that covers the screen and that
-// window managers leave alone; the window that they know is empty then.
-Window coverOf(Display* display, const XWindowAttributes& root) {
+// window managers leave alone; the window that they know is empty then. Screens are locked by such
+// windows as well, of other programs.
+Window coverOf(Display* display, Window stage, const XWindowAttributes& root) {
     for (const Window child : childrenOf(display, DefaultRootWindow(display))) {
-        const auto attributes = shown(display, child);
+        const auto attributes = sameOwner(child, stage) ? shown(display, child) : std::nullopt;
         if (attributes && attributes->override_redirect != 0 && attributes->width >= root.width &&
             attributes->height >= root.height && childrenOf(display, child).size() == 1) {
             return child;
@@ -131,7 +139,7 @@ StageWindow findStage(Display* display) {
         return {};
     }
     std::vector<Window> inner = childrenOf(display, stage.window);
-    const Window cover = inner.empty() ? coverOf(display, *root) : 0;
+    const Window cover = inner.empty() ? coverOf(display, stage.window, *root) : 0;
     if (cover != 0) {
         inner = childrenOf(display, cover);
     }

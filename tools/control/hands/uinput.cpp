@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 #include "common/geometry.h"
 #include "common/limits.h"
@@ -124,6 +125,9 @@ void UinputHands::button(bool down) {
 }
 
 void UinputHands::point(int x, int y) {
+    if (!reachesVelmora()) {
+        return;
+    }
     const Point picture = pictureOffset(kScreen.x, kScreen.y);
     send(EV_ABS, ABS_X, picture.x + x);
     send(EV_ABS, ABS_Y, picture.y + y);
@@ -142,8 +146,8 @@ void UinputHands::look(Time now) {
         return;
     }
     looked_ = now;
-    stage_ = process_();
-    if (stage_ == 0) {
+    const uint64_t before = std::exchange(stage_, process_());
+    if (stage_ != before) {
         letGo();
     }
 }

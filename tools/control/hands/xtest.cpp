@@ -80,6 +80,8 @@ XTestHands::XTestHands() {
                  SubstructureNotifyMask | PropertyChangeMask | FocusChangeMask);
     codes_ = keyCodesOf(x_.display());
     stage_ = findStage(x_.display());
+    watched_ = stage_.window;
+    watchStage();
 }
 
 XTestHands::~XTestHands() {
@@ -142,6 +144,15 @@ std::string XTestHands::road() const {
     return std::string("XTest on ").append(DisplayString(x_.display()));
 }
 
+// Without a window manager the keyboard goes with the pointer.
+void XTestHands::watchStage() {
+    if (stage_.window != 0) {
+        XSelectInput(x_.display(), stage_.window,
+                     FocusChangeMask | StructureNotifyMask | EnterWindowMask | LeaveWindowMask);
+        stage_ = findStage(x_.display());  // what has changed before it was watched
+    }
+}
+
 // True when anything has changed that matters here.
 bool XTestHands::drainEvents() {
     bool any = false;
@@ -161,10 +172,11 @@ void XTestHands::look(Time now) {
     if (drainEvents() || now - looked_ >= milliseconds(1000)) {
         looked_ = now;
         stage_ = findStage(x_.display());
-        if (stage_.window != watched_ && stage_.window != 0) {
-            XSelectInput(x_.display(), stage_.window, FocusChangeMask | StructureNotifyMask);
+        if (stage_.window != watched_) {
+            letGo();
+            watched_ = stage_.window;
+            watchStage();
         }
-        watched_ = stage_.window;
         if (!reachesVelmora()) {
             letGo();
         }

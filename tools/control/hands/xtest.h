@@ -54,6 +54,7 @@ public:
 private:
     void send(uint8_t code, bool down);
     void letGo();
+    void watchStage();
     bool drainEvents();
 
     Guardian guardian_;  // first: before anything may start a thread
