@@ -112,6 +112,20 @@ TEST_F(BridgeTest, HeldActionWithoutAnEnd_EndsByItself) {
     EXPECT_EQ(until(700), "-A");
 }
 
+TEST_F(BridgeTest, FilterHeld_IsOnAsLongAsThePad) {
+    bind(on(HeardKind::NOTE, 36, "filter.mirror.held"));
+    bridge.hear(note(36, 0.8));
+    EXPECT_EQ(until(1000), "+Q +Backspace -Q -Backspace");
+    EXPECT_TRUE(bridge.stage().filters[1][0].on);
+    bridge.hear(note(36, 0, 1000));
+    EXPECT_EQ(until(2000), "+Q +Backspace -Q -Backspace");
+    EXPECT_FALSE(bridge.stage().filters[1][0].on);
+    // A name alone holds it a moment.
+    bridge.act(actionNamed("filter.mirror.held").value(), std::nullopt, Quantum::NOW, after(2000));
+    EXPECT_EQ(until(2500), "+Q +Backspace -Q -Backspace");
+    EXPECT_EQ(until(3000), "+Q +Backspace -Q -Backspace");
+}
+
 TEST_F(BridgeTest, Knob_PressesAboveTheMiddleAndLetsGoBelow) {
     bind(on(HeardKind::KNOB, 20, "hold"));
     for (const double value : {0.1, 0.4, 0.5, 0.9, 1.0}) {

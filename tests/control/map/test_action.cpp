@@ -28,7 +28,7 @@ TEST(ActionNames, Whole_NoneStandsTwice) {
     const auto& names = actionNames();
     EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
     // 2 layers, 5 of a layer and 9 filters of 7 verbs each for 3 layers, 6 modes, 11 others.
-    EXPECT_EQ(names.size(), 2u + 3 * (5 + 9 * 7) + 6 + 11);
+    EXPECT_EQ(names.size(), 2u + 3 * (5 + 9 * 8) + 6 + 11);
 }
 
 TEST(ActionNamed, OfALayer_HasIt) {

@@ -1,6 +1,7 @@
 #include "tools/control/bridge/bridge.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "tools/control/bridge/heard_text.h"
@@ -158,9 +159,6 @@ std::string Bridge::perform(const Action& action, std::optional<double> value, T
     if (isHeld(action.kind)) {
         return hold(action, value, now);
     }
-    if (!reached_) {
-        return kNotReached;
-    }
     if (takesValue(action.kind)) {
         return scrub(action, value, now);
     }
@@ -182,22 +180,30 @@ std::string Bridge::aboutBeat(const Action& action, Time now) {
 }
 
 std::string Bridge::hold(const Action& action, std::optional<double> value, Time now) {
-    const Key key = heldKey(action.kind);
     const bool down = !value || *value != 0;
-    std::string why = reached_ ? whyNoMix(stage_) : kNotReached;
-    if (down && !why.empty()) {
-        return why;
+    std::erase_if(touches_, [&](const Touch& each) { return each.action == action; });
+    std::string why;
+    if (action.kind == ActionKind::FILTER_HELD) {
+        Action change = action;
+        change.kind = down ? ActionKind::FILTER_ON : ActionKind::FILTER_OFF;
+        why = gesture(change);
+    } else {
+        why = !down ? "" : reached_ ? whyNoMix(stage_) : kNotReached;
+        if (why.empty()) {
+            player_.hold(heldKey(action.kind), down);
+        }
     }
-    touches_.erase(key);
-    if (!value) {
-        touches_[key] = now + kTouch;
+    if (why.empty() && !value) {
+        touches_.push_back({action, now + kTouch});
     }
-    player_.hold(key, down);
-    return "";
+    return why;
 }
 
 // While the fade is held Velmora takes no Tab: the panel waits until it is let go.
 std::string Bridge::gesture(const Action& action) {
+    if (!reached_) {
+        return kNotReached;
+    }
     if (action.kind == ActionKind::PANEL && player_.holds(Key::A)) {
         panelOwed_ = !panelOwed_;
         return "";
@@ -213,8 +219,8 @@ std::string Bridge::gesture(const Action& action) {
 
 // The layer under the pointer is the active one, so that of the knob becomes it until it rests.
 std::string Bridge::scrub(const Action& action, std::optional<double> value, Time now) {
-    std::string why = whyNoMix(stage_);
-    if (!value) {
+    std::string why = reached_ ? whyNoMix(stage_) : kNotReached;
+    if (why.empty() && !value) {
         why = "it needs a value from 0 to 1";
     }
     if (!why.empty()) {
@@ -300,17 +306,18 @@ void Bridge::reaches(bool reached) {
     panelOwed_ = false;
 }
 
+void Bridge::endTouches(Time now) {
+    std::vector<Touch> ended;
+    std::ranges::copy_if(touches_, std::back_inserter(ended),
+                         [&](const Touch& each) { return now >= each.end; });
+    for (const Touch& each : ended) {
+        hold(each.action, 0.0, now);
+    }
+}
+
 Time Bridge::advance(Time now) {
     onBeat(beat_.advance(now), now);
-    for (auto touch = touches_.begin(); touch != touches_.end();) {
-        const auto [key, end] = *touch;
-        if (now < end) {
-            ++touch;
-            continue;
-        }
-        touch = touches_.erase(touch);
-        hold({.kind = key == Key::A ? ActionKind::FADE : ActionKind::HOLD}, 0.0, now);
-    }
+    endTouches(now);
     if (now < opens_) {
         return std::min(opens_, beat_.next());
     }
@@ -324,8 +331,8 @@ Time Bridge::advance(Time now) {
         leaveScrub();
         next = std::min(next, player_.advance(now));
     }
-    for (const auto& [key, end] : touches_) {
-        next = std::min(next, end);
+    for (const Touch& each : touches_) {
+        next = std::min(next, each.end);
     }
     return std::min(next, beat_.next());
 }

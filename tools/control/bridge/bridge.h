@@ -70,6 +70,7 @@ private:
     std::string gesture(const Action& action);
     void onBeat(std::optional<int64_t> beat, Time now);
     void leaveScrub();
+    void endTouches(Time now);
     bool plan(const Gesture& gesture, const StageModel& after);
     void forgetPlans();
     void tell(const std::string& what, const std::string& action, const std::string& why) const;
@@ -80,6 +81,10 @@ private:
     std::function<const StageFiles&()> files_;
     Say say_;
     StageModel stage_;  // when all that waits is played
+    struct Touch {
+        Action action;
+        Time end;
+    };
     struct Plan {
         size_t lastStep;  // of a gesture, as the player counts
         StageModel after;
@@ -95,7 +100,7 @@ private:
     Time clockHeard_{};
     Time opens_{};                       // gestures wait until then
     std::map<std::string, bool> knobs_;  // those bound to presses: pressed now
-    std::map<Key, Time> touches_;        // held keys that end by themselves
+    std::vector<Touch> touches_;         // what is held and ends by itself
     std::optional<int> afterScrub_;      // the layer to return to
     bool panelOwed_ = false;             // asked for while the fade is held
 };

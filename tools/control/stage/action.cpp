@@ -54,6 +54,7 @@ struct FilterVerb {
 constexpr FilterVerb kVerbs[] = {{"toggle", ActionKind::FILTER_TOGGLE, DIRECTION_UP},
                                  {"on", ActionKind::FILTER_ON, DIRECTION_UP},
                                  {"off", ActionKind::FILTER_OFF, DIRECTION_UP},
+                                 {"held", ActionKind::FILTER_HELD, DIRECTION_UP},
                                  {"up", ActionKind::FILTER_DIRECTION, DIRECTION_UP},
                                  {"right", ActionKind::FILTER_DIRECTION, DIRECTION_RIGHT},
                                  {"down", ActionKind::FILTER_DIRECTION, DIRECTION_DOWN},

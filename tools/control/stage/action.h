@@ -30,6 +30,7 @@ enum class ActionKind : uint8_t {
     FILTER_TOGGLE,  // `filter`
     FILTER_ON,
     FILTER_OFF,
+    FILTER_HELD,       // on while it is held
     FILTER_DIRECTION,  // `filter`, `direction`
     PANEL,
     LIST,         // opens the list of playlists, or closes it
@@ -59,7 +60,7 @@ struct Action {
 
 // Held as long as the pad is.
 constexpr bool isHeld(ActionKind kind) {
-    return kind == ActionKind::FADE || kind == ActionKind::HOLD;
+    return kind == ActionKind::FADE || kind == ActionKind::HOLD || kind == ActionKind::FILTER_HELD;
 }
 
 // Goes by how far a knob is turned.
