@@ -21,17 +21,22 @@ namespace {
 
 // Throws for a command that is not there, and names the one that may be meant.
 void checkCommand(CLI::App& app, int argc, char** argv) {
-    if (argc < 2 || argv[1][0] == '-') {
+    int at = 1;
+    while (at < argc && argv[at][0] == '-') {
+        at += std::string(argv[at]) == "--map" || std::string(argv[at]) == "--folder" ? 2 : 1;
+    }
+    if (at >= argc) {
         return;
     }
+    const std::string typed = argv[at];
     std::vector<std::string> names;
     for (const CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
         names.push_back(command->get_name());
     }
-    const std::string nearest = maker::nearestName(argv[1], names);
-    if (nearest != argv[1]) {
+    const std::string nearest = maker::nearestName(typed, names);
+    if (nearest != typed) {
         throw CLI::ValidationError("velmora-control",
-                                   "there is no command " + maker::inQuotes(argv[1]) +
+                                   "there is no command " + maker::inQuotes(typed) +
                                        (nearest.empty() ? "" : "; did you mean " + nearest + "?"));
     }
 }

@@ -10,9 +10,10 @@ namespace {
 constexpr double kFarEnough = 0.25;
 constexpr size_t kMostKnobs = 256;
 
+// Some senders of OSC take another port for each message.
 bool sameKnob(const Heard& a, const Heard& b) {
     return a.kind == b.kind && a.channel == b.channel && a.number == b.number &&
-           a.device == b.device && a.address == b.address;
+           a.address == b.address && (a.kind == HeardKind::OSC || a.device == b.device);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tools/control/stage/stage_files.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,8 @@ namespace fs = std::filesystem;
 
 constexpr size_t kMostBytes = 16 << 20;
 
-std::string contentOf(const fs::path& file) {
-    return readRegular(file.string(), kMostBytes).value_or("");
+std::optional<std::string> contentOf(const fs::path& file) {
+    return readRegular(file.string(), kMostBytes);
 }
 
 // True when the file is another one than at `known`, which becomes its time then.
@@ -35,13 +36,14 @@ bool isNew(const fs::path& file, fs::file_time_type& known) {
 
 const StageFiles& StageFilesReader::now() {
     if (isNew(folder_ / files::kPreferencesName, preferences_)) {
-        files_.filters =
-            files::parsePreferences(contentOf(folder_ / files::kPreferencesName), {}).filters;
+        const auto bytes = contentOf(folder_ / files::kPreferencesName);
+        files_.filters = files::parsePreferences(bytes.value_or(""), {}).filters;
     }
     if (isNew(folder_ / files::kPlaylistsName, playlists_)) {
         files_.tracks.clear();
+        const auto bytes = contentOf(folder_ / files::kPlaylistsName);
         for (const files::Playlist& each :
-             files::parsePlaylists(contentOf(folder_ / files::kPlaylistsName))) {
+             bytes ? files::parsePlaylists(*bytes) : std::vector<files::Playlist>{}) {
             files_.tracks.push_back(static_cast<int>(each.tracks.size()));
         }
     }
