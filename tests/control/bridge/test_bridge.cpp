@@ -197,6 +197,26 @@ TEST_F(BridgeTest, BoundOscAddress_IsTheMaps) {
     EXPECT_EQ(until(2000), "+S -S +S -S +S -S");
 }
 
+TEST_F(BridgeTest, OscButtonFromAnotherPort_LetsGo) {
+    Binding binding = on(HeardKind::OSC, 0, "fade");
+    binding.address = "/1/push1";
+    bind(binding);
+    bridge.hear(osc("/1/push1", 1));
+    EXPECT_EQ(until(1000), "+A");
+    Heard release = osc("/1/push1", 0, 1000);
+    release.device = "phone's next port";
+    bridge.hear(release);
+    EXPECT_EQ(until(1200), "-A");
+}
+
+TEST_F(BridgeTest, MapReadAgain_LetsGoOfWhatIsHeld) {
+    bind(on(HeardKind::KNOB, 20, "hold"));
+    bridge.hear(knob(20, 1));
+    EXPECT_EQ(until(500), "+Space");
+    bridge.useMap({}, after(500));
+    EXPECT_EQ(until(700), "-Space");
+}
+
 TEST_F(BridgeTest, Intro_HoldsGesturesBack) {
     bridge.stageBegins(after(0));
     bridge.hear(osc("/list"));

@@ -39,11 +39,14 @@ int Bridge::lot(int n) {
     return std::uniform_int_distribution(0, n - 1)(random_);
 }
 
-// The tempo of a map that is read again counts only where it is another one.
+// What is held ends, since its pad may be bound to something else now. The tempo of a map that is
+// read again counts only where it is another one.
 void Bridge::useMap(ControlMap map, Time now) {
     const bool sameTempo = map.tempo == map_.tempo;
     map_ = std::move(map);
     knobs_.clear();
+    player_.hold(Key::A, false);
+    player_.hold(Key::SPACE, false);
     if (map_.tempo && !sameTempo) {
         beat_.setTempo(*map_.tempo, now);
     }
@@ -125,14 +128,16 @@ void Bridge::hearBinding(const Binding& binding, const Heard& heard) {
     const bool turns = heard.kind == HeardKind::KNOB || heard.kind == HeardKind::BEND ||
                        (heard.kind == HeardKind::OSC && value.has_value());
     if (turns && !takesValue(binding.action.kind)) {
-        const std::string knob = std::to_string(binding.line) + heard.device;
+        // Some senders of OSC take another port for each message.
+        const bool osc = heard.kind == HeardKind::OSC;
+        const std::string knob = std::to_string(binding.line) + (osc ? "" : heard.device);
         const bool pressed = *value >= kPressedFrom;
         if (knobs_.size() >= kMostKnobs) {
             knobs_.clear();
         }
         bool& before = knobs_[knob];
         // OSC has no travel to speak of: a button that sends 1 each time is pressed each time.
-        if (pressed == before && !(heard.kind == HeardKind::OSC && pressed)) {
+        if (pressed == before && !(osc && pressed)) {
             return;
         }
         before = pressed;
