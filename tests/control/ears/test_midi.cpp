@@ -16,7 +16,7 @@
 namespace control {
 namespace {
 
-constexpr std::chrono::seconds kPatience(4);
+constexpr std::chrono::seconds kPatience(20);
 
 // Waits until what was heard holds one of this kind, or patience ends.
 bool hears(MidiEar& ear, std::vector<Heard>& heard, HeardKind kind, const std::string& device) {

@@ -61,6 +61,7 @@ private:
     void followStage(Time now);
     void hearAll(Time now);
     void hear(const Heard& heard);
+    void tellFaults();
     void tellLosses();
     void waitUntil(Time next);
 
@@ -78,6 +79,7 @@ private:
     std::vector<Heard> heard_;
     uint64_t stage_ = 0;
     bool reached_ = false;
+    std::vector<std::string> faults_;  // told already
     size_t lost_ = 0;
     Time looked_{};
 };
@@ -106,9 +108,7 @@ Session::Session(const SessionSetup& setup)
     }
     const Time now = Clock::now();
     useMap(keeper_.changed().value_or(ControlMap{}), now);
-    for (const std::string& fault : keeper_.faults()) {
-        print(fault);
-    }
+    tellFaults();
     stage_ = road_->stage();
     reached_ = road_->reachesVelmora();
     bridge_.reaches(reached_);
@@ -156,11 +156,19 @@ void Session::lookAround(Time now) {
         } catch (const maker::ToolError& error) {
             print(error.what());
         }
-        for (const std::string& fault : keeper_.faults()) {
+    }
+    tellFaults();
+    tellLosses();
+}
+
+// Also of a map that changed nothing.
+void Session::tellFaults() {
+    if (keeper_.faults() != faults_) {
+        faults_ = keeper_.faults();
+        for (const std::string& fault : faults_) {
             print(fault);
         }
     }
-    tellLosses();
 }
 
 void Session::tellLosses() {
