@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/control/bridge/bridge.h"
+#include "tools/control/bridge/heard_text.h"
 #include "tools/control/bridge/map_keeper.h"
 #include "tools/control/bridge/state_teller.h"
 #include "tools/control/ears/midi.h"
@@ -175,8 +177,8 @@ void Session::tellLosses() {
     const OscCounts counts = osc_ != nullptr ? osc_->counts() : OscCounts{};
     const size_t lost = midi_.dropped() + counts.bad + counts.dropped;
     if (lost != lost_) {
-        print("not heard so far: " + std::to_string(counts.bad) + " bad packets, " +
-              std::to_string(counts.dropped + midi_.dropped()) + " messages too many");
+        print("not heard so far: " + maker::counted(counts.bad, "bad packet") + ", " +
+              maker::counted(counts.dropped + midi_.dropped(), "message") + " too many");
         lost_ = lost;
     }
 }
@@ -200,8 +202,10 @@ void Session::followStage(Time now) {
 
 void Session::hear(const Heard& heard) {
     down_.hear(heard);
-    if (osc_ == nullptr || heard.kind != HeardKind::OSC || !teller_.hear(heard)) {
+    if (heard.kind != HeardKind::OSC || !teller_.hear(heard)) {
         bridge_.hear(heard);
+    } else if (setup_.monitor) {
+        print(textOf(heard));
     }
 }
 
