@@ -130,6 +130,38 @@ TEST_F(Control, OscActions_ShowTheirPictures) {
     expectShows(pictures[0], "filter.mirror.off");
 }
 
+TEST_F(Control, OscLayersAndLots_ShowTheirPictures) {
+    start("[beat]\ntempo = 60\n[[every]]\nbeats = 2\ndo = \"top.filter.invert.on\"\n");
+    playlistThree();
+    // The beat is there from the start.
+    expectShows(app::inverted(pictures[0]), "on the beat");
+    say("/beat/stop");
+    say("/top/filter/invert/off");
+    say("/bottom");
+    say("/previous");
+    say("/mode/blend");
+    expectShows(app::blended(pictures[2], pictures[0]), "bottom, previous");
+    say("/top");
+    say("/random");
+    stage.await(
+        [&](const Shot& shot) {
+            return shot == app::placed(app::blended(pictures[2], pictures[1])) ||
+                   shot == app::placed(pictures[2]);
+        },
+        "random");
+    say("/top/filter/hue/held", 1);
+    say("/mode/none");
+    stage.await(
+        [&](const Shot& shot) {
+            return shot == app::placed(app::hued(pictures[1], 0)) ||
+                   shot == app::placed(app::hued(pictures[2], 0));
+        },
+        "held");
+    const bool covered = stage.isFullScreen();
+    say("/fullscreen");
+    EXPECT_TRUE(app::waitUntil([&] { return stage.isFullScreen() != covered; }));
+}
+
 TEST_F(Control, OscTransitionsAndPages_ShowTheirPictures) {
     start();
     playlistThree();

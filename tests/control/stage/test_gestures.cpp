@@ -236,8 +236,16 @@ TEST(Gestures, Random_IsOneToThreeClipsAway) {
     StageModel stage = mixing();
     EXPECT_EQ(played("random", stage, files(), [](int) { return 0; }), "Right");
     EXPECT_EQ(played("random", stage, files(), [](int) { return 1; }), "Left");
+    EXPECT_EQ(played("random", stage, files(), [](int n) { return n - 1; }), "Left | . | Left");
+    stage.selected = 2;
     EXPECT_EQ(played("random", stage, files(), [](int n) { return n - 1; }),
               "Left | . | Left | . | Left");
+    stage.selected.reset();
+    EXPECT_EQ(played("random", stage, files(), [](int n) { return n - 2; }),
+              "Right | . | Right | . | Right");
+    // The only clip of its playlist.
+    stage.selected = 3;
+    EXPECT_EQ(played("random", stage), "");
 }
 
 }  // namespace control

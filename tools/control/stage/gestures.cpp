@@ -191,9 +191,17 @@ std::string playFilter(Builder& keys, const Action& action, const StageFiles& fi
     return "";
 }
 
-void playRandomClip(Builder& keys, const std::function<int(int)>& lot) {
-    const int drawn = lot(2 * kFarthestRandomClip);
-    keys.press(drawn % 2 == 0 ? Key::RIGHT : Key::LEFT, 1 + drawn / 2);
+// Never as far as the clip itself is, where it is known how many there are.
+void playRandomClip(Builder& keys, const StageModel& stage, const StageFiles& files,
+                    const std::function<int(int)>& lot) {
+    int farthest = kFarthestRandomClip;
+    if (stage.selected && *stage.selected < static_cast<int>(files.tracks.size())) {
+        farthest = std::min(farthest, files.tracks[static_cast<size_t>(*stage.selected)] - 1);
+    }
+    if (farthest > 0) {
+        const int drawn = lot(2 * farthest);
+        keys.press(drawn % 2 == 0 ? Key::RIGHT : Key::LEFT, 1 + drawn / 2);
+    }
 }
 
 std::string onLayer(Builder& keys, const Action& action, int layer, StageModel& stage,
@@ -207,7 +215,7 @@ std::string onLayer(Builder& keys, const Action& action, int layer, StageModel& 
             keys.press(Key::LEFT);
             return "";
         case ActionKind::RANDOM:
-            playRandomClip(keys, lot);
+            playRandomClip(keys, stage, files, lot);
             return "";
         case ActionKind::REVERSE:
             keys.press(Key::Z);
