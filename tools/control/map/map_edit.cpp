@@ -94,15 +94,17 @@ std::string withBinding(std::string_view text, const Binding& binding) {
     const std::vector<Binding>& bindings = reading.map.bindings;
     const std::string lineEnd = hasCarriageReturns(text) ? "\r\n" : "\n";
     std::string block = withLineEnds(printBinding(binding), lineEnd);
-    size_t from = text.size();
-    size_t to = from;
     const auto old = std::ranges::find(bindings, binding.action, &Binding::action);
-    if (old != bindings.end()) {
-        from = startOfLine(text, old->line);
-        to = startOfLine(text, reading.lastLines[static_cast<size_t>(old - bindings.begin())] + 1);
-    } else {
-        from = to = bindings.empty() ? from : startOfLine(text, reading.lastLines.back() + 1);
-        block.insert(0, from == 0 ? "" : lineEnd);
+    const bool replaces = old != bindings.end();
+    const auto lineAfter = [&](size_t index) {
+        return startOfLine(text, reading.lastLines[index] + 1);
+    };
+    const size_t to = replaces           ? lineAfter(static_cast<size_t>(old - bindings.begin()))
+                      : bindings.empty() ? text.size()
+                                         : lineAfter(bindings.size() - 1);
+    const size_t from = replaces ? startOfLine(text, old->line) : to;
+    if (!replaces && from > 0) {
+        block.insert(0, lineEnd);
     }
     std::string result(text.substr(0, from));
     if (from > 0 && result.back() != '\n') {
