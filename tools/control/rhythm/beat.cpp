@@ -1,6 +1,6 @@
 #include "tools/control/rhythm/beat.h"
 
-#include <cmath>
+#include <algorithm>
 
 #include "tools/control/stage/action.h"
 
@@ -9,7 +9,6 @@ namespace control {
 namespace {
 
 constexpr size_t kMostTaps = 8;
-constexpr size_t kTicksKept = 4 * kTicksOfBeat + 1;
 constexpr double kMinute = 60;
 
 // The mean distance of times that follow each other.
@@ -19,21 +18,12 @@ Duration meanOf(const std::deque<Time>& times) {
 
 }  // namespace
 
-bool Beat::clockRuns(Time now) const {
-    return clock_.running && !ticks_.empty() && now - ticks_.back() < kClockGone;
-}
-
-// While a clock runs a tap says which of its beats, the nearest, is the first of a bar.
-void Beat::alignClock() {
-    const int64_t sinceBeat = clock_.ticks % kTicksOfBeat;
-    clock_.ticks = sinceBeat < kTicksOfBeat / 2 ? sinceBeat : sinceBeat - kTicksOfBeat;
-}
-
-// A tap is the beat that is nearest to it: one that is due soon is here already, one that was told
+// While a clock runs a tap says which of its beats is the first of a bar. Otherwise it is the beat
+// that is nearest to it: one that is due soon is here already, one that was told
 // is only moved.
 std::optional<int64_t> Beat::tap(Time now) {
-    if (clockRuns(now)) {
-        alignClock();
+    if (clock_.runs(now)) {
+        clock_.align();
         return std::nullopt;
     }
     const bool first = taps_.empty() || now - taps_.back() > kLongestTap;
@@ -53,26 +43,16 @@ std::optional<int64_t> Beat::tap(Time now) {
 }
 
 std::optional<int64_t> Beat::tick(Time now) {
-    if (!ticks_.empty() && now - ticks_.back() >= kClockGone) {
-        ticks_.clear();
+    const std::optional<int64_t> beat = clock_.tick(now);
+    if (clock_.runs(now)) {
+        period_ = {};
     }
-    ticks_.push_back(now);
-    if (ticks_.size() > kTicksKept) {
-        ticks_.pop_front();
-    }
-    if (!clock_.running) {
-        return std::nullopt;
-    }
-    period_ = {};
-    ++clock_.ticks;
-    return clock_.ticks >= 0 && clock_.ticks % kTicksOfBeat == 0
-               ? std::optional(clock_.ticks / kTicksOfBeat)
-               : std::nullopt;
+    return beat;
 }
 
 std::optional<int64_t> Beat::advance(Time now) {
-    if (now < next()) {
-        return std::nullopt;
+    if (now < nextOfTempo()) {
+        return clock_.advance(now);
     }
     const int64_t passed = (now - origin_) / period_;
     counted_ += passed;
@@ -90,16 +70,20 @@ void Beat::setTempo(double tempo, Time now) {
 void Beat::stop() {
     taps_.clear();
     period_ = {};
-    clock_.running = false;
+    clock_.stop();
 }
 
-Time Beat::next() const {
+Time Beat::nextOfTempo() const {
     return period_ == Duration{} ? Time::max() : origin_ + period_;
 }
 
+Time Beat::next() const {
+    return std::min(nextOfTempo(), clock_.next());
+}
+
 double Beat::tempo(Time now) const {
-    if (clockRuns(now)) {
-        return ticks_.size() < 2 ? 0 : kMinute / (secondsOf(meanOf(ticks_)) * kTicksOfBeat);
+    if (clock_.runs(now)) {
+        return clock_.tempo();
     }
     return period_ == Duration{} ? 0 : kMinute / secondsOf(period_);
 }
