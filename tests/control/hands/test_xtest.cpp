@@ -73,6 +73,28 @@ TEST_F(XTest, Keys_ArriveInOrder) {
     EXPECT_EQ(hands.road(), "XTest on " + server_.display());
 }
 
+TEST_F(XTest, KeyboardGrabbedByAnother_PressesNothing) {
+    TestWindow window;
+    window.focus();
+    XTestHands hands;
+    hands.look(kNow);
+    hands.key(Key::A, true);
+    EXPECT_EQ(window.waitFor("+a"), "+a");
+    Display* const other = XOpenDisplay(server_.display().c_str());
+    ASSERT_EQ(XGrabKeyboard(other, DefaultRootWindow(other), False, GrabModeAsync, GrabModeAsync,
+                            CurrentTime),
+              GrabSuccess);
+    XFlush(other);
+    EXPECT_TRUE(sees(hands, lost));
+    hands.key(Key::Q, true);
+    XUngrabKeyboard(other, CurrentTime);
+    XFlush(other);
+    EXPECT_TRUE(sees(hands, reached));
+    tap(hands, Key::ONE);
+    EXPECT_EQ(window.waitFor("+1 -1"), "+1 -1");
+    XCloseDisplay(other);
+}
+
 TEST_F(XTest, Focus_ElsewherePressesNothing) {
     TestWindow window;
     TestWindow other({900, 500, 100, 100}, "other");

@@ -53,6 +53,7 @@ Codes listenUntilClosed(int line) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
         std::signal(signal, SIG_IGN);
     }
+    setsid();  // who kills the bridge's whole group leaves the guardian
     constexpr int kFirst = 3;
     const int kept = dup2(line, kFirst);
     close_range(kFirst + 1, ~0U, 0);

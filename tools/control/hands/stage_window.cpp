@@ -143,6 +143,7 @@ StageWindow findStage(Display* display) {
     if (cover != 0) {
         inner = childrenOf(display, cover);
     }
+    stage.fullScreen = cover != 0;
     stage.focused = cover != 0 || hasFocus(display, stage.window);
     const Window picture = inner.size() == 1 ? inner[0] : stage.window;
     const auto attributes = shown(display, picture);

@@ -10,7 +10,8 @@ namespace control {
 struct StageWindow {
     Window window = 0;  // 0: there is none to be seen
     bool focused = false;
-    Point picture{};  // top left of the 640 x 360 picture, on the screen
+    bool fullScreen = false;  // it has grabbed the keyboard itself
+    Point picture{};          // top left of the 640 x 360 picture, on the screen
 };
 
 // Asks the server, some round trips. Windows that vanish meanwhile count as not there; whoever

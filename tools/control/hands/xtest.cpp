@@ -153,6 +153,13 @@ void XTestHands::watchStage() {
     }
 }
 
+// Who grabs the keyboard, as a lock screen does, has it while the focus stays where it is.
+void XTestHands::noteGrab(const XFocusChangeEvent& event) {
+    if (event.window == watched_ && event.detail != NotifyInferior) {
+        grabbed_ = event.type == FocusOut && event.mode == NotifyGrab;
+    }
+}
+
 // True when anything has changed that matters here.
 bool XTestHands::drainEvents() {
     bool any = false;
@@ -162,25 +169,36 @@ bool XTestHands::drainEvents() {
         if (event.type == MappingNotify) {
             XRefreshKeyboardMapping(&event.xmapping);
             codes_ = keyCodesOf(x_.display());
+        } else if (event.type == FocusIn || event.type == FocusOut) {
+            noteGrab(event.xfocus);
         }
         any = true;
     }
     return any;
 }
 
+void XTestHands::findAndWatch() {
+    stage_ = findStage(x_.display());
+    if (stage_.window != watched_) {
+        letGo();
+        watched_ = stage_.window;
+        grabbed_ = false;
+        watchStage();
+    }
+    if (!reachesVelmora()) {
+        letGo();
+    }
+    XFlush(x_.display());
+}
+
 void XTestHands::look(Time now) {
-    if (drainEvents() || now - looked_ >= milliseconds(1000)) {
+    // What comes along with the server's answers does not wake anybody: it is seen here.
+    constexpr int kTurns = 8;
+    bool changed = drainEvents() || now - looked_ >= milliseconds(1000);
+    for (int turn = 0; changed && turn < kTurns; ++turn) {
         looked_ = now;
-        stage_ = findStage(x_.display());
-        if (stage_.window != watched_) {
-            letGo();
-            watched_ = stage_.window;
-            watchStage();
-        }
-        if (!reachesVelmora()) {
-            letGo();
-        }
-        XFlush(x_.display());
+        findAndWatch();
+        changed = drainEvents();
     }
     if (x_.broken()) {
         stage_ = {};

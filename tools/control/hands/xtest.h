@@ -43,7 +43,9 @@ public:
     void key(Key key, bool down) override;
     void button(bool down) override;
     void point(int x, int y) override;
-    bool reachesVelmora() override { return stage_.window != 0 && stage_.focused; }
+    bool reachesVelmora() override {
+        return stage_.window != 0 && stage_.focused && (!grabbed_ || stage_.fullScreen);
+    }
     std::string road() const override;
 
     int fd() const override { return ConnectionNumber(x_.display()); }
@@ -56,6 +58,8 @@ private:
     void letGo();
     void watchStage();
     bool drainEvents();
+    void noteGrab(const XFocusChangeEvent& event);
+    void findAndWatch();
 
     Guardian guardian_;  // first: before anything may start a thread
     XConnection x_;
@@ -64,6 +68,7 @@ private:
     bool buttonDown_ = false;
     StageWindow stage_;
     Window watched_ = 0;
+    bool grabbed_ = false;  // another program has the keyboard to itself
     Time looked_{};
 };
 
