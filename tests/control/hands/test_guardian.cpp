@@ -45,6 +45,7 @@ bool ended(pid_t process) {
 pid_t startPlayer(int pipe) {
     const pid_t child = fork();
     if (child == 0) {
+        setpgid(0, 0);
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         dup2(pipe, STDOUT_FILENO);
         XTestHands hands;
@@ -90,6 +91,17 @@ TEST(Guardian, KilledPlayer_LeavesNothingDown) {
     kill(guardian, SIGCONT);
     EXPECT_TRUE(app::waitUntil([&] { return window.down() == 0; }, 1000 * app::slowness()));
     EXPECT_TRUE(app::waitUntil([&] { return ended(guardian); }));
+}
+
+TEST(Guardian, KilledGroup_LeavesNothingDown) {
+    TestServer server;
+    TestWindow window;
+    window.focus();
+    const pid_t player = startPlayer(STDOUT_FILENO);
+    ASSERT_TRUE(app::waitUntil([&] { return window.down() == 3; }));
+    kill(-player, SIGKILL);
+    ASSERT_EQ(waitpid(player, nullptr, 0), player);
+    EXPECT_TRUE(app::waitUntil([&] { return window.down() == 0; }, 1000 * app::slowness()));
 }
 
 TEST(Guardian, Signals_OfTheTerminalDoNotEndIt) {
