@@ -8,28 +8,10 @@
 #include <vector>
 
 #include "tools/base/errors.h"
-#include "tools/base/nearest.h"
-#include "tools/base/texts.h"
+#include "tools/base/known_command.h"
 #include "tools/clip/commands.h"
 
 namespace {
-
-// Throws for a command that is not there, and names the one that may be meant.
-void checkCommand(CLI::App& app, const std::vector<std::string>& arguments) {
-    if (arguments.empty() || arguments[0].starts_with('-')) {
-        return;
-    }
-    std::vector<std::string> names;
-    for (const CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
-        names.push_back(command->get_name());
-    }
-    const std::string nearest = maker::nearestName(arguments[0], names);
-    if (nearest != arguments[0]) {
-        throw CLI::ValidationError("velmora-clip",
-                                   "there is no command " + maker::inQuotes(arguments[0]) +
-                                       (nearest.empty() ? "" : "; did you mean " + nearest + "?"));
-    }
-}
 
 int run(int argc, char** argv) {
     int status = maker::kExitOk;
@@ -41,7 +23,9 @@ int run(int argc, char** argv) {
     }
     try {
         std::vector<std::string> arguments = maker::argumentsOf(argc, argv);
-        checkCommand(app, arguments);
+        if (!arguments.empty() && !arguments[0].starts_with('-')) {
+            maker::checkCommand(app, arguments[0]);
+        }
         std::reverse(arguments.begin(), arguments.end());
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {

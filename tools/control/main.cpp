@@ -3,11 +3,9 @@
 #include <cstdio>
 #include <exception>
 #include <string>
-#include <vector>
 
 #include "tools/base/errors.h"
-#include "tools/base/nearest.h"
-#include "tools/base/texts.h"
+#include "tools/base/known_command.h"
 #include "tools/control/bridge/map_keeper.h"
 #include "tools/control/commands.h"
 
@@ -19,26 +17,14 @@ std::string Places::mapFile() const {
 
 namespace {
 
-// Throws for a command that is not there, and names the one that may be meant.
-void checkCommand(CLI::App& app, int argc, char** argv) {
+// The first word that is neither an option nor the value of one; empty when there is none.
+std::string commandIn(int argc, char** argv) {
     int at = 1;
     while (at < argc && argv[at][0] == '-') {
-        at += std::string(argv[at]) == "--map" || std::string(argv[at]) == "--folder" ? 2 : 1;
+        const std::string option = argv[at];
+        at += option == "--map" || option == "--folder" ? 2 : 1;
     }
-    if (at >= argc) {
-        return;
-    }
-    const std::string typed = argv[at];
-    std::vector<std::string> names;
-    for (const CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
-        names.push_back(command->get_name());
-    }
-    const std::string nearest = maker::nearestName(typed, names);
-    if (nearest != typed) {
-        throw CLI::ValidationError("velmora-control",
-                                   "there is no command " + maker::inQuotes(typed) +
-                                       (nearest.empty() ? "" : "; did you mean " + nearest + "?"));
-    }
+    return at < argc ? argv[at] : "";
 }
 
 int run(int argc, char** argv) {
@@ -56,7 +42,10 @@ int run(int argc, char** argv) {
         add(app, places, status);
     }
     try {
-        checkCommand(app, argc, argv);
+        const std::string command = commandIn(argc, argv);
+        if (!command.empty()) {
+            maker::checkCommand(app, command);
+        }
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kExitOk : kExitUsage;
