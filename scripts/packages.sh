@@ -114,7 +114,7 @@ need_tests() {
     need "tests with other layouts of the keyboard" x11-xkb-utils
     need "the stage script on a real server" xinit
     need "saves disturbed at each of their system calls" strace
-    need "MIDI devices and keyboard layouts of the tests' own" jackd2 x11-xkb-utils
+    need "MIDI devices of the tests' own" jackd2
 }
 
 need_check() {

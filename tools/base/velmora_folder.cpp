@@ -22,7 +22,7 @@ std::string environment(const char* name) {
 
 }  // namespace
 
-fs::path velmoraFolder(const std::string& asked, const char* option) {
+fs::path velmoraFolderToBe(const std::string& asked, const char* option) {
     const std::string home = environment("VELMORA_HOME");
     if (!asked.empty() || !home.empty()) {
         const std::string named = asked.empty() ? home : asked;
@@ -34,12 +34,16 @@ fs::path velmoraFolder(const std::string& asked, const char* option) {
     if (isFolder("videos") && (isFolder("userdata") || isFolder("data"))) {
         return ".";
     }
-    fs::path user = fs::path(environment("HOME")) / "Velmora";
-    if (!isFolder(user)) {
-        throw ToolError("there is no folder " + user.string() +
+    return fs::path(environment("HOME")) / "Velmora";
+}
+
+fs::path velmoraFolder(const std::string& asked, const char* option) {
+    fs::path folder = velmoraFolderToBe(asked, option);
+    if (!isFolder(folder)) {
+        throw ToolError("there is no folder " + folder.string() +
                         ": start Velmora once, or name its folder, " + option + " FOLDER");
     }
-    return user;
+    return folder;
 }
 
 std::vector<std::string> enterFolder(const fs::path& folder, std::vector<std::string> paths) {

@@ -12,6 +12,9 @@ namespace maker {
 // `option` is what asks for one.
 std::filesystem::path velmoraFolder(const std::string& asked, const char* option = "--to");
 
+// The same for who can wait until Velmora makes it: ~/Velmora need not be there yet.
+std::filesystem::path velmoraFolderToBe(const std::string& asked, const char* option);
+
 // Makes it the current one. Returns the paths as they are called from there.
 std::vector<std::string> enterFolder(const std::filesystem::path& folder,
                                      std::vector<std::string> paths);

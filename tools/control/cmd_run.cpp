@@ -28,7 +28,7 @@ void addBridge(CLI::App& app, Places& places, const char* name, const char* help
         ->check(CLI::Range(kSlowestTempo, kFastestTempo));
     command->callback([&places, setup] {
         setup->map = places.mapFile();
-        setup->folder = maker::velmoraFolder(places.folder, "--folder");
+        setup->folder = maker::velmoraFolderToBe(places.folder, "--folder");
         runSession(*setup);
     });
 }

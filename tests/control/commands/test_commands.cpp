@@ -59,6 +59,12 @@ TEST_F(Commands, NoWayToVelmora_EndsAndSaysWhy) {
         << said;
 }
 
+// Velmora makes its folder when it is started first.
+TEST_F(Commands, RunBeforeVelmorasFirstStart_DoesNotAskForItsFolder) {
+    EXPECT_EQ(run("run").find("velmora-control: no way to Velmora"), 0U);
+    EXPECT_NE(run("run --folder nowhere").find("--folder: no folder nowhere"), std::string::npos);
+}
+
 TEST_F(Commands, Mistyped_NamesTheOneThatIsMeant) {
     EXPECT_NE(run("send top.nxt").find("there is no action 'top.nxt'; did you mean top.next?"),
               std::string::npos);
