@@ -139,4 +139,28 @@ TEST(ClockFollower, TenMinutesOfABadLine_DriftNowhere) {
     }
 }
 
+// A machine that stands still now and then, for up to a tenth of a second, and loses ticks besides.
+TEST(ClockFollower, MachineThatStalls_DriftsNowhere) {
+    for (unsigned seed = 1; seed <= 20 && !HasFatalFailure(); ++seed) {
+        std::mt19937 random(seed);
+        const auto below = [&](int n) { return std::uniform_int_distribution(0, n - 1)(random); };
+        double stall = 0;
+        // It has learned the tempo after two beats.
+        const auto arrives = [&](int i) {
+            stall = below(150) == 0 ? std::max(stall, below(100) * 1.0) : stall - of174(0);
+            stall = std::max(stall, 0.0);
+            return below(500) == 0 && i > 2 * kTicksOfBeat ? -1.0 : stall + below(30) / 10.0;
+        };
+        SCOPED_TRACE(seed);
+        const std::vector<Told> told = follow(1740 * kTicksOfBeat, of174, arrives);
+        ASSERT_EQ(told.size(), 1740U);
+        // The last beats, those held up left out, are in time.
+        double least = 1000;
+        for (size_t i = 1720; i < told.size(); ++i) {
+            least = std::min(least, told[i].ms - static_cast<double>(i) * 60000 / 174);
+        }
+        EXPECT_NEAR(least, 2, 6);
+    }
+}
+
 }  // namespace control

@@ -8,8 +8,8 @@ namespace control {
 namespace {
 
 constexpr size_t kStampsKept = 4 * kTicksOfBeat + 1;
-// So many ticks that are late alike are no chance.
-constexpr int kLateTicks = 8;
+// So many ticks that are off alike are no chance.
+constexpr int kTicksOff = 8;
 // What of a tick's error moves the next one's time: a tempo that changes is followed within a few.
 constexpr int kSlowness = 5;
 constexpr double kMinute = 60;
@@ -29,37 +29,42 @@ void ClockFollower::align() {
     told_ = justWas ? 0 : -1;
 }
 
-void ClockFollower::keep(Time now, int64_t index) {
-    stamps_.push_back({now, index});
+void ClockFollower::keep(Stamp stamp) {
+    stamps_.push_back(stamp);
     if (stamps_.size() > kStampsKept) {
         stamps_.pop_front();
     }
-    if (stamps_.size() > 1) {
-        period_ = (now - stamps_.front().when) / (index - stamps_.front().index);
+    const Stamp& first = stamps_.front();
+    if (stamp.index > first.index) {
+        period_ = (stamp.when - first.when) / (stamp.index - first.index);
     }
 }
 
-// A tick that is half a period late or more. As late as those before, but for some that were held
-// up besides: some are missing. Later and later: the tempo is another one.
+// A tick that is off by half a period or more. Off as those before, but for some that were held up
+// besides: so many are missing, or were taken for missing when they were not. Further and further
+// off: the tempo is another one.
 int ClockFollower::lostBy(Duration error, Time now) {
     expected_ += period_;
-    late_.push_back(error);
-    if (late_.size() < kLateTicks) {
+    off_.push_back(error);
+    if (off_.size() < kTicksOff) {
         return 0;
     }
-    const auto middle = late_.end() - kLateTicks / 2;
-    const Duration before = *std::min_element(late_.end() - kLateTicks, middle);
-    const Duration after = *std::min_element(middle, late_.end());
+    const auto middle = off_.end() - kTicksOff / 2;
+    const Duration before = *std::min_element(off_.end() - kTicksOff, middle);
+    const Duration after = *std::min_element(middle, off_.end());
     if (std::chrono::abs(after - before) < period_ / 4) {
         const auto lost = std::lround(secondsOf(std::min(before, after)) / secondsOf(period_));
         expected_ += lost * period_;
-        late_.clear();
+        off_.clear();
         return static_cast<int>(lost);
     }
-    if (late_.size() >= kTicksOfBeat) {
+    if (off_.size() >= kTicksOfBeat) {
         expected_ = now;
-        late_.clear();
+        off_.clear();
         stamps_.clear();
+        for (const Stamp& each : recent_) {
+            keep(each);
+        }
     }
     return 0;
 }
@@ -67,26 +72,33 @@ int ClockFollower::lostBy(Duration error, Time now) {
 // How many ticks before this one did not come.
 int ClockFollower::lostBefore(Time now) {
     const Duration error = now - (expected_ + period_);
-    if (!knows() || error <= -period_ / 2) {
+    if (!knows()) {
         expected_ = now;
-        late_.clear();
+        off_.clear();
         return 0;
     }
-    if (error >= period_ / 2) {
+    if (std::chrono::abs(error) >= period_ / 2) {
         return lostBy(error, now);
     }
     expected_ += period_ + error / kSlowness;
-    late_.clear();
+    off_.clear();
     return 0;
 }
 
 std::optional<int64_t> ClockFollower::tick(Time now) {
-    if (!stamps_.empty() && now - last() >= kClockGone) {
+    if (!recent_.empty() && now - last() >= kClockGone) {
+        recent_.clear();
         stamps_.clear();
     }
-    const int64_t before = stamps_.empty() ? -1 : stamps_.back().index;
+    const int64_t before = recent_.empty() ? -1 : recent_.back().index;
     const int steps = 1 + lostBefore(now);
-    keep(now, before + steps);
+    recent_.push_back({now, before + steps});
+    if (recent_.size() > kTicksOfBeat) {
+        recent_.pop_front();
+    }
+    if (off_.empty()) {
+        keep(recent_.back());
+    }
     if (!running_) {
         return std::nullopt;
     }
@@ -109,7 +121,7 @@ Time ClockFollower::next() const {
         return Time::max();
     }
     const Time due = expected_ + (nextBeat() * kTicksOfBeat - count_) * period_ + period_ / 2;
-    return due - last() < kLateTicks * period_ ? due : Time::max();
+    return due - last() < kTicksOff * period_ ? due : Time::max();
 }
 
 std::optional<int64_t> ClockFollower::advance(Time now) {

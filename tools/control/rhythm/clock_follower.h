@@ -29,7 +29,7 @@ public:
     // The nearest beat is the first of a bar.
     void align();
 
-    bool runs(Time now) const { return running_ && !stamps_.empty() && now - last() < kClockGone; }
+    bool runs(Time now) const { return running_ && !recent_.empty() && now - last() < kClockGone; }
     double tempo() const;  // beats a minute; 0 while it is not known
     // When advance() may have a beat whose tick did not come; Time::max(): never.
     Time next() const;
@@ -40,20 +40,21 @@ private:
         int64_t index;  // of the tick, lost ones counted
     };
 
-    Time last() const { return stamps_.back().when; }
+    Time last() const { return recent_.back().when; }
     bool knows() const { return stamps_.size() >= kTicksOfBeat; }
     int64_t nextBeat() const;
     int lostBefore(Time now);
     int lostBy(Duration error, Time now);
-    void keep(Time now, int64_t index);
+    void keep(Stamp stamp);
 
-    bool running_ = true;  // clocks that never say START run from their first tick
-    int64_t count_ = -1;   // the last tick of the beats
-    int64_t told_ = -1;    // the beat told last
-    std::deque<Stamp> stamps_;
-    Duration period_{};           // of a tick
-    Time expected_{};             // when the last tick should have come
-    std::vector<Duration> late_;  // of ticks that came late, running
+    bool running_ = true;        // clocks that never say START run from their first tick
+    int64_t count_ = -1;         // the last tick of the beats
+    int64_t told_ = -1;          // the beat told last
+    std::deque<Stamp> recent_;   // the last beat's
+    std::deque<Stamp> stamps_;   // those in time, of some beats: held up ones would bend the period
+    Duration period_{};          // of a tick
+    Time expected_{};            // when the last tick should have come
+    std::vector<Duration> off_;  // by how much, of ticks that were off in a row
 };
 
 }  // namespace control
