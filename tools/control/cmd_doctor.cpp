@@ -53,15 +53,14 @@ void examineMidi(const ControlMap& map, Findings& findings) {
 }
 
 void examineOsc(const ControlMap& map, Findings& findings) {
+    std::string what = "OSC: " + map.listen + ", port " + std::to_string(map.port);
     try {
         const OscEar ear(map.listen, map.port);
-        findings.push_back({true,
-                            "OSC: " + map.listen + ", port " + std::to_string(map.port) +
-                                ", is free; no bridge runs",
-                            ""});
-    } catch (const maker::ToolError& error) {
-        findings.push_back({true, error.what(), ""});
+        what.append(", is free; no bridge runs");
+    } catch (const maker::ToolError&) {
+        what.append(", is taken: a bridge runs, or another program has it");
     }
+    findings.push_back({true, what, ""});
 }
 
 void examineFolder(const Places& places, Findings& findings) {

@@ -94,8 +94,7 @@ TEST_F(BridgeTest, Pad_PressesOnceAndItsReleaseNothing) {
     bridge.hear(note(36, 0.8));
     bridge.hear(note(36, 0, 10));
     EXPECT_EQ(until(500), "+S -S");
-    EXPECT_EQ(said(),
-              "pads: note 36, channel 10 -> flash\npads: note 36 let go, channel 10 -> flash\n");
+    EXPECT_EQ(said(), "pads: note 36, channel 10 -> flash\npads: note 36 let go, channel 10\n");
 }
 
 TEST_F(BridgeTest, PadOfAHeldAction_HoldsAsLongAsItIsDown) {

@@ -317,6 +317,17 @@ TEST_F(ControlOnStage, BridgeStartedLate_FindsHomeFromAnyScreen) {
             bridge.emplace(hands, control::ControlMap{}, filesNow(), 1U);
             play("home");
             EXPECT_EQ(all->state, STATE_HOME) << shown << part;
+            if (shown == STATE_HOME && part == SUB_PERFORMING) {
+                continue;  // the menu is entered from the list alone
+            }
+            all->state = shown;
+            all->subState = part;
+            bridge.emplace(hands, control::ControlMap{}, filesNow(), 1U);
+            play("playlist 2");
+            EXPECT_EQ(all->state, STATE_MIX) << shown << part;
+            EXPECT_EQ(playlist->currentFamille, 1) << shown << part;
+            expectSame("a playlist where the screen was unsure");
+            playlist->currentFamille = 0;
         }
     }
 }

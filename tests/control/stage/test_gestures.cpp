@@ -226,6 +226,17 @@ TEST(Gestures, Home_FromEverywhere) {
     EXPECT_EQ(played("home", stage), "Return | Z | Return | Z");
 }
 
+TEST(Gestures, PlaylistWhereTheScreenIsUnsure_GoesThroughTheMenu) {
+    StageModel stage = mixing();
+    stage.screen = Screen::UNSURE;
+    stage.selected.reset();
+    EXPECT_EQ(played("list", stage), "Return");
+    EXPECT_EQ(stage.screen, Screen::UNSURE);
+    EXPECT_EQ(played("playlist 1", stage),
+              "Return | Z | Return | Z | Right | Up | Left | X | Up | . | Up | . | Up | X");
+    EXPECT_EQ(stage.screen, Screen::MIX);
+}
+
 TEST(Gestures, ListFromTheMenu_EntersMix) {
     StageModel stage = freshStage();
     EXPECT_EQ(played("list", stage), "Right | Up | Left | X");

@@ -22,6 +22,11 @@ Key heldKey(ActionKind kind) {
     return kind == ActionKind::FADE ? Key::A : Key::SPACE;
 }
 
+// The end of a press that does nothing.
+bool isLetGo(const Action& action, std::optional<double> value) {
+    return value == 0.0 && !isHeld(action.kind) && !takesValue(action.kind);
+}
+
 bool isClock(HeardKind kind) {
     return kind == HeardKind::CLOCK || kind == HeardKind::START || kind == HeardKind::CONTINUE ||
            kind == HeardKind::STOP;
@@ -118,6 +123,10 @@ void Bridge::hearAction(const Heard& heard) {
         return;
     }
     const bool numbered = takesNumber(action->kind);
+    if (!numbered && isLetGo(*action, heard.value)) {
+        tell(textOf(heard), "", "");
+        return;
+    }
     tell(textOf(heard), nameOf(*action),
          act(*action, numbered ? std::nullopt : heard.value, Quantum::NOW, heard.when));
 }
@@ -143,12 +152,15 @@ void Bridge::hearBinding(const Binding& binding, const Heard& heard) {
         before = pressed;
         value = pressed ? 1 : 0;
     }
+    if (isLetGo(binding.action, value)) {
+        tell(textOf(heard), "", "");
+        return;
+    }
     tell(textOf(heard), nameOf(binding.action), act(binding.action, value, binding.at, heard.when));
 }
 
 std::string Bridge::act(const Action& action, std::optional<double> value, Quantum at, Time now) {
-    const bool letGo = value == 0.0;
-    if (letGo && !isHeld(action.kind) && !takesValue(action.kind)) {
+    if (isLetGo(action, value)) {
         return "";
     }
     if (at != Quantum::NOW && beat_.beats(now)) {

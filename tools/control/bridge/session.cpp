@@ -115,6 +115,9 @@ Session::Session(const SessionSetup& setup)
     reached_ = road_->reachesVelmora();
     bridge_.reaches(reached_);
     print("plays Velmora by " + road_->road() + (reached_ ? "" : ", when it is there"));
+    if (stage_ != 0) {
+        print("Velmora ran already: it is taken for a mix; `home` and `playlist 1` find the way");
+    }
 }
 
 void Session::openOsc() {
@@ -205,7 +208,7 @@ void Session::hear(const Heard& heard) {
     if (heard.kind != HeardKind::OSC || !teller_.hear(heard)) {
         bridge_.hear(heard);
     } else if (setup_.monitor) {
-        print(textOf(heard));
+        print(textOf(heard) + (heard.address == "/do" ? " -> " + maker::readable(heard.text) : ""));
     }
 }
 

@@ -96,25 +96,6 @@ void chooseRow(Builder& keys, StageModel& stage, int row, int rows) {
     stage.selected = row;
 }
 
-std::string loadPlaylist(Builder& keys, int number, StageModel& stage, const StageFiles& files) {
-    const int rows = static_cast<int>(files.tracks.size());
-    if (number > rows) {
-        return "there is no playlist " + std::to_string(number) + "; Velmora has " +
-               std::to_string(rows);
-    }
-    openList(keys, stage);
-    chooseRow(keys, stage, number - 1, rows);
-    keys.press(Key::X);
-    // What loading starts afresh with; filters stay.
-    const StageModel fresh;
-    stage.screen = Screen::MIX;
-    stage.active = fresh.active;
-    stage.mode = fresh.mode;
-    stage.backwards = fresh.backwards;
-    stage.panel = fresh.panel;
-    return "";
-}
-
 // Return and Z are the way home from the mix; where the list may have been open instead, the same
 // again. In the menu neither does anything.
 void goHome(Builder& keys, StageModel& stage) {
@@ -130,6 +111,28 @@ void goHome(Builder& keys, StageModel& stage) {
     stage.panel = false;
 }
 
+std::string loadPlaylist(Builder& keys, int number, StageModel& stage, const StageFiles& files) {
+    const int rows = static_cast<int>(files.tracks.size());
+    if (number > rows) {
+        return "there is no playlist " + std::to_string(number) + "; Velmora has " +
+               std::to_string(rows);
+    }
+    if (stage.screen == Screen::UNSURE) {
+        goHome(keys, stage);  // in another page's list X would do something else
+    }
+    openList(keys, stage);
+    chooseRow(keys, stage, number - 1, rows);
+    keys.press(Key::X);
+    // What loading starts afresh with; filters stay.
+    const StageModel fresh;
+    stage.screen = Screen::MIX;
+    stage.active = fresh.active;
+    stage.mode = fresh.mode;
+    stage.backwards = fresh.backwards;
+    stage.panel = fresh.panel;
+    return "";
+}
+
 std::string elsewhere(Builder& keys, const Action& action, StageModel& stage,
                       const StageFiles& files) {
     switch (action.kind) {
@@ -142,7 +145,9 @@ std::string elsewhere(Builder& keys, const Action& action, StageModel& stage,
             keys.press(Key::F);
             break;
         case ActionKind::LIST:
-            if (stage.screen == Screen::LIST) {
+            if (stage.screen == Screen::UNSURE) {
+                keys.press(Key::RETURN);
+            } else if (stage.screen == Screen::LIST) {
                 keys.press(Key::RETURN);
                 stage.screen = Screen::MIX;
             } else {
