@@ -184,6 +184,23 @@ TEST_F(BridgeTest, OscNumber_ChoosesThePlaylist) {
     EXPECT_EQ(until(5000), "+Right -Right +Up -Up +Left -Left +X -X +Down -Down +X -X");
 }
 
+TEST_F(BridgeTest, OscButtonOfAPlaylist_LoadsItOnce) {
+    bridge.stageBegins(after(0));
+    bridge.hear(osc("/playlist/1", 1));
+    bridge.hear(osc("/playlist/1", 0));
+    EXPECT_EQ(until(5000), "+Right -Right +Up -Up +Left -Left +X -X +X -X");
+}
+
+TEST_F(BridgeTest, StageThatBeginsUnreached_IsNotPlayed) {
+    bridge.reaches(false);
+    bridge.stageBegins(after(0));
+    EXPECT_EQ(bridge.act(actionNamed("list").value(), std::nullopt, Quantum::NOW, after(0)),
+              "Velmora does not have the keyboard");
+    bridge.reaches(true);
+    EXPECT_EQ(bridge.stage().screen, Screen::HOME);
+    EXPECT_EQ(bridge.act(actionNamed("list").value(), std::nullopt, Quantum::NOW, after(0)), "");
+}
+
 TEST_F(BridgeTest, BoundOscAddress_IsTheMaps) {
     Binding binding = on(HeardKind::OSC, 0, "flash");
     binding.address = "/mode/add";

@@ -114,6 +114,16 @@ TEST(ClockFollower, OtherTempo_CountsTicksAsTheyCome) {
     }
 }
 
+TEST(ClockFollower, FloodOfTicks_IsOnlyCounted) {
+    ClockFollower follower;
+    int64_t last = -1;
+    for (int i = 0; i < 100 * kTicksOfBeat; ++i) {
+        last = follower.tick(at(i < 1200 ? 0 : i * 0.001)).value_or(last);
+        EXPECT_EQ(follower.next(), Time::max());
+    }
+    EXPECT_EQ(last, 99);
+}
+
 TEST(ClockFollower, SilentClock_MakesNothingUp) {
     ClockFollower follower;
     for (int i = 0; i < 100; ++i) {

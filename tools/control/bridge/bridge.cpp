@@ -122,13 +122,14 @@ void Bridge::hearAction(const Heard& heard) {
         tell(textOf(heard), "", "");
         return;
     }
-    const bool numbered = takesNumber(action->kind);
-    if (!numbered && isLetGo(*action, heard.value)) {
+    // Beside a number in the address it is how far a button is down.
+    const bool isNumber = !actionOfAddress(heard.address, std::nullopt);
+    const std::optional<double> value = isNumber ? std::nullopt : heard.value;
+    if (isLetGo(*action, value)) {
         tell(textOf(heard), "", "");
         return;
     }
-    tell(textOf(heard), nameOf(*action),
-         act(*action, numbered ? std::nullopt : heard.value, Quantum::NOW, heard.when));
+    tell(textOf(heard), nameOf(*action), act(*action, value, Quantum::NOW, heard.when));
 }
 
 // A knob or fader presses when it rises above the middle, and lets go below it.
@@ -301,8 +302,9 @@ void Bridge::onBeat(std::optional<int64_t> beat, Time now) {
 }
 
 void Bridge::stageBegins(Time now) {
+    const bool reached = reached_;
     reaches(false);
-    reached_ = true;
+    reached_ = reached;
     stage_ = freshStage();
     played_ = stage_;
     opens_ = now + kIntro;

@@ -41,7 +41,9 @@ private:
     };
 
     Time last() const { return recent_.back().when; }
-    bool knows() const { return stamps_.size() >= kTicksOfBeat; }
+    // Ticks closer together are a flood, no tempo.
+    static constexpr Duration kShortestTick = milliseconds(2);
+    bool knows() const { return stamps_.size() >= kTicksOfBeat && period_ >= kShortestTick; }
     int64_t nextBeat() const;
     int lostBefore(Time now);
     int lostBy(Duration error, Time now);
