@@ -8,6 +8,7 @@
 
 #include <array>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -41,6 +42,13 @@ bool ended(pid_t process) {
     return !(stat >> id >> name >> state) || state == "Z";
 }
 
+// It has let go of the files that it was born with.
+bool guards(pid_t process) {
+    std::error_code none;
+    const auto output = "/proc/" + std::to_string(process) + "/fd/1";
+    return std::filesystem::read_symlink(output, none) == "/dev/null";
+}
+
 // A process that plays and then waits for its end by a signal. `pipe` is its standard output.
 pid_t startPlayer(int pipe) {
     const pid_t child = fork();
@@ -71,6 +79,7 @@ TEST(Guardian, KilledPlayer_LeavesNothingDown) {
     const pid_t guardian = childOf(player);
     ASSERT_GT(guardian, 0);
 
+    ASSERT_TRUE(app::waitUntil([&] { return guards(guardian); }));
     kill(guardian, SIGSTOP);  // it lives on while the pipe's other end is looked at
     ASSERT_TRUE(app::waitUntil([&] {
         std::ifstream stat("/proc/" + std::to_string(guardian) + "/stat");
@@ -82,7 +91,7 @@ TEST(Guardian, KilledPlayer_LeavesNothingDown) {
     kill(player, SIGKILL);
     ASSERT_EQ(waitpid(player, nullptr, 0), player);
     pollfd waiting = {ends[0], POLLIN, 0};
-    EXPECT_EQ(poll(&waiting, 1, 1000 * app::slowness()), 1);
+    ASSERT_EQ(poll(&waiting, 1, 1000 * app::slowness()), 1);
     char byte = 0;
     EXPECT_EQ(read(ends[0], &byte, 1), 0);
     close(ends[0]);
