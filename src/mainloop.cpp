@@ -135,6 +135,9 @@ void drawMix() {
         const MixLayer& active = mix->layer[mix->activeLayer];
         mix->topBar = _options->topbar;
         mix->finRender(active.frame, moxel[active.deck].frameCount);
+        if (mixPictureDone != nullptr) {
+            mixPictureDone();
+        }
         mix->lecture();
         mix->drawUI();
         if (_options->topbar != 0) {

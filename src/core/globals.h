@@ -33,6 +33,9 @@ inline int x2 = 1;               // main; never read
 inline int debugCount = 0;       // main; never read
 inline short maxDeck = 0;        // main; never read
 inline int _debugInt = 0;        // counts controller button presses: input
+// Called with the mix's picture on the video surface and nothing of the interface over it. Null
+// on stage: who films it sets it before the run.
+inline void (*mixPictureDone)() = nullptr;
 
 // Surfaces, input devices.
 inline SDL_Surface* screen[2] = {};        // [0] work surface, [1] video surface: main, display
