@@ -1,5 +1,8 @@
 #include "tools/clip/media/movie.h"
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <filesystem>
 
 extern "C" {
@@ -33,18 +36,40 @@ constexpr MovieKind kMovies[] = {
 };
 // clang-format on
 
-FramePtr frameOf(const Picture& picture) {
+// With the pixels copied; without any it is not filled.
+FramePtr frameOf(const MovieShape& shape, const void* pixels) {
     FramePtr frame = newFrame();
-    frame->width = picture.width;
-    frame->height = picture.height;
-    frame->format = AV_PIX_FMT_RGBA;
+    frame->width = shape.width;
+    frame->height = shape.height;
+    frame->format = shape.form;
     if (av_frame_get_buffer(frame.get(), 0) < 0) {
         throw std::bad_alloc();
     }
-    const int pitch = picture.width * 4;
-    av_image_copy_plane(frame->data[0], frame->linesize[0], picture.rgba.data(), pitch, pitch,
-                        picture.height);
+    if (pixels != nullptr) {
+        const int pitch = av_image_get_linesize(shape.form, shape.width, 0);
+        av_image_copy_plane(frame->data[0], frame->linesize[0], static_cast<const uint8_t*>(pixels),
+                            pitch, pitch, shape.height);
+    }
     return frame;
+}
+
+// FFmpeg's writing and seeking, on a file that is the caller's.
+int writeTo(void* shape, uint8_t* bytes, int count) {
+    const int file = static_cast<MovieShape*>(shape)->file;
+    for (int done = 0; done < count;) {
+        const ssize_t written = write(file, bytes + done, static_cast<size_t>(count - done));
+        if (written < 0 && errno != EINTR) {
+            return AVERROR(errno);
+        }
+        done += written > 0 ? static_cast<int>(written) : 0;
+    }
+    return count;
+}
+
+int64_t seekIn(void* shape, int64_t offset, int whence) {
+    const bool known = whence == SEEK_SET || whence == SEEK_CUR || whence == SEEK_END;
+    const off_t at = known ? lseek(static_cast<MovieShape*>(shape)->file, offset, whence) : -1;
+    return at >= 0 ? at : AVERROR(known ? errno : ENOSYS);
 }
 
 std::string sentenceOf(const MovieKind& kind) {
@@ -76,7 +101,10 @@ std::string movieEndings() {
 }
 
 void MovieWriter::FreeMuxer::operator()(AVFormatContext* format) const {
-    if (format->pb != nullptr) {
+    if (format->pb != nullptr && (format->flags & AVFMT_FLAG_CUSTOM_IO) != 0) {
+        av_freep(&format->pb->buffer);
+        avio_context_free(&format->pb);
+    } else if (format->pb != nullptr) {
         uint8_t* bytes = nullptr;
         avio_close_dyn_buf(format->pb, &bytes);
         av_free(bytes);
@@ -85,12 +113,17 @@ void MovieWriter::FreeMuxer::operator()(AVFormatContext* format) const {
 }
 
 MovieWriter::MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps)
+    : MovieWriter(kind, {.width = width, .height = height, .alpha = alpha, .fps = fps}) {}
+
+MovieWriter::MovieWriter(const MovieKind& kind, const MovieShape& shape)
     : kind_(kind),
-      frameTime_(av_inv_q(av_d2q(fps, kLargestTerm))),
+      shape_(shape),
+      frameTime_(av_inv_q(av_d2q(shape.fps, kLargestTerm))),
       packet_(needed(av_packet_alloc())) {
-    const char* filters = alpha && kind.keepsAlpha ? kind.alphaFilters : kind.filters;
-    graph_.emplace(*frameOf(Picture(width, height)), frameTime_, filters, sentenceOf(kind));
-    openEncoder(fps);
+    const char* const own = shape.alpha && kind.keepsAlpha ? kind.alphaFilters : kind.filters;
+    const std::string filters = shape.filters.empty() ? own : shape.filters + "," + own;
+    graph_.emplace(*frameOf(shape, nullptr), frameTime_, filters, sentenceOf(kind));
+    openEncoder();
     openFile();
 }
 
@@ -100,7 +133,7 @@ void MovieWriter::require(int result, const char* step) const {
     }
 }
 
-void MovieWriter::openEncoder(double fps) {
+void MovieWriter::openEncoder() {
     const AVCodec* codec = avcodec_find_encoder_by_name(kind_.encoder);
     require(codec != nullptr ? 0 : AVERROR_ENCODER_NOT_FOUND, kind_.encoder);
     codec_.reset(needed(avcodec_alloc_context3(codec)));
@@ -108,9 +141,24 @@ void MovieWriter::openEncoder(double fps) {
     codec_->height = av_buffersink_get_h(graph_->sink());
     codec_->pix_fmt = static_cast<AVPixelFormat>(av_buffersink_get_format(graph_->sink()));
     codec_->time_base = frameTime_;
-    codec_->framerate = av_d2q(fps, kLargestTerm);
+    codec_->framerate = av_inv_q(frameTime_);
     codec_->sample_aspect_ratio = {1, 1};
     require(av_set_options_string(codec_.get(), kind_.options, "=", ":"), "options");
+}
+
+void MovieWriter::openOutput() {
+    constexpr int kBuffer = 1 << 16;
+    if (shape_.file < 0) {
+        require(avio_open_dyn_buf(&muxer_->pb), "memory");
+        return;
+    }
+    muxer_->flags |= AVFMT_FLAG_CUSTOM_IO;
+    auto* const buffer = static_cast<uint8_t*>(needed(av_malloc(kBuffer)));
+    muxer_->pb = avio_alloc_context(buffer, kBuffer, 1, &shape_, nullptr, writeTo, seekIn);
+    if (muxer_->pb == nullptr) {
+        av_free(buffer);
+        throw std::bad_alloc();
+    }
 }
 
 void MovieWriter::openFile() {
@@ -127,15 +175,19 @@ void MovieWriter::openFile() {
     stream_->time_base = frameTime_;
     stream_->avg_frame_rate = codec_->framerate;
     stream_->sample_aspect_ratio = {1, 1};
-    require(avio_open_dyn_buf(&format->pb), "memory");
+    openOutput();
     // Repeats for ever, where the kind of file can say so.
     av_opt_set(format, "plays", "0", AV_OPT_SEARCH_CHILDREN);
     require(avformat_write_header(format, nullptr), kind_.muxer);
 }
 
 void MovieWriter::add(const Picture& picture) {
+    add(picture.rgba.data());
+}
+
+void MovieWriter::add(const void* pixels) {
     stopIfInterrupted();
-    const FramePtr frame = frameOf(picture);
+    const FramePtr frame = frameOf(shape_, pixels);
     frame->pts = added_++;
     graph_->push(frame.get());
     drainFilters();
@@ -178,6 +230,11 @@ std::vector<uint8_t> MovieWriter::finish() {
     drainFilters();
     encode(nullptr);
     require(av_write_trailer(muxer_.get()), kind_.muxer);
+    if (shape_.file >= 0) {
+        avio_flush(muxer_->pb);
+        require(muxer_->pb->error, "writing");
+        return {};
+    }
     // Closing the memory would overwrite what follows the place that the trailer went back to.
     uint8_t* bytes = nullptr;
     const int size = avio_get_dyn_buf(muxer_->pb, &bytes);

@@ -33,25 +33,41 @@ std::string movieEndings();  // ".apng, .gif, ..."
 extern const MovieKind kPng;   // a single picture
 extern const MovieKind kJpeg;  // likewise
 
+// What a film is made of and where it goes.
+struct MovieShape {
+    int width = 0;  // of the pictures that come
+    int height = 0;
+    bool alpha = false;
+    double fps = 0;
+    AVPixelFormat form = AV_PIX_FMT_RGBA;  // of their pixels, which lie without gaps
+    std::string filters = {};              // of FFmpeg, before those of the kind
+    int file = -1;  // a descriptor that the film is written to, the caller's; -1: into memory
+};
+
 class MovieWriter {
 public:
     MovieWriter(const MovieKind& kind, int width, int height, bool alpha, double fps);
+    MovieWriter(const MovieKind& kind, const MovieShape& shape);
 
     void add(const Picture& picture);
-    std::vector<uint8_t> finish();
+    void add(const void* pixels);
+    std::vector<uint8_t> finish();  // empty where a file has got them
 
 private:
     struct FreeMuxer {
         void operator()(AVFormatContext* format) const;
     };
 
-    void openEncoder(double fps);
+    void openOutput();
+
+    void openEncoder();
     void openFile();
     void drainFilters();
     void encode(const AVFrame* frame);
     void require(int result, const char* step) const;
 
     const MovieKind& kind_;
+    MovieShape shape_;
     AVRational frameTime_;
     std::optional<FilterGraph> graph_;
     CodecPtr codec_;
