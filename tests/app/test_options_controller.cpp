@@ -1,20 +1,15 @@
 // The controller's options, with the joystick double: assigned, saved, found again after a restart,
 // and played.
-#include <stdlib.h>
-
-#include <cstddef>
-#include <cstring>
-#include <fstream>
-
 #include "app/expected.h"
-#include "app/joystick_double.h"
 #include "app/options_pages.h"
+#include "app/pad.h"
 #include "app/pictures.h"
 #include "app/tiny_clip.h"
 
 namespace {
 
 using app::Box;
+using app::Pad;
 using app::Place;
 using app::Shot;
 
@@ -25,33 +20,6 @@ constexpr uint16_t kLit = 0x211F;
 constexpr Place kSquares[14] = {{140, 90},  {170, 120}, {140, 150}, {110, 120}, {475, 80},
                                 {525, 120}, {475, 160}, {430, 120}, {140, 10},  {475, 10},
                                 {140, -30}, {475, -30}, {360, 120}, {260, 120}};
-
-// One controller whose buttons the test presses.
-class Pad {
-public:
-    explicit Pad(const std::string& path) : path_(path) {
-        app::PadState state = {};
-        strncpy(state.name, "Velmora Test Pad", sizeof state.name - 1);
-        std::ofstream file(path, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(&state), sizeof state);
-    }
-    void set(int button, bool down) {
-        std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
-        file.seekp(static_cast<std::streamoff>(offsetof(app::PadState, buttons)) + button);
-        file.put(down ? 1 : 0);
-    }
-    // For the programs that start while it lives.
-    class Plugged {
-    public:
-        explicit Plugged(const Pad& pad) { setenv(app::kPadFileVariable, pad.path_.c_str(), 1); }
-        ~Plugged() { unsetenv(app::kPadFileVariable); }
-        Plugged(const Plugged&) = delete;
-        Plugged& operator=(const Plugged&) = delete;
-    };
-
-private:
-    std::string path_;
-};
 
 class ControllerOptions : public app::OptionsPages {
 protected:

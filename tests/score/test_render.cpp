@@ -1,0 +1,279 @@
+// The real velmora-render.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "support/folder.h"
+#include "tools/clip/media/source.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+std::string textOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+Outcome render(const std::string& arguments) {
+    const std::string line =
+        std::string("'") + VELMORA_RENDER + "' " + arguments + " >out.txt 2>err.txt </dev/null";
+    const int status = std::system(line.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, textOf("out.txt"), textOf("err.txt")};
+}
+
+void write(const std::string& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+// Ten lines, by hand.
+const std::string kVideo =
+    "velmora score 1\n"
+    "playlist FIVE\n"
+    "seed 7\n"
+    "0 2 down            # blend, the bottom layer\n"
+    "+5 right right up\n"
+    "20-180/16 right\n"
+    "40 i:6\n"
+    "+1 backspace right  # snow\n"
+    "60-120/20 s 1:1 a:9\n"
+    "200 end\n";
+
+// Velmora's folder is "set".
+class Render : public testing::Test {
+protected:
+    void SetUp() override {
+        fs::create_directories("set/videos");
+        fs::create_directories("set/userdata");
+        fs::create_directory_symlink(PRODUCT_DATA, "set/data");
+        std::string list = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n";
+        list +=
+            "\t<playlist>\n\t\t<name>ONE</name>\n\t\t<track>dense-360.m19</track>\n\t</playlist>\n";
+        list += "\t<playlist>\n\t\t<name>EMPTY</name>\n\t</playlist>\n";
+        list += "\t<playlist>\n\t\t<name>FIVE</name>\n";
+        for (const char* clip :
+             {"long-256", "rgb-all-360", "rgba-all-360", "dense-360", "runs-360"}) {
+            const std::string name = std::string(clip) + ".m19";
+            fs::copy_file(TEST_DATA "/clips/" + name, "set/videos/" + name);
+            list += "\t\t<track>" + name + "</track>\n";
+        }
+        write("set/userdata/playlists.xml", list + "\t</playlist>\n</all>\n");
+        write("video.score", kVideo);
+    }
+    TemporaryFolder folder_;
+};
+
+TEST_F(Render, SameScore_GivesTheSamePictures) {
+    const Outcome first = render("video.score --sums --folder set");
+    EXPECT_EQ(first.status, 0) << first.err;
+    EXPECT_EQ(std::count(first.out.begin(), first.out.end(), '\n'), 200);
+    EXPECT_EQ(render("video.score --sums --folder set").out, first.out);
+    const Outcome same = render("video.score --diff video.score --folder set");
+    EXPECT_EQ(same.status, 0);
+    EXPECT_EQ(same.out, "the same pictures\n");
+}
+
+TEST_F(Render, Seed_IsTheSnows) {
+    write("snow.score", "velmora score 1\nplaylist ONE\nseed 1\n0 +o\n5 backspace\n50 end\n");
+    fs::copy_file("snow.score", "same.score");
+    write("other.score", "velmora score 1\nplaylist ONE\nseed 2\n0 +o\n5 backspace\n50 end\n");
+    write("set/userdata/prefs.xml",
+          "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n\t<mode>0</mode>\n"
+          "\t<topbar>0</topbar>\n\t<fps>0</fps>\n\t<res_w>1280</res_w>\n\t<res_h>720</res_h>\n"
+          "\t<filter>9</filter>\n\t<filter>9</filter>\n\t<filter>9</filter>\n\t<filter>9</filter>\n"
+          "\t<filter>9</filter>\n\t<filter>9</filter>\n\t<filter>9</filter>\n\t<filter>9</filter>\n"
+          "\t<filter>9</filter>\n</all>\n");
+    EXPECT_EQ(render("snow.score --diff same.score --folder set").status, 0);
+    const Outcome other = render("snow.score --diff other.score --folder set");
+    EXPECT_EQ(other.status, 1);
+    EXPECT_EQ(other.out, "frame 6 differs\n");
+}
+
+TEST_F(Render, Diff_NamesTheFirstFrame) {
+    write("longer.score", kVideo.substr(0, kVideo.find("200 end")) + "210 end\n");
+    EXPECT_EQ(render("video.score --diff longer.score --folder set").out, "frame 200 differs\n");
+    write("later.score", kVideo + "150 left\n");
+    EXPECT_EQ(render("later.score --diff video.score --folder set").out, "frame 151 differs\n");
+}
+
+// So many pictures into a film.
+std::vector<uint8_t> pictureIn(const std::string& path, int frame) {
+    maker::SourceOptions options;
+    options.path = path;
+    maker::VideoSource source(options);
+    for (int i = 0; i <= frame; ++i) {
+        EXPECT_TRUE(source.step());
+    }
+    return source.picture();
+}
+
+int framesIn(const std::string& path) {
+    maker::SourceOptions options;
+    options.path = path;
+    maker::VideoSource source(options);
+    int frames = 0;
+    while (source.step()) {
+        ++frames;
+    }
+    return frames;
+}
+
+TEST_F(Render, Film_HoldsEveryFrameExactly) {
+    const Outcome film = render("video.score -o film.mkv --size 640x360 --folder set --from 90");
+    ASSERT_EQ(film.status, 0) << film.err;
+    EXPECT_EQ(film.out, "film.mkv: 110 frames, 4.3 s\n");
+    EXPECT_EQ(framesIn("film.mkv"), 110);
+    ASSERT_EQ(render("video.score -o still.png --still 100 --folder set").status, 0);
+    EXPECT_TRUE(pictureIn("film.mkv", 10) == pictureIn("still.png", 0));
+    EXPECT_FALSE(pictureIn("film.mkv", 10) == pictureIn("film.mkv", 11));
+}
+
+// Which is as large as the input of a clip is scaled down to again.
+TEST_F(Render, LargeFilm_IsDoubled) {
+    ASSERT_EQ(render("video.score -o small.mkv --size 640x360 --folder set --to 3").status, 0);
+    ASSERT_EQ(render("video.score -o large.mkv --folder set --to 3").status, 0);
+    EXPECT_EQ(framesIn("large.mkv"), 3);
+    maker::SourceOptions options;
+    options.path = "large.mkv";
+    options.nearest = true;
+    maker::VideoSource large(options);
+    ASSERT_TRUE(large.step());
+    EXPECT_TRUE(large.picture() == pictureIn("small.mkv", 0));
+}
+
+TEST_F(Render, Mp4_HasTheFrames) {
+    const Outcome film = render("video.score -o film.mp4 --size 640x360 --folder set --to 50");
+    ASSERT_EQ(film.status, 0) << film.err;
+    EXPECT_EQ(framesIn("film.mp4"), 50);
+}
+
+TEST_F(Render, Interface_IsFilmedOnDemand) {
+    write("panel.score", "velmora score 1\nplaylist FIVE\n0 tab\n30 end\n");
+    write("bare.score", "velmora score 1\nplaylist FIVE\n30 end\n");
+    EXPECT_EQ(render("panel.score --diff bare.score --folder set").status, 0);
+    EXPECT_EQ(render("panel.score --diff bare.score --interface --folder set").out,
+              "frame 1 differs\n");
+}
+
+TEST_F(Render, Lines_OverTheMixAreInterface) {
+    write("set/userdata/prefs.xml",
+          "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n"
+          "\t<mode>0</mode>\n\t<topbar>1</topbar>\n\t<fps>1</fps>\n");
+    const std::string lines = render("video.score --sums --folder set").out;
+    fs::remove("set/userdata/prefs.xml");
+    EXPECT_EQ(render("video.score --sums --folder set").out, lines);
+}
+
+// What the score holds counts, and what the program saves goes nowhere.
+TEST_F(Render, UserFiles_AreTheScores) {
+    const std::string before = textOf("set/userdata/playlists.xml");
+    const std::string sums = render("video.score --sums --folder set").out;
+    std::string held = "velmora score 1\nfile userdata/playlists.xml\n|";
+    for (const char byte : before) {
+        held.append(1, byte).append(byte == '\n' ? "|" : "");
+    }
+    write("held.score", held + "\n" + kVideo.substr(kVideo.find('\n') + 1));
+    fs::remove("set/userdata/playlists.xml");
+    EXPECT_EQ(render("held.score --sums --folder set").out, sums);
+    EXPECT_FALSE(fs::exists("set/userdata/playlists.xml"));
+    write("none.score",
+          "velmora score 1\nfile userdata/playlists.xml missing\nplaylist FIVE\n9 end\n");
+    write("set/userdata/playlists.xml", before);
+    EXPECT_EQ(render("none.score --sums --folder set").err,
+              "velmora-render: there is no playlist 'FIVE'\n");
+    EXPECT_EQ(textOf("set/userdata/playlists.xml"), before);
+}
+
+TEST_F(Render, StartOfTheProgram_IsPlayedToo) {
+    write("start.score", "velmora score 1\n60 x\n70 x\n120 end\n");
+    ASSERT_EQ(render("start.score -o home.png --interface --still 58 --folder set").status, 0);
+    ASSERT_EQ(render("start.score -o black.png --still 58 --folder set").status, 0);
+    EXPECT_FALSE(pictureIn("home.png", 0) == pictureIn("black.png", 0));
+    const std::vector<uint8_t> black = pictureIn("black.png", 0);
+    EXPECT_EQ(std::count(black.begin(), black.end(), 0), 640 * 360 * 3);
+}
+
+TEST_F(Render, Closed_EndsTheFilm) {
+    write("close.score", "velmora score 1\nplaylist ONE\n20 close\n100 end\n");
+    const Outcome film = render("close.score -o film.mkv --size 640x360 --folder set");
+    EXPECT_EQ(film.out, "film.mkv: 21 frames, 0.8 s\n");
+    const Outcome late = render("close.score -o late.mkv --from 30 --folder set");
+    EXPECT_EQ(late.status, 1);
+    EXPECT_EQ(late.err, "velmora-render: the score ends before frame 30\n");
+    EXPECT_FALSE(fs::exists("late.mkv"));
+}
+
+TEST_F(Render, Faults_AreOneLine) {
+    const auto faultOf = [](const std::string& arguments, int status) {
+        const Outcome outcome = render(arguments);
+        EXPECT_EQ(outcome.status, status) << arguments;
+        return outcome.err;
+    };
+    write("bad.score", "velmora score 1\n1 nothing\n");
+    write("empty.score", "velmora score 1\nplaylist EMPTY\n9 end\n");
+    const std::string name = "velmora-render: ";
+    EXPECT_EQ(faultOf("bad.score --sums --folder set", 1),
+              name + "bad.score: line 2: there is no 'nothing'\n");
+    EXPECT_EQ(faultOf("empty.score --sums --folder set", 1),
+              name + "the playlist 'EMPTY' is empty\n");
+    EXPECT_EQ(faultOf("video.score -o film.gif --folder set", 1),
+              name +
+                  "cannot tell what film.gif shall be: give it the ending .mp4 (H.264) or .mkv "
+                  "(FFV1)\n");
+    EXPECT_EQ(faultOf("video.score -o a.png --still 200 --folder set", 1),
+              name + "the score has 200 frames: there is no 200\n");
+    EXPECT_EQ(faultOf("video.score -o no/film.mkv --folder set", 1),
+              name + "cannot write no/film.mkv: no folder no\n");
+    EXPECT_EQ(faultOf("video.score --sums --folder nowhere", 1),
+              name + "--folder: no folder nowhere\n");
+    EXPECT_NE(faultOf("video.score", 2), "");
+    EXPECT_NE(faultOf("video.score --diff video.score -o film.mkv", 2), "");
+    EXPECT_EQ(faultOf("nothing.score --sums --folder set", 1),
+              name + "cannot read nothing.score: No such file or directory\n");
+}
+
+TEST_F(Render, Folders_AreLeftAsTheyWere) {
+    const auto ours = [] {
+        size_t count = 0;
+        for (const auto& entry : fs::directory_iterator(fs::temp_directory_path())) {
+            count += entry.path().filename().string().starts_with("velmora-render-") ? 1 : 0;
+        }
+        return count;
+    };
+    const size_t before = ours();
+    render("video.score --sums --folder set");
+    render("video.score --diff video.score --folder set");
+    EXPECT_EQ(ours(), before);
+}
+
+#ifdef NDEBUG
+// The program's share, without an encoder: twenty times as fast as the stage, and far more.
+TEST_F(Render, Speed_IsManyTimesTheStages) {
+    constexpr int kFrames = 2560;  // 100 seconds of the stage
+    write("long.score", kVideo.substr(0, kVideo.find("200 end")) + "2560 end\n");
+    const auto begin = std::chrono::steady_clock::now();
+    const Outcome sums = render("long.score --sums --folder set");
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+    ASSERT_EQ(sums.status, 0);
+    const double times = kFrames / 25.6 / took.count();
+    std::printf("%.0f times as fast as the stage\n", times);
+    EXPECT_GT(times, 20);
+}
+#endif
+
+}  // namespace
