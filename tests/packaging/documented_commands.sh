@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
 # What the documents call is there: every subcommand of the tools that they name in code, and every
 # option behind it. An option that stands alone is one of velmora-clip encode, in the documents of
-# velmora-control one of its run or one before any subcommand.
+# velmora-control one of its run or one before any subcommand, in that of recording one of
+# velmora-render. The tools for recording have no subcommands.
 #
-#   documented_commands.sh VELMORA_CLIP VELMORA_CONTROL DOCUMENT...
+#   documented_commands.sh VELMORA_CLIP VELMORA_CONTROL VELMORA_RECORD VELMORA_RENDER DOCUMENT...
 #
 # A manual page calls a tool in lines that begin with ".B velmora\-".
 set -euo pipefail
 declare -A tools=([velmora-clip]=$1 [velmora-control]=$2)
-shift 2
+declare -A plain=([velmora-record]=$3 [velmora-render]=$4)
+shift 4
 status=0
 complain() {
     echo "$1"
@@ -31,11 +33,15 @@ for tool in "${!tools[@]}"; do
     done
 done
 
+for tool in "${!plain[@]}"; do
+    options[$tool]=$(options_in "$("${plain[$tool]}" --help)")
+done
+
 # The lines and pieces of a document that are code.
 code_of() {
     local mark='`'
     case $1 in
-        *.1) sed -n 's/^\.B //; s/\\-/-/g; /^velmora-c/p' "$1" ;;
+        *.1) sed -n 's/^\.B //; s/\\-/-/g; /^velmora-[cr]/p' "$1" ;;
         *)
             sed -nE 's/^(    |\t) *//p' "$1"
             { grep -vE '^(    |\t)' "$1" | grep -oE "${mark}[^$mark]+$mark" || true; } | tr -d "$mark"
@@ -51,11 +57,13 @@ check_call() {
     done < <(grep -oE '(^| )--?[a-z][a-z-]*' <<<"$3" | tr -d ' ')
 }
 
-declare -A calls=([velmora-clip]=0 [velmora-control]=0)
+declare -A calls=([velmora-clip]=0 [velmora-control]=0 [velmora-record]=0 [velmora-render]=0)
+called_plain='^(velmora-record|velmora-render)( .*|$)'
 called='(velmora-clip|velmora-control) ([a-z]+)(.*)'
 for document in "$@"; do
     alone="velmora-clip encode"
     [[ ${document##*/} != *control.* ]] || alone="velmora-control run"
+    [[ ${document##*/} != *recording.* ]] || alone="velmora-render"
     while IFS= read -r line; do
         if [[ $line =~ $called ]]; then
             tool=${BASH_REMATCH[1]}
@@ -66,6 +74,9 @@ for document in "$@"; do
             else
                 complain "$document: $tool has no ${BASH_REMATCH[2]}"
             fi
+        elif [[ $line =~ $called_plain ]]; then
+            calls[${BASH_REMATCH[1]}]=$((calls[${BASH_REMATCH[1]}] + 1))
+            check_call "$document" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
         elif [[ $line = --* ]]; then
             check_call "$document" "$alone" "$line"
         fi

@@ -3,12 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
 #include <fstream>
 #include <utility>
 
 #include "core/all.h"
 #include "core/globals.h"
 #include "support/folder.h"
+#include "tools/record/score_writer.h"
 
 namespace {
 
@@ -184,6 +188,32 @@ TEST_F(Recording, Close_IsTaken) {
     recorder_.hear(close);
     recorder_.finish();
     EXPECT_EQ(taken(), "0 fps=25 close\n1 end\n");
+}
+
+// A performer who never rests, with the way into the file.
+TEST_F(Recording, Cost_IsUnderAPercentOfACore) {
+    constexpr int kFrames = 20000;
+    constexpr double kFrameNs = 39e6;
+    std::signal(SIGPIPE, SIG_IGN);
+    maker::ScoreWriter file("busy.score");
+    Recorder busy(7, [&file](std::string_view text) { file.write(text); });
+    const auto begin = std::chrono::steady_clock::now();
+    for (int frame = 0; frame < kFrames; ++frame) {
+        busy.frameBegins(25, keys_.data());
+        for (int button = 0; button < 14; ++button) {
+            busy.padAsked(button, (frame + button) % 5 == 0);
+        }
+        busy.hear(motion(frame % 1280, 300));
+        keys_[SDLK_q] = frame % 2 == 0 ? 1 : 0;
+        busy.hear(keyEvent(frame % 2 == 0, SDLK_q, 'q'));
+        busy.allRead();
+    }
+    const std::chrono::duration<double, std::nano> took = std::chrono::steady_clock::now() - begin;
+    busy.finish();
+    EXPECT_TRUE(file.finish());
+    std::printf("%.0f ns a frame, %.4f %% of a core\n", took.count() / kFrames,
+                took.count() / kFrames / kFrameNs * 100);
+    EXPECT_LT(took.count() / kFrames, kFrameNs / 100);
 }
 
 TEST_F(Recording, Nothing_HasNoFrames) {

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <string>
+
 #include "tools/base/errors.h"
 #include "tools/score/score.h"
 
@@ -166,6 +169,23 @@ TEST(ScoreRead, Faults_NameTheirLine) {
     EXPECT_EQ(faultIn("file ../x"), "line 2: a score holds no file '../x'");
     EXPECT_EQ(faultIn("file userdata/prefs.xml\nfile userdata/prefs.xml"),
               "line 3: a second userdata/prefs.xml");
+}
+
+TEST(ScoreRead, DocumentedScore_IsOne) {
+    std::ifstream document(DOCUMENT);
+    std::string score;
+    for (std::string line; std::getline(document, line);) {
+        if (line == "    " + kFirst.substr(0, kFirst.size() - 1) ||
+            (!score.empty() && line.starts_with("    "))) {
+            score.append(line.substr(4)).append("\n");
+        } else if (!score.empty()) {
+            break;
+        }
+    }
+    const Score read = parseScore(score);
+    EXPECT_EQ(read.frames, 512);
+    EXPECT_EQ(read.playlist, "neon");
+    EXPECT_EQ(read.events.size(), 58U);
 }
 
 TEST(ScoreRead, Limits_AreKept) {
