@@ -68,6 +68,7 @@ need_build() {
     need "names of clips in plain letters" libicu-dev
     need "checks and contact sheets of the clip tool" libpugixml-dev libfreetype-dev \
         libavfilter-dev
+    need "sets in one file" libzip-dev
     need "MIDI, OSC and maps of the control tool" librtmidi-dev liblo-dev libtomlplusplus-dev \
         libxtst-dev
 }

@@ -73,6 +73,19 @@ fs::path folderOf(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
+void removeAbandonedIn(const fs::path& folder) {
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        const size_t mark = name.rfind(kMark);
+        if (name.starts_with('.') && mark != std::string::npos && mark > 0 &&
+            isAbandoned(std::string_view(name).substr(mark + std::string_view(kMark).size()))) {
+            unlink(entry->path().c_str());
+        }
+    }
+}
+
 bool followLinks(fs::path& path) {
     char target[PATH_MAX];
     for (int links = 0; links <= kMostLinks; ++links) {

@@ -23,6 +23,9 @@ std::filesystem::path folderOf(const std::filesystem::path& path);
 // round or cannot be followed.
 bool followLinks(std::filesystem::path& path);
 
+// Removes from a folder what killed runs left of the files that PendingFile makes beside others.
+void removeAbandonedIn(const std::filesystem::path& folder);
+
 // A file that has no name of its own yet.
 class PendingFile {
 public:

@@ -17,8 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kPieceBytes = size_t{1} << 20;
-// The largest clip that there can be takes 240 MB; nothing else that is read whole comes near it.
-constexpr size_t kMostBytesRead = size_t{256} << 20;
 
 [[noreturn]] void fail(const char* action, const fs::path& path) {
     throw ToolError(std::string("cannot ") + action + " " + path.string() + ": " +

@@ -50,7 +50,10 @@ void checkOutput(const std::filesystem::path& path);
 
 void writeWholeFile(const std::filesystem::path& path, std::span<const uint8_t> bytes);
 
-// Refuses what is larger than 256 MB, which no clip can be.
+// The largest clip that there can be takes 240 MB; nothing else that is read whole comes near it.
+inline constexpr size_t kMostBytesRead = size_t{256} << 20;
+
+// Refuses what is larger than that.
 std::vector<uint8_t> readWholeFile(const std::filesystem::path& path);
 
 }  // namespace maker

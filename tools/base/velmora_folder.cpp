@@ -61,4 +61,13 @@ std::vector<std::string> enterFolder(const fs::path& folder, std::vector<std::st
     return paths;
 }
 
+fs::path userMapFile() {
+    const std::string config = environment("XDG_CONFIG_HOME");
+    const std::string home = environment("HOME");
+    const fs::path folder = !config.empty() ? fs::path(config)
+                            : !home.empty() ? fs::path(home) / ".config"
+                                            : fs::path(".");
+    return folder / "velmora" / "control.toml";
+}
+
 }  // namespace maker

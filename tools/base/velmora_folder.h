@@ -1,5 +1,5 @@
 #pragma once
-// Where Velmora's clips and playlists are.
+// Where Velmora's clips and playlists are, and the map of velmora-control.
 
 #include <filesystem>
 #include <string>
@@ -18,5 +18,8 @@ std::filesystem::path velmoraFolderToBe(const std::string& asked, const char* op
 // Makes it the current one. Returns the paths as they are called from there.
 std::vector<std::string> enterFolder(const std::filesystem::path& folder,
                                      std::vector<std::string> paths);
+
+// velmora-control's map: ~/.config/velmora/control.toml, or below XDG_CONFIG_HOME.
+std::filesystem::path userMapFile();
 
 }  // namespace maker

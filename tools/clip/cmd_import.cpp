@@ -20,6 +20,7 @@
 #include "tools/clip/jobs/clip_names.h"
 #include "tools/clip/jobs/import_log.h"
 #include "tools/clip/jobs/import_playlist.h"
+#include "tools/clip/jobs/playlists_file.h"
 #include "tools/clip/jobs/watched_inputs.h"
 
 namespace maker {
@@ -83,13 +84,7 @@ public:
             tracks.insert(tracks.end(), item.clips.begin(), item.clips.end());
         }
         const PlaylistChange change = addToPlaylist(playlist, tracks);
-        if (!change.keptCopy.empty()) {
-            std::fprintf(
-                stderr,
-                "velmora-clip: warning: the playlists file held more than the program reads "
-                "of it; as it was it is kept as %s\n",
-                change.keptCopy.c_str());
-        }
+        warnOfCopy(change.keptCopy);
         for (const PlaylistPart& part : change.parts) {
             std::printf("playlist '%s': %d added, %d in it\n", latin1AsUtf8(part.name).c_str(),
                         part.added, part.tracks);

@@ -8,15 +8,11 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-extern "C" {
-#include <libavutil/mem.h>
-#include <libavutil/sha.h>
-}
-
 #include "tools/base/atomic_file.h"
 #include "tools/base/errors.h"
 #include "tools/base/texts.h"
 #include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/jobs/sha256.h"
 #include "tools/clip/media/image_sequence.h"
 
 namespace maker {
@@ -28,22 +24,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr uint64_t kEndBytes = uint64_t{32} << 20;  // that count at each end of a large file
-constexpr int kShaBits = 256;
-constexpr size_t kShaBytes = kShaBits / 8;
-
-struct FreeSha {
-    void operator()(AVSHA* sha) const { av_free(sha); }
-};
 
 class Summer {
 public:
-    Summer() : sha_(av_sha_alloc()) {
-        if (!sha_) {
-            throw std::bad_alloc();
-        }
-        av_sha_init(sha_.get(), kShaBits);
-    }
-
     void addFile(const fs::path& path) {
         std::ifstream file(path, std::ios::binary);
         std::error_code error;
@@ -56,16 +39,7 @@ public:
         add(file, std::min(size - std::min(size, kEndBytes), kEndBytes));
     }
 
-    SourceSum finish() {
-        uint8_t digest[kShaBytes];
-        av_sha_final(sha_.get(), digest);
-        std::string text;
-        for (const uint8_t byte : digest) {
-            constexpr const char* kDigits = "0123456789abcdef";
-            text += {kDigits[byte / 16], kDigits[byte % 16]};
-        }
-        return {bytes_, text};
-    }
+    SourceSum finish() { return {bytes_, sha_.finish()}; }
 
 private:
     void add(std::ifstream& file, uint64_t bytes) {
@@ -75,13 +49,12 @@ private:
             file.read(piece.data(),
                       static_cast<std::streamsize>(std::min<uint64_t>(bytes, piece.size())));
             const auto got = static_cast<size_t>(file.gcount());
-            av_sha_update(sha_.get(), reinterpret_cast<const uint8_t*>(piece.data()),
-                          static_cast<unsigned>(got));
+            sha_.add({reinterpret_cast<const uint8_t*>(piece.data()), got});
             bytes -= got;
         }
     }
 
-    std::unique_ptr<AVSHA, FreeSha> sha_;
+    Sha256 sha_;
     uint64_t bytes_ = 0;
 };
 

@@ -1,7 +1,6 @@
 #include "tools/clip/jobs/import_log.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -150,7 +149,7 @@ ImportLog::ImportLog(const fs::path& folder) : folder_(folder) {
     if (!fs::is_directory(folder, ignored)) {
         return;
     }
-    hold();
+    held_.emplace(folder_);
     const fs::path path = folder / kLogName;
     if (fs::exists(path, ignored)) {
         const std::vector<uint8_t> bytes = readWholeFile(path);
@@ -163,20 +162,8 @@ ImportLog::ImportLog(const fs::path& folder) : folder_(folder) {
 }
 
 ImportLog::~ImportLog() {
-    for (const int descriptor : {file_, held_}) {
-        if (descriptor >= 0) {
-            close(descriptor);
-        }
-    }
-}
-
-void ImportLog::hold() {
-    held_ = open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (held_ < 0) {
-        throw ToolError("cannot read " + folder_.string() + ": " + std::strerror(errno));
-    }
-    if (flock(held_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        throw ToolError("another import into " + folder_.string() + " is at work");
+    if (file_ >= 0) {
+        close(file_);
     }
 }
 
@@ -206,8 +193,8 @@ void ImportLog::readLine(const std::string& line) {
 // Each line in one piece, and on the disk before anything that it speaks of goes on.
 void ImportLog::append(const std::string& line) {
     const std::lock_guard lock(mutex_);
-    if (held_ < 0) {
-        hold();
+    if (!held_) {
+        held_.emplace(folder_);
     }
     const fs::path path = folder_ / kLogName;
     if (file_ < 0) {

@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/clip/jobs/encode_job.h"
+#include "tools/clip/jobs/folder_hold.h"
 
 namespace maker {
 
@@ -81,13 +83,12 @@ private:
         std::vector<Clip> clips;  // none while it is not finished
     };
 
-    void hold();
     void readLine(const std::string& line);
     void append(const std::string& line);
 
     std::filesystem::path folder_;
     std::map<std::string, Entry> entries_;  // by absolute path
-    int held_ = -1;                         // descriptor of the folder
+    std::optional<FolderHold> held_;
     int file_ = -1;
     bool brokenOff_ = false;  // the log's last line
     mutable std::mutex mutex_;

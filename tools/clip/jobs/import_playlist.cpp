@@ -1,80 +1,20 @@
 #include "tools/clip/jobs/import_playlist.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
 #include <set>
 
 #include "common/limits.h"
-#include "common/messages.h"
 #include "files/playlists.h"
-#include "files/userfile.h"
 #include "files/xmlscan.h"
 #include "layout/page_layout.h"
-#include "tools/base/atomic_file.h"
-#include "tools/base/errors.h"
 #include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/jobs/playlists_file.h"
 
 namespace maker {
 
-namespace fs = std::filesystem;
-using files::kPlaylistsName;
 using files::Playlist;
 
 namespace {
-
-size_t countOf(const std::string& text, const std::string& part) {
-    size_t count = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-        ++count;
-    }
-    return count;
-}
-
-std::vector<Playlist> readPlaylists() {
-    std::error_code ignored;
-    if (!fs::exists(kPlaylistsName, ignored)) {
-        return {};
-    }
-    UserFile file;
-    const std::optional<std::string> bytes = file.read(kPlaylistsName);
-    if (!bytes) {
-        std::puts(msg::kNoPlaylistsFile);
-    }
-    if (file.unreadable()) {
-        throw ToolError(std::string("cannot read ") + kPlaylistsName);
-    }
-    return bytes ? files::parsePlaylists(*bytes) : std::vector<Playlist>();
-}
-
-void save(const std::vector<Playlist>& playlists) {
-    FolderInMaking folder(folderOf(kPlaylistsName));
-    if (!UserFile().save(fs::current_path().string(), kPlaylistsName,
-                         [&] { return files::printPlaylists(playlists); })) {
-        throw ToolError(std::string("cannot write ") + kPlaylistsName);
-    }
-    folder.keep();
-}
-
-// What the program does not read would be gone once it is written.
-std::string keepCopy(const std::vector<Playlist>& playlists) {
-    std::error_code ignored;
-    if (!fs::exists(kPlaylistsName, ignored)) {
-        return "";
-    }
-    const std::vector<uint8_t> bytes = readWholeFile(kPlaylistsName);
-    const std::string text(bytes.begin(), bytes.end());
-    size_t tracks = 0;
-    for (const Playlist& playlist : playlists) {
-        tracks += playlist.tracks.size();
-    }
-    if (countOf(text, "<playlist>") == playlists.size() && countOf(text, "<track>") == tracks) {
-        return "";
-    }
-    const std::string copy = std::string(kPlaylistsName) + ".old";
-    writeWholeFile(copy, bytes);
-    return copy;
-}
 
 std::string partName(const std::string& name, int number) {
     return number == 1 ? name : name + " " + std::to_string(number);
@@ -121,9 +61,9 @@ std::string playlistName(const std::string& text) {
 }
 
 PlaylistChange addToPlaylist(const std::string& name, const std::vector<std::string>& tracks) {
-    std::vector<Playlist> playlists = readPlaylists();
+    std::vector<Playlist> playlists = playlistsHere();
     PlaylistChange change;
-    change.keptCopy = keepCopy(playlists);
+    change.keptCopy = keepCopyOfPlaylists(playlists);
     std::set<std::string> there;
     int number = 1;
     while (const Playlist* playlist = findPlaylist(playlists, partName(name, number++))) {
@@ -146,7 +86,7 @@ PlaylistChange addToPlaylist(const std::string& name, const std::vector<std::str
         noteAdded(change, *playlist);
     }
     if (!change.parts.empty()) {
-        save(playlists);
+        savePlaylistsHere(playlists);
     }
     return change;
 }

@@ -1,7 +1,5 @@
 #include "tools/control/bridge/map_keeper.h"
 
-#include <cstdlib>
-
 #include "files/userfile.h"
 #include "tools/base/atomic_file.h"
 #include "tools/base/errors.h"
@@ -10,15 +8,6 @@
 namespace control {
 
 namespace fs = std::filesystem;
-
-fs::path userMapFile() {
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    const char* home = std::getenv("HOME");
-    const fs::path folder = config != nullptr && *config != '\0' ? fs::path(config)
-                            : home != nullptr                    ? fs::path(home) / ".config"
-                                                                 : fs::path(".");
-    return folder / "velmora" / "control.toml";
-}
 
 bool MapKeeper::makeWhenMissing() {
     std::error_code ignored;

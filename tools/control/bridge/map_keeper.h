@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "tools/base/velmora_folder.h"
 #include "tools/control/map/map_file.h"
 
 namespace control {
 
-// ~/.config/velmora/control.toml, or below XDG_CONFIG_HOME.
-std::filesystem::path userMapFile();
+using maker::userMapFile;
 
 class MapKeeper {
 public:
