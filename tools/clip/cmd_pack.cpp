@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "tools/base/errors.h"
 #include "tools/base/texts.h"
 #include "tools/base/velmora_folder.h"
 #include "tools/clip/commands.h"
@@ -60,11 +59,7 @@ void noteSums(const SetContents& contents) {
             sums[file.name] = file.sha256;
         }
     }
-    try {
-        addKnownSums(sums);
-    } catch (const ToolError& error) {
-        std::fprintf(stderr, "velmora-clip: warning: %s\n", error.what());
-    }
+    addKnownSums(sums);
 }
 
 int pack(PackCommand command) {

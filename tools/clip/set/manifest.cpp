@@ -1,6 +1,7 @@
 #include "tools/clip/set/manifest.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 
 #include "files/userfile.h"
@@ -124,7 +125,7 @@ void addKnownSums(const Manifest& sums) {
         all[name] = sum;
     }
     if (all != before && !replaceFile(kKnownSumsName, printManifest(all))) {
-        throw ToolError(std::string("cannot write ") + kKnownSumsName);
+        std::fprintf(stderr, "velmora-clip: warning: cannot write %s\n", kKnownSumsName);
     }
 }
 

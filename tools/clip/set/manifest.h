@@ -24,7 +24,7 @@ Manifest parseManifest(std::string_view text);
 // no such file, or none that can be understood.
 Manifest knownSums();
 
-// Adds to them. Throws ToolError when they cannot be written.
+// Adds to them, once all else is done: that they cannot be written is a warning and no error.
 void addKnownSums(const Manifest& sums);
 
 }  // namespace maker
