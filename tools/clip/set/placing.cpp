@@ -21,7 +21,25 @@ bool isBelow(const fs::path& path, const fs::path& folder) {
     return !way.empty() && *way.begin() != "..";
 }
 
-void checkFolders(const std::string& track) {
+// "folder/name.m19" with a number: "folder/name_2.m19", as long as the program reads.
+std::string numbered(const std::string& track, int number) {
+    if (number == 1) {
+        return track;
+    }
+    const fs::path path(track);
+    const std::string folder = track.substr(0, track.size() - path.filename().string().size());
+    const std::string ending =
+        std::string("_").append(std::to_string(number)) + path.extension().string();
+    const size_t most = xml::longestText("track");
+    if (folder.size() + ending.size() >= most) {
+        throw ToolError("there is no free name for " + inQuotes(track));
+    }
+    return folder + cutWith(path.stem().string(), ending, most - folder.size());
+}
+
+}  // namespace
+
+void checkFoldersOf(const std::string& track) {
     std::error_code error;
     const fs::path root = fs::canonical(kVideos, error);
     fs::path at = kVideos;
@@ -40,24 +58,6 @@ void checkFolders(const std::string& track) {
         }
     }
 }
-
-// "folder/name.m19" with a number: "folder/name_2.m19", as long as the program reads.
-std::string numbered(const std::string& track, int number) {
-    if (number == 1) {
-        return track;
-    }
-    const fs::path path(track);
-    const std::string folder = track.substr(0, track.size() - path.filename().string().size());
-    const std::string ending =
-        std::string("_").append(std::to_string(number)) + path.extension().string();
-    const size_t most = xml::longestText("track");
-    if (folder.size() + ending.size() >= most) {
-        throw ToolError("there is no free name for " + inQuotes(track));
-    }
-    return folder + cutWith(path.stem().string(), ending, most - folder.size());
-}
-
-}  // namespace
 
 bool Placing::isThere(const std::string& track, const ClipFacts& clip) {
     const fs::path file = fs::path(kVideos) / track;
@@ -85,7 +85,7 @@ Place Placing::placeFor(const ClipFacts& clip) {
             return {PlaceKind::THERE, track};
         }
         if (!isTaken(track) && (number == 1 || !reserved_.contains(track))) {
-            checkFolders(track);
+            checkFoldersOf(track);
             given_.insert(track);
             return {number == 1 ? PlaceKind::NEW : PlaceKind::RENAMED, track};
         }

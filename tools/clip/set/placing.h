@@ -24,6 +24,9 @@ struct ClipFacts {
     std::string sha256;
 };
 
+// Throws where a folder of the track is a link out of videos/, or no folder.
+void checkFoldersOf(const std::string& track);
+
 class Placing {
 public:
     // Tracks that no clip is given a new name of.
