@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "support/folder.h"
+#include "tools/clip/media/media_file.h"
 #include "tools/clip/media/source.h"
 
 namespace {
@@ -160,6 +161,109 @@ TEST_F(Render, Mp4_HasTheFrames) {
     const Outcome film = render("video.score -o film.mp4 --size 640x360 --folder set --to 50");
     ASSERT_EQ(film.status, 0) << film.err;
     EXPECT_EQ(framesIn("film.mp4"), 50);
+}
+
+// Left samples of a sound of 16 bits.
+std::vector<int16_t> soundIn(const std::string& path) {
+    const maker::FormatPtr format = maker::openMedia(path, 0);
+    const AVCodec* codec = nullptr;
+    const int index = av_find_best_stream(format.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
+    if (index < 0) {
+        return {};
+    }
+    const maker::CodecPtr decoder(avcodec_alloc_context3(codec));
+    avcodec_parameters_to_context(decoder.get(), format->streams[index]->codecpar);
+    avcodec_open2(decoder.get(), codec, nullptr);
+    const maker::PacketPtr packet(av_packet_alloc());
+    const maker::FramePtr frame(av_frame_alloc());
+    std::vector<int16_t> samples;
+    for (bool more = true; more; av_packet_unref(packet.get())) {
+        more = av_read_frame(format.get(), packet.get()) >= 0;
+        if (more && packet->stream_index != index) {
+            continue;
+        }
+        avcodec_send_packet(decoder.get(), more ? packet.get() : nullptr);
+        while (avcodec_receive_frame(decoder.get(), frame.get()) >= 0) {
+            const auto* both = reinterpret_cast<const int16_t*>(frame->data[0]);
+            for (int i = 0; i < frame->nb_samples; ++i) {
+                samples.push_back(both[2 * i]);
+            }
+        }
+    }
+    return samples;
+}
+
+// Noise of so many samples on two channels, 48,000 a second. Returns the left ones.
+std::vector<int16_t> writeNoise(const std::string& path, uint32_t count) {
+    std::string bytes = "RIFF....WAVEfmt ";
+    const auto number = [&bytes](uint32_t value, int size) {
+        for (int i = 0; i < size; ++i) {
+            bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
+        }
+    };
+    number(16, 4);
+    number(1, 2);
+    number(2, 2);
+    number(48000, 4);
+    number(48000 * 4, 4);
+    number(4, 2);
+    number(16, 2);
+    bytes.append("data");
+    number(count * 4, 4);
+    std::vector<int16_t> samples;
+    uint32_t noise = 1;
+    for (uint32_t i = 0; i < count; ++i) {
+        noise = noise * 1664525 + 1013904223;
+        number(noise >> 16, 2);
+        number(0, 2);
+        samples.push_back(static_cast<int16_t>(noise >> 16));
+    }
+    write(path, bytes);
+    return samples;
+}
+
+// 100 frames are 3.90625 seconds.
+TEST_F(Render, Sound_LiesUnderTheFilmSampleForSample) {
+    constexpr size_t kFilm = 187500;
+    const std::vector<int16_t> noise = writeNoise("noise.wav", 400000);
+    const auto filmed = [](const std::string& start) {
+        const Outcome film = render(
+            "video.score -o film.mkv --size 640x360 --folder set --to 100 "
+            "--sound noise.wav " +
+            start);
+        EXPECT_EQ(film.status, 0) << film.err;
+        return soundIn("film.mkv");
+    };
+    const auto begin = noise.begin();
+    EXPECT_TRUE(filmed("") == std::vector<int16_t>(begin, begin + kFilm));
+    EXPECT_TRUE(filmed("--sound-start 1.5") ==
+                std::vector<int16_t>(begin + 72000, begin + 72000 + kFilm));
+    std::vector<int16_t> later(24000, 0);
+    later.insert(later.end(), begin, begin + kFilm - 24000);
+    EXPECT_TRUE(filmed("--sound-start -0.5") == later);
+    EXPECT_TRUE(filmed("--sound-start 8") == std::vector<int16_t>(begin + 384000, noise.end()));
+    EXPECT_EQ(framesIn("film.mkv"), 100);
+}
+
+TEST_F(Render, Sound_GoesIntoAnMp4Too) {
+    writeNoise("noise.wav", 400000);
+    ASSERT_EQ(
+        render("video.score -o film.mp4 --size 640x360 --folder set --to 100 --sound noise.wav")
+            .status,
+        0);
+    // The coder begins with a few samples of its own.
+    EXPECT_NEAR(static_cast<double>(soundIn("film.mp4").size()), 187500, 2048);
+    EXPECT_EQ(framesIn("film.mp4"), 100);
+}
+
+TEST_F(Render, FilesWithoutSound_AreRefused) {
+    ASSERT_EQ(render("video.score -o still.png --still 1 --folder set").status, 0);
+    const Outcome film = render("video.score -o film.mp4 --folder set --sound still.png");
+    EXPECT_EQ(film.status, 1);
+    EXPECT_EQ(film.err,
+              "velmora-render: there is no sound in " + fs::absolute("still.png").string() + "\n");
+    EXPECT_FALSE(fs::exists("film.mp4"));
+    EXPECT_EQ(render("video.score -o film.mp4 --folder set --sound none.wav").status, 1);
 }
 
 TEST_F(Render, Interface_IsFilmedOnDemand) {

@@ -97,14 +97,17 @@ private:
 void Film::add(const StagePicture& picture) {
     canvas_.take(picture);
     if (!movie_) {
-        movie_.emplace(*movieKindOf(settings_.output),
-                       MovieShape{.width = canvas_.width(),
-                                  .height = canvas_.height(),
-                                  .alpha = false,
-                                  .fps = kFilmFps,
-                                  .form = AV_PIX_FMT_BGR0,
-                                  .filters = filtersOf(canvas_, settings_),
-                                  .file = file_.descriptor()});
+        MovieShape shape;
+        shape.width = canvas_.width();
+        shape.height = canvas_.height();
+        shape.fps = kFilmFps;
+        shape.form = AV_PIX_FMT_BGR0;
+        shape.filters = filtersOf(canvas_, settings_);
+        shape.file = file_.descriptor();
+        if (!settings_.sound.empty()) {
+            shape.sound = {settings_.sound, settings_.soundStart};
+        }
+        movie_.emplace(*movieKindOf(settings_.output), shape);
     }
     movie_->add(canvas_.pixels().data());
 }

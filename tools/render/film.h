@@ -15,7 +15,9 @@ struct FilmSettings {
     int width = 0;
     int height = 0;
     bool interface = false;
-    int from = 0;  // the first frame, and the one behind the last
+    std::string sound;      // a file whose sound is laid under it; empty: none
+    double soundStart = 0;  // seconds of it that are left out, or of silence before it
+    int from = 0;           // the first frame, and the one behind the last
     int to = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@
 namespace {
 
 using namespace maker;
+namespace fs = std::filesystem;
 
 enum Exit : int { EXIT_DONE = 0, EXIT_FAILED = 1, EXIT_USAGE = 2, EXIT_STOPPED = 130 };
 
@@ -28,6 +30,8 @@ struct Options {
     std::string folder;
     std::string size = "1280x720";
     std::string other;
+    std::string sound;
+    double soundStart = 0;
     int still = -1;
     int from = 0;
     int to = kMostScoreFrames;
@@ -52,6 +56,9 @@ FilmSettings settingsOf(const Options& options) {
     settings.width = large ? kHdmiWidth : kFrameWidth;
     settings.height = large ? kHdmiHeight : kFrameHeight;
     settings.interface = options.interface;
+    // The program runs in another folder.
+    settings.sound = options.sound.empty() ? "" : fs::absolute(options.sound).string();
+    settings.soundStart = options.soundStart;
     settings.from = options.from;
     settings.to = options.to;
     return settings;
@@ -127,6 +134,12 @@ void addFilmOptions(CLI::App& app, Options& options) {
     app.add_option("--to", options.to, "the frame behind the last (default: all)")
         ->check(CLI::Range(1, kMostScoreFrames))
         ->option_text("FRAME");
+    app.add_option("--sound", options.sound, "a file whose sound is laid under the film")
+        ->option_text("FILE");
+    app.add_option("--sound-start", options.soundStart,
+                   "leave out so many seconds of it; negative: let it begin so much later")
+        ->check(CLI::Range(-86400.0, 86400.0))
+        ->option_text("SECONDS");
     app.add_option("--folder", options.folder,
                    "Velmora's folder; else that of VELMORA_HOME, the current one when it has "
                    "videos/ and userdata/, or ~/Velmora")

@@ -15,7 +15,22 @@ std::string ratio(AVRational value) {
     return std::to_string(value.num) + "/" + std::to_string(value.den);
 }
 
+bool isSound(const AVFrame& like) {
+    return like.sample_rate > 0;
+}
+
+std::string soundArguments(const AVFrame& like, AVRational unit) {
+    char channels[64];
+    av_channel_layout_describe(&like.ch_layout, channels, sizeof channels);
+    return "sample_rate=" + std::to_string(like.sample_rate) +
+           ":sample_fmt=" + std::to_string(like.format) + ":channel_layout=" + channels +
+           ":time_base=" + ratio(unit);
+}
+
 std::string sourceArguments(const AVFrame& like, AVRational unit) {
+    if (isSound(like)) {
+        return soundArguments(like, unit);
+    }
     return "video_size=" + std::to_string(like.width) + "x" + std::to_string(like.height) +
            ":pix_fmt=" + std::to_string(like.format) + ":time_base=" + ratio(unit) +
            ":pixel_aspect=" + ratio(like.sample_aspect_ratio);
@@ -32,10 +47,12 @@ FilterGraph::FilterGraph(const AVFrame& like, AVRational unit, const std::string
       graph_(needed(avfilter_graph_alloc())) {
     av_log_set_level(AV_LOG_QUIET);
     const std::string arguments = sourceArguments(like, unit);
-    require(avfilter_graph_create_filter(&source_, avfilter_get_by_name("buffer"), "in",
-                                         arguments.c_str(), nullptr, graph_.get()));
-    require(avfilter_graph_create_filter(&sink_, avfilter_get_by_name("buffersink"), "out", nullptr,
-                                         nullptr, graph_.get()));
+    const bool sound = isSound(like);
+    const AVFilter* const source = avfilter_get_by_name(sound ? "abuffer" : "buffer");
+    const AVFilter* const sink = avfilter_get_by_name(sound ? "abuffersink" : "buffersink");
+    require(avfilter_graph_create_filter(&source_, source, "in", arguments.c_str(), nullptr,
+                                         graph_.get()));
+    require(avfilter_graph_create_filter(&sink_, sink, "out", nullptr, nullptr, graph_.get()));
     AVFilterInOut* begin = needed(avfilter_inout_alloc());
     AVFilterInOut* end = needed(avfilter_inout_alloc());
     *begin = {av_strdup("in"), source_, 0, nullptr};

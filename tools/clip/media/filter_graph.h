@@ -1,9 +1,10 @@
 #pragma once
-// Pictures through a chain of FFmpeg's filters.
+// Pictures, or sound, through a chain of FFmpeg's filters.
 //
 // All pictures that go in have the size, format and colours of the one that the graph was made
-// for. What comes out, and when, is the filters' business: one may hold pictures back or make more
-// of them. What cannot be done is thrown as ToolError: the sentence given, then FFmpeg's reason.
+// for, and all sound its rate, format and channels. What comes out, and when, is the filters'
+// business: one may hold pictures back or make more of them. What cannot be done is thrown as
+// ToolError: the sentence given, then FFmpeg's reason.
 
 #include <string>
 

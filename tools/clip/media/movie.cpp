@@ -24,15 +24,15 @@ constexpr int kLargestTerm = 100000;  // of the frame rate as a fraction
 // An MP4's colours are those of high-definition video, as players expect.
 // clang-format off
 constexpr MovieKind kMovies[] = {
-    {".apng", "apng", "apng", "format=rgb24", "format=rgba", "", true},
+    {".apng", "apng", "apng", "format=rgb24", "format=rgba", "", nullptr, true},
     {".gif", "gif", "gif",
      "split[a][b];[a]palettegen=stats_mode=single:reserve_transparent=0[p];[b][p]paletteuse=new=1",
      "split[a][b];[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:alpha_threshold=128",
-     "", true},
-    {".mkv", "matroska", "ffv1", "format=bgr0", "format=bgra", "level=3:slicecrc=1", true},
+     "", nullptr, true},
+    {".mkv", "matroska", "ffv1", "format=bgr0", "format=bgra", "level=3:slicecrc=1", "flac", true},
     {".mp4", "mp4", "libx264",
      "scale=out_color_matrix=bt709:out_range=limited:flags=accurate_rnd,format=yuv420p", "",
-     "crf=16:colorspace=bt709:color_primaries=bt709:color_trc=bt709:color_range=tv", false},
+     "crf=16:colorspace=bt709:color_primaries=bt709:color_trc=bt709:color_range=tv", "aac", false},
 };
 // clang-format on
 
@@ -78,10 +78,11 @@ std::string sentenceOf(const MovieKind& kind) {
 
 }  // namespace
 
-const MovieKind kPng{".png", "image2pipe", "png", "format=rgb24", "format=rgba", "", true};
+const MovieKind kPng{".png", "image2pipe", "png", "format=rgb24", "format=rgba", "", nullptr, true};
 // The quality is 3 of 2 (best) to 31, in FFmpeg's units of 118.
 const MovieKind kJpeg{
-    ".jpg", "image2pipe", "mjpeg", "format=yuvj444p", "", "flags=qscale:global_quality=354", false};
+    ".jpg",  "image2pipe", "mjpeg", "format=yuvj444p", "", "flags=qscale:global_quality=354",
+    nullptr, false};
 
 const MovieKind* movieKindOf(const std::string& path) {
     for (const MovieKind& kind : kMovies) {
@@ -175,10 +176,42 @@ void MovieWriter::openFile() {
     stream_->time_base = frameTime_;
     stream_->avg_frame_rate = codec_->framerate;
     stream_->sample_aspect_ratio = {1, 1};
+    openSound();
     openOutput();
     // Repeats for ever, where the kind of file can say so.
     av_opt_set(format, "plays", "0", AV_OPT_SEARCH_CHILDREN);
     require(avformat_write_header(format, nullptr), kind_.muxer);
+}
+
+void MovieWriter::openSound() {
+    if (!shape_.sound) {
+        return;
+    }
+    require(kind_.sound != nullptr ? 0 : AVERROR_ENCODER_NOT_FOUND, "sound");
+    const bool header = (muxer_->oformat->flags & AVFMT_GLOBALHEADER) != 0;
+    sound_.emplace(*shape_.sound, kind_.sound, header);
+    soundStream_ = needed(avformat_new_stream(muxer_.get(), nullptr));
+    require(avcodec_parameters_from_context(soundStream_->codecpar, sound_->encoder()),
+            kind_.muxer);
+    soundStream_->time_base = sound_->encoder()->time_base;
+}
+
+// Up to the time of the picture that was added last.
+void MovieWriter::writeSound(bool last) {
+    if (!sound_) {
+        return;
+    }
+    const auto write = [this](AVPacket& packet) {
+        av_packet_rescale_ts(&packet, sound_->encoder()->time_base, soundStream_->time_base);
+        packet.stream_index = soundStream_->index;
+        require(av_interleaved_write_frame(muxer_.get(), &packet), kind_.muxer);
+    };
+    const double unit = av_q2d(frameTime_);
+    if (last) {
+        sound_->finish(static_cast<double>(added_) * unit, write);
+    } else {
+        sound_->writeUntil(static_cast<double>(added_ - 1) * unit, write);
+    }
 }
 
 void MovieWriter::add(const Picture& picture) {
@@ -191,6 +224,7 @@ void MovieWriter::add(const void* pixels) {
     frame->pts = added_++;
     graph_->push(frame.get());
     drainFilters();
+    writeSound(false);
 }
 
 void MovieWriter::drainFilters() {
@@ -229,6 +263,7 @@ std::vector<uint8_t> MovieWriter::finish() {
     graph_->push(nullptr);
     drainFilters();
     encode(nullptr);
+    writeSound(true);
     require(av_write_trailer(muxer_.get()), kind_.muxer);
     if (shape_.file >= 0) {
         avio_flush(muxer_->pb);

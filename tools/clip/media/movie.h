@@ -13,6 +13,7 @@
 #include "tools/clip/media/decoder.h"
 #include "tools/clip/media/filter_graph.h"
 #include "tools/clip/media/picture.h"
+#include "tools/clip/media/sound_track.h"
 
 namespace maker {
 
@@ -23,6 +24,7 @@ struct MovieKind {
     const char* filters;  // from RGBA to what the encoder takes
     const char* alphaFilters;
     const char* options;  // of the encoder, "key=value:key=value"
+    const char* sound;    // its encoder; null: the kind has no sound
     bool keepsAlpha;      // wholly or as on and off
 };
 
@@ -41,6 +43,7 @@ struct MovieShape {
     double fps = 0;
     AVPixelFormat form = AV_PIX_FMT_RGBA;  // of their pixels, which lie without gaps
     std::string filters = {};              // of FFmpeg, before those of the kind
+    std::optional<SoundSettings> sound = std::nullopt;
     int file = -1;  // a descriptor that the film is written to, the caller's; -1: into memory
 };
 
@@ -59,6 +62,8 @@ private:
     };
 
     void openOutput();
+    void openSound();
+    void writeSound(bool last);
 
     void openEncoder();
     void openFile();
@@ -73,6 +78,8 @@ private:
     CodecPtr codec_;
     std::unique_ptr<AVFormatContext, FreeMuxer> muxer_;
     AVStream* stream_ = nullptr;
+    std::optional<SoundTrack> sound_;
+    AVStream* soundStream_ = nullptr;
     PacketPtr packet_;
     int64_t added_ = 0;
 };
