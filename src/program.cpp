@@ -4,15 +4,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 
 #include "common/memory.h"
 #include "common/messages.h"
 #include "common/rgb565.h"
+#include "common/video_drivers.h"
 #include "core/all.h"
 #include "core/globals.h"
 #include "draw/lib.h"
@@ -28,7 +27,6 @@ constexpr int kKeyRepeatMs = 30;
 // Deliberate: the program answers 1 on every path, a normal quit included.
 // [quirk_exit_status_is_always_1]
 constexpr int kExitStatus = 1;
-constexpr std::string_view kDriversWithoutPicture[] = {"aalib", "caca", "dummy", "offscreen"};
 
 // A descriptor that is closed at the start would go to the next file that is opened, a clip or a
 // save, and what is printed would go into that file.
@@ -57,14 +55,12 @@ bool displayFound(int initResult) {
     if (SDL_VideoDriverName(name, sizeof name) == nullptr) {
         return initResult == 0;
     }
-    return std::ranges::find(kDriversWithoutPicture, name) == std::end(kDriversWithoutPicture);
+    return showsPictures(name);
 }
 
 // False when there is no display to play on.
 bool startSdl() {
-    // Where SDL finds no display it goes on to draw with letters, and libcaca, which does that,
-    // clears the terminal and takes its keys. Its null driver does nothing.
-    setenv("CACA_DRIVER", "null", 1);
+    setenv(kLettersVariable, kNoLetters, 1);
     const int result = SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK);
     if (!displayFound(result)) {
         return false;
