@@ -114,6 +114,8 @@ need_tests() {
     need "tests with real windows and keys" xvfb libx11-dev libxext-dev libxtst-dev
     need "tests with other layouts of the keyboard" x11-xkb-utils
     need "the stage script on a real server" xinit
+    need "what file managers take files for" shared-mime-info libglib2.0-bin desktop-file-utils
+    need "sets packed by other tools" python3
     need "saves disturbed at each of their system calls" strace
     need "MIDI devices of the tests' own" jackd2
 }

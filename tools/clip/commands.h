@@ -22,12 +22,14 @@ inline constexpr int kExitInterrupted = 130;
 using AddCommand = void(CLI::App& app, int& status);
 
 AddCommand addEncode, addRemake, addImport, addInfo, addVerify, addCheck, addSheet, addExport,
-    addDiff, addDemo, addConformance, addProbe, addPack, addUnpack, addRelink, addPlay;
+    addDiff, addDemo, addConformance, addProbe, addPack, addUnpack, addRelink, addPlay,
+    addThumbnail;
 
 // In the order of the help.
 inline constexpr AddCommand* kCommands[] = {
-    addEncode, addRemake, addImport, addProbe, addInfo,   addVerify, addCheck, addPack,
-    addUnpack, addRelink, addPlay,   addSheet, addExport, addDiff,   addDemo,  addConformance};
+    addEncode, addRemake, addImport, addProbe,  addInfo,       addVerify,
+    addCheck,  addPack,   addUnpack, addRelink, addPlay,       addThumbnail,
+    addSheet,  addExport, addDiff,   addDemo,   addConformance};
 
 // The options that say how clips are made, as given; what is not given is the preset's to say.
 struct EncodeArguments {
