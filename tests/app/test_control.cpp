@@ -146,7 +146,7 @@ TEST_F(Control, OscLayersAndLots_ShowTheirPictures) {
     stage.await(
         [&](const Shot& shot) {
             return shot == app::placed(app::blended(pictures[2], pictures[1])) ||
-                   shot == app::placed(pictures[2]);
+                   shot == app::placed(app::blended(pictures[2], pictures[2]));
         },
         "random");
     say("/top/filter/hue/held", 1);

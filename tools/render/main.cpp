@@ -158,7 +158,9 @@ void addOtherOptions(CLI::App& app, Options& options) {
                        "the first frame that this score shows differently; the exit status is 1 "
                        "when there is one")
             ->option_text("SCORE2");
-    CLI::Option* const sums = app.add_flag("--sums", options.sums, "a checksum of each picture");
+    CLI::Option* const sums =
+        app.add_flag("--sums", options.sums, "a checksum of each picture, and no film");
+    sums->option_text(" ");
     still->needs(output)->excludes(diff)->excludes(sums);
     diff->excludes(output)->excludes(sums);
     sums->excludes(output);
