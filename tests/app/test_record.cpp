@@ -10,6 +10,7 @@
 
 #include "app/pad.h"
 #include "app/stage.h"
+#include "files/preferences.h"
 #include "support/seed.h"
 #include "tools/render/take.h"
 
@@ -114,6 +115,14 @@ void prepare(Stage& stage) {
     stage.folder.addPlaylist("ALL", tracks);
     stage.folder.addPlaylist("TWO", {tracks[1], "missing.m19", tracks[2]});
     stage.folder.writePlaylists();
+    // With the frame rate and the white lines over the mix.
+    files::Preferences preferences;
+    preferences.topbar = 1;
+    preferences.fps = 1;
+    preferences.width = 1280;
+    preferences.height = 720;
+    preferences.filters = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+    stage.folder.addUserFile("prefs.xml", files::printPreferences(preferences));
 }
 
 // Through all screens, and then the mix for so long.
