@@ -146,8 +146,10 @@ TEST_F(Render, Film_HoldsEveryFrameExactly) {
 
 // Which is as large as the input of a clip is scaled down to again.
 TEST_F(Render, LargeFilm_IsDoubled) {
-    ASSERT_EQ(render("video.score -o small.mkv --size 640x360 --folder set --to 3").status, 0);
-    ASSERT_EQ(render("video.score -o large.mkv --folder set --to 3").status, 0);
+    ASSERT_EQ(
+        render("video.score -o small.mkv --size 640x360 --folder set --from 100 --to 103").status,
+        0);
+    ASSERT_EQ(render("video.score -o large.mkv --folder set --from 100 --to 103").status, 0);
     EXPECT_EQ(framesIn("large.mkv"), 3);
     maker::SourceOptions options;
     options.path = "large.mkv";
@@ -274,13 +276,38 @@ TEST_F(Render, Interface_IsFilmedOnDemand) {
               "frame 1 differs\n");
 }
 
+// On a display as small as the picture they would stand in it.
 TEST_F(Render, Lines_OverTheMixAreInterface) {
+    write("small.score",
+          "velmora score 1\ndisplay 640 360\n" + kVideo.substr(kVideo.find('\n') + 1));
     write("set/userdata/prefs.xml",
           "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n\n<all>\n"
           "\t<mode>0</mode>\n\t<topbar>1</topbar>\n\t<fps>1</fps>\n");
-    const std::string lines = render("video.score --sums --folder set").out;
+    const std::string lines = render("small.score --sums --folder set").out;
+    const std::string window = render("small.score --sums --interface --folder set").out;
     fs::remove("set/userdata/prefs.xml");
-    EXPECT_EQ(render("video.score --sums --folder set").out, lines);
+    EXPECT_EQ(render("small.score --sums --folder set").out, lines);
+    EXPECT_NE(window, lines);
+}
+
+TEST_F(Render, Displays_ShowTheSameMix) {
+    const std::string sums = render("video.score --sums --folder set").out;
+    for (const char* display : {"640 360", "720 576", "1024 768", "1920 1080"}) {
+        write("other.score", std::string("velmora score 1\ndisplay ") + display + "\n" +
+                                 kVideo.substr(kVideo.find('\n') + 1));
+        EXPECT_EQ(render("other.score --sums --folder set").out, sums) << display;
+    }
+}
+
+TEST_F(Render, Menus_AreBlackBehindTheMix) {
+    write("menu.score", "velmora score 1\nplaylist ONE\n20 return\n30 z\n60 end\n");
+    ASSERT_EQ(render("menu.score -o mix.png --still 25 --folder set").status, 0);
+    ASSERT_EQ(render("menu.score -o menu.png --still 55 --folder set").status, 0);
+    const auto blackOf = [](const std::vector<uint8_t>& picture) {
+        return std::count(picture.begin(), picture.end(), 0);
+    };
+    EXPECT_LT(blackOf(pictureIn("mix.png", 0)), 640 * 360 * 3);
+    EXPECT_EQ(blackOf(pictureIn("menu.png", 0)), 640 * 360 * 3);
 }
 
 // What the score holds counts, and what the program saves goes nowhere.
