@@ -89,6 +89,18 @@ TEST_F(Render, SameScore_GivesTheSamePictures) {
     EXPECT_EQ(same.out, "the same pictures\n");
 }
 
+// Each picture of a tour through the mix is the one that it has always been. Where one is meant to
+// change, "velmora-render tests/data/scores/tour.score --sums" on this set gives the new ones.
+TEST_F(Render, Tour_ShowsWhatItAlwaysShowed) {
+    const Outcome tour = render(TEST_DATA "/scores/tour.score --sums --folder set");
+    ASSERT_EQ(tour.status, 0) << tour.err;
+    const std::string wanted = textOf(TEST_DATA "/scores/tour.sums");
+    const auto [seen, known] =
+        std::mismatch(tour.out.begin(), tour.out.end(), wanted.begin(), wanted.end());
+    EXPECT_TRUE(tour.out == wanted)
+        << "the first line that differs is " << std::count(tour.out.begin(), seen, '\n');
+}
+
 TEST_F(Render, Seed_IsTheSnows) {
     write("snow.score", "velmora score 1\nplaylist ONE\nseed 1\n0 +o\n5 backspace\n50 end\n");
     fs::copy_file("snow.score", "same.score");
