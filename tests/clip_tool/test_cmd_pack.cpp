@@ -1,6 +1,8 @@
 // pack and unpack, run for real: a set goes from one folder to another.
 #include "clip_tool/sets.h"
 #include "clip_tool/tool.h"
+#include "tools/base/errors.h"
+#include "tools/clip/set/arriving.h"
 
 namespace {
 
@@ -205,6 +207,33 @@ TEST_F(Unpack, OtherClipsAndPlaylistsOfTheNames_StayAndTheNewOnesAreNumbered) {
     EXPECT_EQ(tool("unpack set.velmora --to there --preferences").status, 0);
     EXPECT_EQ(textOf("there/userdata/prefs.xml"), "the set's");
     EXPECT_EQ(textOf("there/userdata/prefs.xml.old"), "its own");
+}
+
+// One byte of many thousand.
+TEST_F(Unpack, ClipOfTheSameSize_IsAnotherClip) {
+    write("home/videos/a.m19", sets::clipText("gaps-64", 2));
+    write(std::string("home/") + kXml, xmlOf({{"new", {"a.m19"}}}));
+    ASSERT_EQ(tool("pack --from home -o set.velmora").status, 0);
+    write("there/videos/a.m19", sets::clipText("gaps-64", 1));
+    write(std::string("there/") + kXml, xmlOf({{"own", {"a.m19"}}}));
+    ASSERT_EQ(tool("unpack set.velmora --to there").status, 0);
+    EXPECT_TRUE(textOf("there/videos/a.m19") == sets::clipText("gaps-64", 1));
+    EXPECT_TRUE(textOf("there/videos/a_2.m19") == sets::clipText("gaps-64", 2));
+    EXPECT_EQ(textOf(std::string("there/") + kXml),
+              xmlOf({{"own", {"a.m19"}}, {"new", {"a_2.m19"}}}));
+}
+
+// Between the look at the folder and the names that are given.
+TEST_F(Unpack, FileThatHasComeMeanwhile_IsNotWrittenOver) {
+    const std::vector<uint8_t> bytes = {1, 2, 3};
+    {
+        maker::Arriving arriving;
+        arriving.write("there/first.m19", bytes, false);
+        arriving.write("there/second.m19", bytes, false);
+        write("there/second.m19", "somebody's");
+        EXPECT_THROW(arriving.name(), maker::ToolError);
+    }
+    EXPECT_EQ(listing("there"), (Listing{{"second.m19", "somebody's"}}));
 }
 
 TEST_F(Unpack, FiftyPlaylists_LeaveNoRoom) {

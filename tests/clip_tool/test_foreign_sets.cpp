@@ -174,6 +174,14 @@ TEST_F(ForeignSets, PlaylistsThatDoNotFit_AreRefused) {
               "its 'videos/a.m19' is in none of its playlists\n");
 }
 
+TEST_F(ForeignSets, MoreFilesThanASetCanHold_AreRefused) {
+    std::vector<Entry> entries;
+    for (int number = 0; number < 6000; ++number) {
+        entries.push_back({"videos/" + std::to_string(number) + ".m19", "", 0});
+    }
+    EXPECT_EQ(refusal(zipOf(entries)), "it holds more files than a set can\n");
+}
+
 TEST_F(ForeignSets, ClipThatDoesNotPlay_IsRefused) {
     EXPECT_NE(
         refusal(setOf({{clip_.name, "no clip"}}, playlists_)).find("'videos/a.m19' is broken"),
