@@ -155,13 +155,20 @@ TEST_F(Commands, Encode_ProgressOfASearchForABudgetGoesOn) {
     EXPECT_LT(before, 1);
 }
 
+// The line is written a few times a second: the search takes longer than that on any machine.
 TEST_F(Commands, Encode_SearchForABudgetIsShownOnATerminal) {
-    narrowNoise(255);
+    media::Recipe noise;
+    noise.path = "in.mkv";
+    noise.frames = 6;
+    noise.fill = [](int frame, AVFrame& picture) {
+        media::fillNoise(picture, static_cast<uint32_t>(frame + 1));
+    };
+    media::write(noise);
     const std::string line = "script -qec \"'" + kTool +
-                             "' encode in.png -o out.m19 --fit contain --size 10000"
+                             "' encode in.mkv -o out.m19 --size 200000"
                              "\" ../shown.txt >/dev/null </dev/null";
     ASSERT_EQ(std::system(line.c_str()), 0);
-    EXPECT_NE(textOf("../shown.txt").find("\rfitting 1 frame"), std::string::npos);
+    EXPECT_NE(textOf("../shown.txt").find("\rfitting "), std::string::npos);
 }
 
 }  // namespace
