@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <functional>
 #include <thread>
 
 #include "tests/control/jack.h"
@@ -18,12 +19,15 @@ namespace {
 
 constexpr std::chrono::seconds kPatience(20);
 
-// Waits until what was heard holds one of this kind, or patience ends.
-bool hears(MidiEar& ear, std::vector<Heard>& heard, HeardKind kind, const std::string& device) {
+// Waits until what was heard holds one of this kind, or patience ends. Plays meanwhile.
+bool hears(
+    MidiEar& ear, std::vector<Heard>& heard, HeardKind kind, const std::string& device,
+    const std::function<void()>& play = [] {}) {
     const Time end = Clock::now() + kPatience;
     while (Clock::now() < end) {
+        play();
         pollfd waiting{ear.fd(), POLLIN, 0};
-        poll(&waiting, 1, 20);
+        poll(&waiting, 1, 50);
         ear.take(heard);
         if (std::any_of(heard.begin(), heard.end(), [&](const Heard& one) {
                 return one.kind == kind && one.device.find(device) != std::string::npos;
@@ -32,6 +36,10 @@ bool hears(MidiEar& ear, std::vector<Heard>& heard, HeardKind kind, const std::s
         }
     }
     return false;
+}
+
+bool isNote(const Heard& one) {
+    return one.kind == HeardKind::NOTE;
 }
 
 template <typename Condition>
@@ -73,21 +81,23 @@ TEST(MidiEar, Device_ComesPlaysGoesAndComesAgain) {
     ASSERT_TRUE(becomes([&] { return server.runs(); }));
     std::unique_ptr<RtMidiOut> out = pads();
     ASSERT_TRUE(becomes([&] { return listens(ear, "pads", true); }));
-    const unsigned char note[] = {0x90, 60, 127};
-    const unsigned char clock[] = {0xF8};
-    out->sendMessage(note, 3);
-    out->sendMessage(clock, 1);
-    EXPECT_TRUE(hears(ear, heard, HeardKind::CLOCK, "pads"));
-    EXPECT_TRUE(hears(ear, heard, HeardKind::NOTE, "pads"));
-    EXPECT_EQ(heard[0].number, 60);
+    // Again and again: JACK drops what is played in the period in which it connects two ports.
+    const auto play = [&] {
+        const unsigned char note[] = {0x90, 60, 127};
+        const unsigned char clock[] = {0xF8};
+        out->sendMessage(note, 3);
+        out->sendMessage(clock, 1);
+    };
+    ASSERT_TRUE(hears(ear, heard, HeardKind::NOTE, "pads", play));
+    EXPECT_EQ(std::find_if(heard.begin(), heard.end(), isNote)->number, 60);
+    EXPECT_TRUE(hears(ear, heard, HeardKind::CLOCK, "pads", play));
     heard.clear();
     out.reset();
     EXPECT_TRUE(hears(ear, heard, HeardKind::GONE, "pads"));
     heard.clear();
     out = pads();
     ASSERT_TRUE(becomes([&] { return listens(ear, "pads", true); }));
-    out->sendMessage(note, 3);
-    EXPECT_TRUE(hears(ear, heard, HeardKind::NOTE, "pads"));
+    EXPECT_TRUE(hears(ear, heard, HeardKind::NOTE, "pads", play));
     wanted = false;
     ear.wantAgain();
     EXPECT_TRUE(hears(ear, heard, HeardKind::GONE, "pads"));
