@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Completion of velmora-clip, velmora-control, velmora-record and velmora-render in bash: commands,
-# options, their values, and files of the right kind, all taken from what --help of the tool says.
+# Completion of the tools beside Velmora in bash: commands, options, their values, and files of the
+# right kind, all taken from what --help of the tool says.
 
 # The help of a tool, or of its subcommand.
 _velmora_help() {
@@ -89,4 +89,4 @@ _velmora() {
     fi
 }
 
-complete -F _velmora velmora-clip velmora-control velmora-record velmora-render
+complete -F _velmora velmora-clip velmora-control velmora-doctor velmora-record velmora-render

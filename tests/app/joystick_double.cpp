@@ -50,6 +50,16 @@ SDL_Joystick* SDL_JoystickOpen(int index) {
     return index == 0 && pad() != nullptr ? reinterpret_cast<SDL_Joystick*>(&opened) : nullptr;
 }
 
+int SDL_JoystickNumButtons(SDL_Joystick*) {
+    return app::kPadButtons;
+}
+
+int SDL_JoystickNumHats(SDL_Joystick*) {
+    return 0;
+}
+
+void SDL_JoystickClose(SDL_Joystick*) {}
+
 Uint8 SDL_JoystickGetButton(SDL_Joystick* joystick, int button) {
     if (reinterpret_cast<char*>(joystick) != &opened || button < 0 || button >= app::kPadButtons) {
         return 0;

@@ -46,7 +46,7 @@ expect() {
     fi
 }
 
-for tool in velmora-clip velmora-control velmora-record velmora-render; do
+for tool in velmora-clip velmora-control velmora-doctor velmora-record velmora-render; do
     help=$("$tool" --help)
     commands=$(sed -n '/^Subcommands:/,$s/^  \([a-z][a-z-]*\) .*/\1/p' <<<"$help" | sort -u | tr '\n' ' ')
     [ -z "$commands" ] || expect "${commands% }" "$tool" ""

@@ -2,15 +2,17 @@
 # What the documents call is there: every subcommand of the tools that they name in code, and every
 # option behind it. An option that stands alone is one of velmora-clip encode, in the documents of
 # velmora-control one of its run or one before any subcommand, in that of recording one of
-# velmora-render. The tools for recording have no subcommands.
+# velmora-render. The doctor and the tools for
+# recording have no subcommands.
 #
-#   documented_commands.sh VELMORA_CLIP VELMORA_CONTROL VELMORA_RECORD VELMORA_RENDER DOCUMENT...
+#   documented_commands.sh VELMORA_CLIP VELMORA_CONTROL VELMORA_DOCTOR VELMORA_RECORD VELMORA_RENDER
+#                          DOCUMENT...
 #
 # A manual page calls a tool in lines that begin with ".B velmora\-".
 set -euo pipefail
 declare -A tools=([velmora-clip]=$1 [velmora-control]=$2)
-declare -A plain=([velmora-record]=$3 [velmora-render]=$4)
-shift 4
+declare -A plain=([velmora-doctor]=$3 [velmora-record]=$4 [velmora-render]=$5)
+shift 5
 status=0
 complain() {
     echo "$1"
@@ -41,7 +43,7 @@ done
 code_of() {
     local mark='`'
     case $1 in
-        *.1) sed -n 's/^\.B //; s/\\-/-/g; /^velmora-[cr]/p' "$1" ;;
+        *.1) sed -n 's/^\.B //; s/\\-/-/g; /^velmora-[cdr]/p' "$1" ;;
         *)
             sed -nE 's/^(    |\t) *//p' "$1"
             { grep -vE '^(    |\t)' "$1" | grep -oE "${mark}[^$mark]+$mark" || true; } | tr -d "$mark"
@@ -57,8 +59,8 @@ check_call() {
     done < <(grep -oE '(^| )--?[a-z][a-z-]*' <<<"$3" | tr -d ' ')
 }
 
-declare -A calls=([velmora-clip]=0 [velmora-control]=0 [velmora-record]=0 [velmora-render]=0)
-called_plain='^(velmora-record|velmora-render)( .*|$)'
+declare -A calls=([velmora-clip]=0 [velmora-control]=0 [velmora-doctor]=0 [velmora-record]=0 [velmora-render]=0)
+called_plain='^(velmora-doctor|velmora-record|velmora-render)( .*|$)'
 called='(velmora-clip|velmora-control) ([a-z]+)(.*)'
 for document in "$@"; do
     alone="velmora-clip encode"

@@ -118,6 +118,16 @@ OwnPlaylists_BringNoDemo() {
     content "$HOME/Velmora/userdata/prefs.xml" "demo prefs"
 }
 
+Doctor_GetsItsWords() {
+    { echo '#!/bin/sh'; echo 'printf "%s|" "$@"'; echo 'exit 3'; } >"$prefix/bin/velmora-doctor"
+    chmod +x "$prefix/bin/velmora-doctor"
+    start_status=0
+    "$prefix/bin/velmora" doctor --folder "a b" >"$box/log" 2>&1 || start_status=$?
+    expect "the status" "$start_status" 3
+    content "$box/log" "--folder|a b|"
+    absent "$HOME/Velmora"
+}
+
 HomeVariable_NamesTheFolder() {
     export VELMORA_HOME="$box/my set's folder"
     start 0

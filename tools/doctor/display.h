@@ -18,6 +18,8 @@ struct DisplayFacts {
     int width = 0;       // of the screen, in pixels; 0: it did not say
     int height = 0;
     int depth = 0;  // bits a pixel
+
+    bool visible() const;  // somebody can look at it
 };
 
 struct SdlFacts {

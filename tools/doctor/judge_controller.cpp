@@ -123,9 +123,7 @@ void judgeController(const ControllerFacts& facts, const std::optional<files::Co
         return;
     }
     if (!map) {
-        remarks.hurts(kAbout, "its buttons do nothing: userdata/gamecontroller.xml is not there",
-                      "Start Velmora once, or assign them in OPTIONS.");
-        return;
+        return;  // the look through the user's files says it
     }
     judgeNumbers(facts, *map, remarks);
     if (facts.hats > 0 && !overSdl2) {

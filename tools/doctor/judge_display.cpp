@@ -98,6 +98,10 @@ std::vector<Screen> screensIn(const fs::path& folder) {
     return screens;
 }
 
+bool DisplayFacts::visible() const {
+    return found && showsPictures(driver);
+}
+
 void judgeDisplay(const DisplayFacts& display, const std::vector<Screen>& screens,
                   Remarks& remarks) {
     if (!display.forced.empty() && !showsPictures(display.forced)) {
@@ -106,7 +110,7 @@ void judgeDisplay(const DisplayFacts& display, const std::vector<Screen>& screen
                       "Take SDL_VIDEODRIVER out of the environment.");
     } else if (display.named.empty() && !display.found) {
         judgeScreens(screens, remarks);
-    } else if (!display.found || !showsPictures(display.driver)) {
+    } else if (!display.visible()) {
         remarks.stops(kAbout, said("\"", display.named, "\" does not answer"),
                       "Start Velmora from the desktop that is on the screen, as the user whose "
                       "desktop it is.");

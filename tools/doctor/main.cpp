@@ -38,11 +38,11 @@ void examineFolder(const Options& options, const ControllerFacts& controller, bo
     const fs::path folder = maker::velmoraFolderToBe(options.folder, "--folder");
     std::error_code ignored;
     if (!fs::is_directory(folder, ignored)) {
-        remarks.note("folder", said(folder.string(), " is not there yet"),
+        remarks.note("folder", said(fs::absolute(folder).string(), " is not there yet"),
                      "The first start makes it, with the demo set.");
         return;
     }
-    remarks.fine("folder", folder.string());
+    remarks.fine("folder", fs::canonical(folder).string());
     judgeData(folder, remarks);
     judgeRights(folder, remarks);
     judgeController(controller, controllerMapIn(folder), overSdl2, remarks);
@@ -63,7 +63,7 @@ Remarks examine(const Options& options) {
         judgeBridge(askBridge(), remarks);
     }
     if (!options.quick) {
-        judgePace(measurePace(display.found), remarks);
+        judgePace(measurePace(display.visible()), remarks);
     }
     closeDisplay();
     return remarks;
