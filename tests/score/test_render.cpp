@@ -89,16 +89,25 @@ TEST_F(Render, SameScore_GivesTheSamePictures) {
     EXPECT_EQ(same.out, "the same pictures\n");
 }
 
-// Each picture of a tour through the mix is the one that it has always been. Where one is meant to
-// change, "velmora-render tests/data/scores/tour.score --sums" on this set gives the new ones.
+// Each picture is the one that it has always been. Where one is meant to change,
+// "velmora-render tests/data/scores/NAME.score --sums OPTION" on this set gives the new ones.
+void expectKnownPictures(const std::string& name, const std::string& option) {
+    const std::string score = std::string(TEST_DATA "/scores/").append(name);
+    const Outcome seen = render(score + ".score --sums --folder set " + option);
+    ASSERT_EQ(seen.status, 0) << seen.err;
+    const std::string wanted = textOf(score + ".sums");
+    const auto [different, known] =
+        std::mismatch(seen.out.begin(), seen.out.end(), wanted.begin(), wanted.end());
+    EXPECT_TRUE(seen.out == wanted)
+        << "the first frame that differs is " << std::count(seen.out.begin(), different, '\n');
+}
+
 TEST_F(Render, Tour_ShowsWhatItAlwaysShowed) {
-    const Outcome tour = render(TEST_DATA "/scores/tour.score --sums --folder set");
-    ASSERT_EQ(tour.status, 0) << tour.err;
-    const std::string wanted = textOf(TEST_DATA "/scores/tour.sums");
-    const auto [seen, known] =
-        std::mismatch(tour.out.begin(), tour.out.end(), wanted.begin(), wanted.end());
-    EXPECT_TRUE(tour.out == wanted)
-        << "the first line that differs is " << std::count(tour.out.begin(), seen, '\n');
+    expectKnownPictures("tour", "");
+}
+
+TEST_F(Render, Screens_ShowWhatTheyAlwaysShowed) {
+    expectKnownPictures("screens", "--interface");
 }
 
 TEST_F(Render, Seed_IsTheSnows) {
