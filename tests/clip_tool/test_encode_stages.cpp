@@ -327,6 +327,8 @@ TEST(Progress, Text_TellsRateAndTimeLeft) {
     state.finished = 3;
     state.seconds = 100;
     EXPECT_EQ(maker::progressText(state), "3 of 8 clips, 0.5 frames/s, 5:00 min left");
+    state.frames = 0;
+    EXPECT_EQ(maker::progressText(state), "3 of 8 clips, 5:00 min left");
 }
 
 }  // namespace

@@ -176,7 +176,7 @@ TEST_F(ForeignSets, PlaylistsThatDoNotFit_AreRefused) {
 
 TEST_F(ForeignSets, MoreFilesThanASetCanHold_AreRefused) {
     std::vector<Entry> entries;
-    for (int number = 0; number < 6000; ++number) {
+    for (int number = 0; number < 8000; ++number) {
         entries.push_back({"videos/" + std::to_string(number) + ".m19", "", 0});
     }
     EXPECT_EQ(refusal(zipOf(entries)), "it holds more files than a set can\n");

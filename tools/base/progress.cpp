@@ -49,7 +49,9 @@ std::string progressText(const ProgressState& state) {
         text += state.expected > 0 ? " of " + std::to_string(state.expected) : "";
     }
     if (state.seconds >= kSettled) {
-        text += fitting ? "" : ", " + decimals(state.frames / state.seconds, 1) + " frames/s";
+        text += fitting || state.frames == 0
+                    ? ""
+                    : ", " + decimals(state.frames / state.seconds, 1) + " frames/s";
         if (state.part > 0) {
             text += ", " + timeText(state.seconds * (1 - state.part) / state.part) + " left";
         }

@@ -55,7 +55,7 @@ void printLeftOut(const SetContents& contents) {
 void noteSums(const SetContents& contents) {
     Manifest sums;
     for (const FileToPack& file : contents.files) {
-        if (file.name.starts_with(kVideosPrefix)) {
+        if (!trackOfPacked(file.name).empty()) {
             sums[file.name] = file.sha256;
         }
     }
@@ -101,8 +101,9 @@ void addPack(CLI::App& app, int& status) {
     CLI::Option* check =
         command->add_flag("--check", options->check, "tell what would be in it, and write nothing");
     command->footer(
-        "The set is a zip with the playlists, their clips, the preferences, both controller maps\n"
-        "and a list of checksums. Clips that are missing or would not play are left out and\n"
+        "The set is a zip with the playlists, their clips and where these came from, the\n"
+        "preferences, both controller maps and a list of checksums. Clips that are missing or "
+        "would not play are left out and\n"
         "named, their tracks stay; the exit status is then 1.");
     command->callback([options, output, check, &status] {
         if (output->count() == 0 && check->count() == 0) {

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "files/userfile.h"
 #include "tools/base/atomic_file.h"
 #include "tools/base/errors.h"
 #include "tools/base/texts.h"
@@ -23,6 +24,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr size_t kMostTextBytes = size_t{1} << 20;  // of a file that tells an origin
 constexpr uint64_t kEndBytes = uint64_t{32} << 20;  // that count at each end of a large file
 
 class Summer {
@@ -77,6 +79,16 @@ ClipOrigin parsed(const Json& json) {
         origin.output = fs::path(json.at("of").get<std::string>()).filename();
     }
     return origin;
+}
+
+std::optional<ClipOrigin> originIn(std::span<const uint8_t> text, uint64_t clipBytes) {
+    const Json json = Json::parse(text.begin(), text.end(), nullptr, false);
+    try {
+        const bool same = json.at("bytes").get<uint64_t>() == clipBytes;
+        return same ? std::optional(parsed(json)) : std::nullopt;
+    } catch (const Json::exception&) {
+        return std::nullopt;  // no file of ours
+    }
 }
 
 }  // namespace
@@ -137,13 +149,20 @@ std::optional<ClipOrigin> readOrigin(const fs::path& clip) {
         return std::nullopt;
     }
     const std::vector<uint8_t> bytes = readWholeFile(path);
-    const Json json = Json::parse(bytes.begin(), bytes.end(), nullptr, false);
-    try {
-        const bool same = json.at("bytes").get<uint64_t>() == fs::file_size(clip, error);
-        return same && !error ? std::optional(parsed(json)) : std::nullopt;
-    } catch (const Json::exception&) {
-        return std::nullopt;  // no file of ours
-    }
+    const uint64_t clipBytes = fs::file_size(clip, error);
+    return error ? std::nullopt : originIn(bytes, clipBytes);
+}
+
+bool isOriginText(std::span<const uint8_t> text, uint64_t clipBytes) {
+    return originIn(text, clipBytes).has_value();
+}
+
+std::string originTextOf(const fs::path& file, uint64_t clipBytes) {
+    const std::optional<std::string> text = readRegular(file.string(), kMostTextBytes);
+    const bool own =
+        text &&
+        isOriginText({reinterpret_cast<const uint8_t*>(text->data()), text->size()}, clipBytes);
+    return own ? *text : "";
 }
 
 ClipOrigin checkedOrigin(const fs::path& clip) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "tools/clip/jobs/encode_job.h"
@@ -40,6 +41,12 @@ std::string originText(const ClipOrigin& origin, const ClipReport& clip);
 
 // Nothing where there is no such file, or one of another clip.
 std::optional<ClipOrigin> readOrigin(const std::filesystem::path& clip);
+
+// The text of such a file, which is that of a clip of so many bytes; empty where it is none.
+std::string originTextOf(const std::filesystem::path& file, uint64_t clipBytes);
+
+// Whether a text is one of a clip of so many bytes.
+bool isOriginText(std::span<const uint8_t> text, uint64_t clipBytes);
 
 // Throws ToolError where there is none, or where the source is gone or holds something else.
 ClipOrigin checkedOrigin(const std::filesystem::path& clip);

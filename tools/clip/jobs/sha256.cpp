@@ -54,4 +54,8 @@ std::string sha256Of(std::span<const uint8_t> bytes) {
     return sha.finish();
 }
 
+std::string sha256Of(const std::string& bytes) {
+    return sha256Of(std::span(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()));
+}
+
 }  // namespace maker

@@ -27,5 +27,6 @@ private:
 };
 
 std::string sha256Of(std::span<const uint8_t> bytes);
+std::string sha256Of(const std::string& bytes);
 
 }  // namespace maker

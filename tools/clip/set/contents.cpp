@@ -13,6 +13,7 @@
 #include "tools/base/texts.h"
 #include "tools/base/velmora_folder.h"
 #include "tools/clip/jobs/clip_names.h"
+#include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/jobs/playlists_file.h"
 #include "tools/clip/jobs/sha256.h"
 #include "tools/clip/reports/describe.h"
@@ -25,10 +26,6 @@ namespace fs = std::filesystem;
 using files::Playlist;
 
 namespace {
-
-std::span<const uint8_t> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
-}
 
 [[noreturn]] void refuseName(const std::string& name, const std::vector<Playlist>& playlists) {
     std::vector<std::string> there;
@@ -63,6 +60,10 @@ std::vector<Playlist> chosenPlaylists(const std::vector<std::string>& names) {
     return chosen;
 }
 
+void addText(const std::string& name, const std::string& text, SetContents& contents) {
+    contents.files.push_back({name, sha256Of(text), "", text});
+}
+
 // Reads the clip, if it can be part of a set.
 PackedClip lookedAt(const std::string& track, SetContents& contents) {
     PackedClip clip{track, 0, ""};
@@ -81,16 +82,16 @@ PackedClip lookedAt(const std::string& track, SetContents& contents) {
             clip.fault = description.plays() ? "" : "it is " + verdictText(description);
             if (clip.fault.empty()) {
                 contents.files.push_back({kVideosPrefix + track, sha256Of(bytes), file, ""});
+                const std::string origin = originTextOf(originPath(file), bytes.size());
+                if (!origin.empty()) {
+                    addText(kVideosPrefix + track + kOriginEnding, origin, contents);
+                }
             }
         } catch (const ToolError& error) {
             clip.fault = error.what();
         }
     }
     return clip;
-}
-
-void addText(const std::string& name, const std::string& text, SetContents& contents) {
-    contents.files.push_back({name, sha256Of(bytesOf(text)), "", text});
 }
 
 // A file that is not there is not packed.

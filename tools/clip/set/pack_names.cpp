@@ -36,8 +36,13 @@ std::string trackOfPacked(const std::string& name) {
     return isTrackPath(path) ? path : "";
 }
 
+std::string trackOfOrigin(const std::string& name) {
+    const std::string ending = kOriginEnding;
+    return name.ends_with(ending) ? trackOfPacked(name.substr(0, name.size() - ending.size())) : "";
+}
+
 bool isPackedName(const std::string& name) {
-    return !trackOfPacked(name).empty() ||
+    return !trackOfPacked(name).empty() || !trackOfOrigin(name).empty() ||
            std::find(std::begin(kOthers), std::end(kOthers), name) != std::end(kOthers);
 }
 

@@ -15,10 +15,16 @@ inline constexpr const char* kVideosPrefix = "videos/";
 // of this version's ending, and read back by the program as it is. Any bytes will do.
 bool isTrackPath(const std::string& path);
 
+// Where a clip came from stands in a file of its name and this ending (clip_origin.h).
+inline constexpr const char* kOriginEnding = ".json";
+
 // Whether a set may hold a file of this name.
 bool isPackedName(const std::string& name);
 
 // The track's path of a clip in a set; empty for any other file.
 std::string trackOfPacked(const std::string& name);
+
+// The same of the file that tells a clip's origin.
+std::string trackOfOrigin(const std::string& name);
 
 }  // namespace maker

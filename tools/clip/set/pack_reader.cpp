@@ -20,10 +20,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// No file of a set but its clips is larger; the longest list of checksums takes half of it.
+// No file of a set but its clips is larger; the longest list of checksums fits.
 constexpr uint64_t kMostTextBytes = uint64_t{1} << 20;
-// Each track a clip of its own, the files beside them, and folders that other tools write as well.
-constexpr zip_int64_t kMostEntries = 2 * kPlaylists * kTrackSlots + 64;
+// Each track a clip of its own with its origin, the files beside them, and folders that other tools
+// write as well.
+constexpr zip_int64_t kMostEntries = 3 * kPlaylists * kTrackSlots + 64;
 constexpr const char* kTwice = "it holds two files of one name";
 constexpr zip_int64_t kPieceBytes = zip_int64_t{1} << 20;
 
@@ -117,11 +118,6 @@ void PackReader::readDirectory() {
         throw ToolError(kTwice);
     }
     addChecksums();
-}
-
-const PackedFile* PackReader::find(const std::string& name) const {
-    const auto found = std::ranges::find(files_, name, &PackedFile::name);
-    return found == files_.end() ? nullptr : &*found;
 }
 
 void PackReader::addChecksums() {

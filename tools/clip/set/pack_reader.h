@@ -1,8 +1,6 @@
 #pragma once
 // A packed set read. Whoever made it, nothing of it is believed: names, sizes and kinds of its
 // files are checked when it is opened, and what a file holds each time that it is read.
-//
-// Every fault is a ToolError with a short line that goes behind "cannot unpack FILE: ".
 
 #include <cstdint>
 #include <filesystem>
@@ -11,30 +9,19 @@
 #include <string>
 #include <vector>
 
+#include "tools/clip/set/set_files.h"
+
 struct zip;
 
 namespace maker {
 
-struct PackedFile {
-    std::string name;  // as isPackedName() has it
-    uint64_t bytes = 0;
-    uint64_t place = 0;  // in the zip
-    std::string sha256;
-};
-
-class PackReader {
+class PackReader : public SetFiles {
 public:
     explicit PackReader(const std::filesystem::path& path);
     // `bytes` outlive the reader.
     explicit PackReader(std::span<const uint8_t> bytes);
 
-    // All but the list of checksums, sorted by name; a name comes once.
-    const std::vector<PackedFile>& files() const { return files_; }
-    // Null when there is none of this name.
-    const PackedFile* find(const std::string& name) const;
-
-    // What the file holds, which is what its checksum says.
-    std::vector<uint8_t> read(const PackedFile& file);
+    std::vector<uint8_t> read(const PackedFile& file) override;
 
 private:
     struct Discard {
@@ -46,7 +33,6 @@ private:
     std::vector<uint8_t> bytesOf(const PackedFile& file);
 
     std::unique_ptr<zip, Discard> zip_;
-    std::vector<PackedFile> files_;
 };
 
 }  // namespace maker

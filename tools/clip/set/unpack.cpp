@@ -14,16 +14,25 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void writeClips(PackReader& pack, const UnpackPlan& plan, Arriving& arriving) {
-    for (const PlannedClip& clip : plan.clips) {
+void writeClips(SetFiles& set, const UnpackPlan& plan, Arriving& arriving,
+                const std::function<void(size_t)>& written) {
+    for (size_t i = 0; i < plan.clips.size(); ++i) {
+        const PlannedClip& clip = plan.clips[i];
+        const fs::path place = fs::path(kVideos) / clip.place.track;
         if (clip.place.kind != PlaceKind::THERE) {
-            arriving.write(fs::path(kVideos) / clip.place.track, pack.read(clip.file), false);
+            arriving.write(place, set.read(clip.file), false);
+        }
+        if (clip.origin) {
+            arriving.write(place.string() + kOriginEnding, set.read(*clip.origin), false);
+        }
+        if (written) {
+            written(i);
         }
     }
 }
 
 // What is replaced is kept beside it.
-void writeOthers(PackReader& pack, const UnpackPlan& plan, Arriving& arriving) {
+void writeOthers(SetFiles& set, const UnpackPlan& plan, Arriving& arriving) {
     for (const PlannedOther& other : plan.others) {
         const bool replaces = other.kind == OtherKind::REPLACED;
         if (replaces) {
@@ -32,7 +41,7 @@ void writeOthers(PackReader& pack, const UnpackPlan& plan, Arriving& arriving) {
             writeWholeFile(copy, readWholeFile(other.target));
         }
         if (replaces || other.kind == OtherKind::NEW) {
-            arriving.write(other.target, pack.read(other.file), replaces);
+            arriving.write(other.target, set.read(other.file), replaces);
         }
     }
 }
@@ -47,13 +56,14 @@ void noteSums(const UnpackPlan& plan) {
 
 }  // namespace
 
-std::string carryOut(PackReader& pack, const UnpackPlan& plan) {
+std::string carryOut(SetFiles& set, const UnpackPlan& plan,
+                     const std::function<void(size_t)>& written) {
     Arriving arriving;
     arriving.prepare(kVideos);
     arriving.prepare(folderOf(files::kPlaylistsName));
     const FolderHold hold(kVideos);
-    writeClips(pack, plan, arriving);
-    writeOthers(pack, plan, arriving);
+    writeClips(set, plan, arriving, written);
+    writeOthers(set, plan, arriving);
     arriving.name();
     std::string copy;
     if (plan.merge.changed) {

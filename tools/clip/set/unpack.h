@@ -7,12 +7,14 @@
 // the old clips, or the new one with all of its clips. Faults are thrown as ToolError.
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/clip/set/merge.h"
-#include "tools/clip/set/pack_reader.h"
 #include "tools/clip/set/placing.h"
+#include "tools/clip/set/set_files.h"
 
 namespace maker {
 
@@ -20,6 +22,7 @@ struct PlannedClip {
     PackedFile file;
     std::string track;  // in the set
     Place place;
+    std::optional<PackedFile> origin;  // where it came from, when that is to be written
 };
 
 enum class OtherKind { NEW, THERE, KEPT, REPLACED };
@@ -38,11 +41,16 @@ struct UnpackPlan {
     std::vector<std::string> absent;  // tracks whose clips the set does not hold
 };
 
-// With `replaceOthers` preferences and maps come in the place of those that are there.
-UnpackPlan planUnpack(PackReader& pack, bool replaceOthers);
+// The playlists that a set brings.
+std::vector<files::Playlist> playlistsOf(SetFiles& set);
 
+// With `replaceOthers` preferences and maps come in the place of those that are there.
+UnpackPlan planUnpack(SetFiles& set, bool replaceOthers);
+
+// `written` is called with each clip's number, from 0, once it is there or was there.
 // Returns the copy that is kept of a playlists file that held more than the program reads; empty
 // when there is none.
-std::string carryOut(PackReader& pack, const UnpackPlan& plan);
+std::string carryOut(SetFiles& set, const UnpackPlan& plan,
+                     const std::function<void(size_t)>& written = {});
 
 }  // namespace maker

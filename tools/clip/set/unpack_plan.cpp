@@ -11,6 +11,7 @@
 #include "tools/base/errors.h"
 #include "tools/base/texts.h"
 #include "tools/base/velmora_folder.h"
+#include "tools/clip/jobs/clip_origin.h"
 #include "tools/clip/jobs/playlists_file.h"
 #include "tools/clip/jobs/sha256.h"
 #include "tools/clip/reports/describe.h"
@@ -31,9 +32,9 @@ bool isThere(const fs::path& path) {
 
 // Before anything is unpacked, which a small file could make last for ever. A clip of which one of
 // the same size is there may be that one.
-void checkRoom(const PackReader& pack) {
+void checkRoom(const SetFiles& set) {
     uint64_t needed = 0;
-    for (const PackedFile& file : pack.files()) {
+    for (const PackedFile& file : set.files()) {
         std::error_code error;
         const bool same = fs::file_size(file.name, error) == file.bytes && !error;
         needed += same ? 0 : file.bytes;
@@ -49,24 +50,13 @@ void checkRoom(const PackReader& pack) {
     }
 }
 
-std::vector<Playlist> playlistsOf(PackReader& pack) {
-    const PackedFile* file = pack.find(files::kPlaylistsName);
-    if (file == nullptr) {
-        throw ToolError("it has no playlists");
-    }
-    const std::vector<uint8_t> bytes = pack.read(*file);
-    const std::string text(bytes.begin(), bytes.end());
-    std::vector<Playlist> playlists = files::parsePlaylists(text);
-    if (files::printPlaylists(playlists) != text) {
-        throw ToolError("its playlists are not as Velmora writes them");
-    }
-    return playlists;
-}
-
 // Every byte of the set is looked at once before the first one is written.
-void checkFiles(PackReader& pack) {
-    for (const PackedFile& file : pack.files()) {
-        const std::vector<uint8_t> bytes = pack.read(file);
+void checkFiles(SetFiles& set) {
+    if (set.lookedAt()) {
+        return;
+    }
+    for (const PackedFile& file : set.files()) {
+        const std::vector<uint8_t> bytes = set.read(file);
         Description description;
         if (!trackOfPacked(file.name).empty()) {
             describe(bytes, description);
@@ -85,10 +75,37 @@ std::set<std::string> tracksOf(const std::vector<Playlist>& playlists) {
     return tracks;
 }
 
-void planClips(const PackReader& pack, const std::set<std::string>& tracks, UnpackPlan& plan) {
+bool leadsOut(const std::string& track) {
+    try {
+        checkFoldersOf(track);
+        return false;
+    } catch (const ToolError&) {
+        return true;
+    }
+}
+
+// Where a clip came from comes with it, when it can be told and nothing is in its place. It is no
+// fault where it does not come.
+std::optional<PackedFile> originFor(SetFiles& set, const PackedFile& clip, const Place& place,
+                                    std::set<std::string>& given) {
+    const PackedFile* origin = set.find(clip.name + kOriginEnding);
+    if (origin == nullptr || !given.insert(place.track).second ||
+        isThere(fs::path(kVideos) / (place.track + kOriginEnding)) || leadsOut(place.track) ||
+        !isOriginText(set.read(*origin), clip.bytes)) {
+        return std::nullopt;
+    }
+    return *origin;
+}
+
+void planClips(SetFiles& set, const std::set<std::string>& tracks, UnpackPlan& plan) {
     Placing placing(tracks);
     std::set<std::string> held;
-    for (const PackedFile& file : pack.files()) {
+    std::set<std::string> given;
+    for (const PackedFile& file : set.files()) {
+        const std::string origin = trackOfOrigin(file.name);
+        if (!origin.empty() && set.find(kVideosPrefix + origin) == nullptr) {
+            throw ToolError("its " + inQuotes(file.name) + " belongs to none of its clips");
+        }
         const std::string track = trackOfPacked(file.name);
         if (track.empty()) {
             continue;
@@ -97,7 +114,8 @@ void planClips(const PackReader& pack, const std::set<std::string>& tracks, Unpa
             throw ToolError("its " + inQuotes(file.name) + " is in none of its playlists");
         }
         held.insert(track);
-        plan.clips.push_back({file, track, placing.placeFor({track, file.bytes, file.sha256})});
+        const Place place = placing.placeFor({track, file.bytes, file.sha256});
+        plan.clips.push_back({file, track, place, originFor(set, file, place, given)});
     }
     std::ranges::set_difference(tracks, held, std::back_inserter(plan.absent));
 }
@@ -115,9 +133,9 @@ void followClips(const std::vector<PlannedClip>& clips, std::vector<Playlist>& p
     }
 }
 
-void planOther(PackReader& pack, const std::string& name, const fs::path& target,
-               bool replaceOthers, UnpackPlan& plan) {
-    const PackedFile* file = pack.find(name);
+void planOther(SetFiles& set, const std::string& name, const fs::path& target, bool replaceOthers,
+               UnpackPlan& plan) {
+    const PackedFile* file = set.find(name);
     if (file == nullptr) {
         return;
     }
@@ -133,17 +151,31 @@ void planOther(PackReader& pack, const std::string& name, const fs::path& target
 
 }  // namespace
 
-UnpackPlan planUnpack(PackReader& pack, bool replaceOthers) {
-    checkRoom(pack);
-    checkFiles(pack);
+std::vector<Playlist> playlistsOf(SetFiles& set) {
+    const PackedFile* file = set.find(files::kPlaylistsName);
+    if (file == nullptr) {
+        throw ToolError("it has no playlists");
+    }
+    const std::vector<uint8_t> bytes = set.read(*file);
+    const std::string text(bytes.begin(), bytes.end());
+    std::vector<Playlist> playlists = files::parsePlaylists(text);
+    if (files::printPlaylists(playlists) != text) {
+        throw ToolError("its playlists are not as Velmora writes them");
+    }
+    return playlists;
+}
+
+UnpackPlan planUnpack(SetFiles& set, bool replaceOthers) {
+    checkRoom(set);
+    checkFiles(set);
     UnpackPlan plan;
-    std::vector<Playlist> playlists = playlistsOf(pack);
-    planClips(pack, tracksOf(playlists), plan);
+    std::vector<Playlist> playlists = playlistsOf(set);
+    planClips(set, tracksOf(playlists), plan);
     followClips(plan.clips, playlists);
     plan.merge = mergePlaylists(playlistsHere(), playlists);
-    planOther(pack, files::kPreferencesName, files::kPreferencesName, replaceOthers, plan);
-    planOther(pack, files::kControllerName, files::kControllerName, replaceOthers, plan);
-    planOther(pack, kPackedMapName, userMapFile(), replaceOthers, plan);
+    planOther(set, files::kPreferencesName, files::kPreferencesName, replaceOthers, plan);
+    planOther(set, files::kControllerName, files::kControllerName, replaceOthers, plan);
+    planOther(set, kPackedMapName, userMapFile(), replaceOthers, plan);
     return plan;
 }
 
