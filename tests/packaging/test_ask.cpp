@@ -61,7 +61,7 @@ private:
 };
 
 TEST(AskKeys, AnyKeyAfterTheQuestion_IsAYes) {
-    for (const char* key : {"x", " ", "\x1b[A", "\r"}) {
+    for (const char* key : {"x", " ", "\x1b[A", "\r", "\x03"}) {
         const Terminal terminal;
         const OnInput input(terminal);
         ask::Keys keys;

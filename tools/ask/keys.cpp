@@ -27,7 +27,7 @@ Keys::Keys() {
     there_ = isatty(STDIN_FILENO) != 0 && tcgetattr(STDIN_FILENO, &before_) == 0;
     if (there_) {
         termios asking = before_;
-        asking.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+        asking.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
         asking.c_cc[VMIN] = 1;
         asking.c_cc[VTIME] = 0;
         there_ = tcsetattr(STDIN_FILENO, TCSAFLUSH, &asking) == 0;

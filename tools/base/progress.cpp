@@ -59,8 +59,12 @@ std::string progressText(const ProgressState& state) {
     return text;
 }
 
-Progress::Progress(size_t clips)
-    : shown_(isatty(STDERR_FILENO) != 0), clips_(clips), begin_(Clock::now()), last_(begin_) {}
+Progress::Progress(size_t clips, FILE* terminal)
+    : terminal_(terminal),
+      shown_(terminal != nullptr && isatty(fileno(terminal)) != 0),
+      clips_(clips),
+      begin_(Clock::now()),
+      last_(begin_) {}
 
 void Progress::show() {
     if (!shown_ || Clock::now() - last_ < kPause) {
@@ -79,7 +83,8 @@ void Progress::show() {
         parts += clip.finished ? 1 : clip.part;
     }
     state.part = parts / static_cast<double>(clips_.size());
-    std::fprintf(stderr, "\r%s\033[K", progressText(state).c_str());
+    std::fprintf(terminal_, "\r%s\033[K", progressText(state).c_str());
+    std::fflush(terminal_);
 }
 
 void Progress::update(size_t clip, const ProgressStep& step) {
@@ -99,7 +104,8 @@ void Progress::finish(size_t clip) {
 void Progress::aside(const std::function<void()>& print) {
     const std::lock_guard lock(mutex_);
     if (shown_) {
-        std::fputs("\r\033[K", stderr);
+        std::fputs("\r\033[K", terminal_);
+        std::fflush(terminal_);
     }
     print();
 }

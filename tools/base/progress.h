@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdio>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -43,7 +44,8 @@ std::string progressText(const ProgressState& state);
 
 class Progress {
 public:
-    explicit Progress(size_t clips);
+    // Shown on `terminal`, when it is one.
+    explicit Progress(size_t clips, FILE* terminal = stderr);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -61,6 +63,7 @@ private:
 
     void show();
 
+    FILE* terminal_;
     bool shown_;
     std::mutex mutex_;
     std::vector<Clip> clips_;

@@ -31,6 +31,7 @@ struct UnpackCommand {
     bool dryRun = false;
     bool count = false;
     std::string name;
+    std::string progress;
 };
 
 std::string kindText(PlaceKind kind, const std::string& become) {
@@ -94,8 +95,15 @@ std::string contentsText(size_t playlists, size_t clips) {
     return counted(playlists, "playlist") + ", " + counted(clips, "clip");
 }
 
-std::string carriedOut(SetFiles& set, const UnpackPlan& plan) {
-    Progress progress(plan.clips.size());
+struct Close {
+    void operator()(FILE* file) const { std::fclose(file); }
+};
+
+// Without a terminal of its own where there is none.
+std::string carriedOut(SetFiles& set, const UnpackPlan& plan, const std::string& terminal) {
+    const std::unique_ptr<FILE, Close> own(terminal.empty() ? nullptr
+                                                            : std::fopen(terminal.c_str(), "w"));
+    Progress progress(plan.clips.size(), terminal.empty() ? stderr : own.get());
     return carryOut(set, plan, [&](size_t clip) {
         if (plan.clips.size() > 1) {
             progress.finish(clip);
@@ -106,7 +114,7 @@ std::string carriedOut(SetFiles& set, const UnpackPlan& plan) {
 void unpackHere(SetFiles& set, const UnpackCommand& command) {
     const UnpackPlan plan = planUnpack(set, command.preferences);
     if (!command.dryRun) {
-        warnOfCopy(carriedOut(set, plan));
+        warnOfCopy(carriedOut(set, plan, command.progress));
     }
     printPlan(plan);
     std::printf("%s\n", contentsText(plan.merge.parts.size(), plan.clips.size()).c_str());
@@ -191,6 +199,10 @@ void addUnpack(CLI::App& app, int& status) {
         ->add_option("--name", options->name,
                      "what the playlist of a folder is called; its own name without it")
         ->option_text("NAME");
+    command
+        ->add_option("--progress", options->progress,
+                     "the terminal that shows the line of progress; standard error without it")
+        ->option_text("FILE");
     command->add_flag("--count", options->count,
                       "tell how much it holds without reading the clips, and write nothing");
     command->add_flag("--dry-run", options->dryRun,
