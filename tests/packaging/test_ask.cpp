@@ -2,6 +2,7 @@
 // scripted time; and the program itself, with its status and the terminal that it leaves.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -30,6 +31,12 @@ public:
     }
     void type(const char* keys) const {
         EXPECT_EQ(write(hands_, keys, strlen(keys)), static_cast<ssize_t>(strlen(keys)));
+    }
+    // Until they have come: the system hands them on in its own time.
+    void typeAndWait(const char* keys) const {
+        type(keys);
+        pollfd arrived = {program_, POLLIN, 0};
+        EXPECT_EQ(poll(&arrived, 1, 60'000), 1);
     }
     tcflag_t mode() const {
         termios now = {};
@@ -68,7 +75,7 @@ TEST(AskKeys, AnyKeyAfterTheQuestion_IsAYes) {
         ASSERT_TRUE(keys.there());
         EXPECT_EQ(terminal.mode(), 0u);
         EXPECT_FALSE(keys.pressed(500));
-        terminal.type(key);
+        terminal.typeAndWait(key);
         EXPECT_TRUE(keys.pressed(1000));
         EXPECT_FALSE(keys.pressed(2000));
     }
@@ -77,7 +84,7 @@ TEST(AskKeys, AnyKeyAfterTheQuestion_IsAYes) {
 TEST(AskKeys, KeyBeforeTheQuestion_DoesNotCount) {
     const Terminal terminal;
     const OnInput input(terminal);
-    terminal.type("xyz\n");
+    terminal.typeAndWait("xyz\n");
     ask::Keys keys;
     EXPECT_FALSE(keys.pressed(1000));
 }
@@ -87,10 +94,10 @@ TEST(AskKeys, HeldKey_DoesNotCountUntilItWasLetGo) {
     const OnInput input(terminal);
     ask::Keys keys;
     for (long now = 92; now < 2000; now += 92) {
-        terminal.type("x");
+        terminal.typeAndWait("x");
         EXPECT_FALSE(keys.pressed(now)) << now;
     }
-    terminal.type("x");
+    terminal.typeAndWait("x");
     EXPECT_TRUE(keys.pressed(3000));
 }
 
@@ -99,7 +106,7 @@ TEST(AskKeys, Terminal_IsAsBeforeAndShowsNothingAfterwards) {
     const OnInput input(terminal);
     {
         const ask::Keys keys;
-        terminal.type("left over\n");
+        terminal.typeAndWait("left over\n");
     }
     EXPECT_EQ(terminal.mode(), kPlain);
     EXPECT_EQ(fcntl(terminal.program(), F_SETFL, O_NONBLOCK), 0);
@@ -212,7 +219,7 @@ TEST_F(Ask, Key_Is0AndTheTerminalIsAsBefore) {
 }
 
 TEST_F(Ask, Nobody_Is1) {
-    terminal_.type("too early\n");
+    terminal_.typeAndWait("too early\n");
     Asked asked(&terminal_, {"--seconds", "1"});
     EXPECT_EQ(asked.status(), 1);
     EXPECT_EQ(terminal_.mode(), kPlain);
