@@ -1,6 +1,7 @@
 #pragma once
 // Any key of the terminal on standard input, as a yes. While it lives the terminal shows no keys
-// and hands each on at once, Ctrl-C too; it is as before afterwards, and what was typed meanwhile is gone.
+// and hands each on at once, Ctrl-C too; it is as before afterwards, and what was typed meanwhile
+// is gone.
 
 #include <termios.h>
 
