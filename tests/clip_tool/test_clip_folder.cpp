@@ -122,6 +122,8 @@ TEST_F(ClipFolder, NoClips_IsOneLineAndNothingIsWritten) {
     const Listing before = listing("there");
     EXPECT_EQ(tool("unpack BLUE --to there").err,
               "velmora-clip: cannot unpack BLUE: it holds no clip\n");
+    EXPECT_EQ(tool("unpack BLUE --count").err,
+              "velmora-clip: cannot unpack BLUE: it holds no clip\n");
     write("BLUE/broken.m19", "no clip");
     EXPECT_EQ(tool("unpack BLUE --to there").err,
               "velmora-clip: cannot unpack BLUE: none of its clips plays\n");

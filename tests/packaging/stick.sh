@@ -76,6 +76,9 @@ install_all() {
     unpacker 'echo "3 playlists, 41 clips"'
     echo "a set" >"$stick/set.velmora"
     PATH=$box/bin:$PATH
+    # Hands that do nothing: an end of input would come as a key.
+    mkfifo "$box/hands"
+    exec 9<>"$box/hands"
 }
 
 # offer: at a start of the machine; it always ends with 0.
@@ -87,7 +90,7 @@ offer() {
 # Another start of the show.
 offer_again() {
     offer_status=0
-    script -qec "'$lib/stick' offer 2>>'$box/journal'" /dev/null </dev/null >"$box/console" || offer_status=$?
+    script -qec "'$lib/stick' offer 2>>'$box/journal'" /dev/null <&9 >"$box/console" || offer_status=$?
     expect "the status" "$offer_status" 0
 }
 # The keys that were pressed and the line of progress stand before it.
@@ -295,6 +298,20 @@ Fault_TooSlowIsOneSentence() {
     expect_said "Nothing was taken: it took too long. The show starts."
 }
 
+# Ctrl-C on the console.
+Fault_StoppedByHandIsOneSentence() {
+    unpacker 'exit 130'
+    offer
+    expect_said "Nothing was taken: it was stopped. The show starts."
+}
+
+Fault_MissingUnpackerIsOneSentence() {
+    rm "$prefix/bin/velmora-clip"
+    offer
+    expect_said "The stick BLUE cannot be taken: it broke off."
+    absent "$box/asked"
+}
+
 # Where not even a kill helps, each look at the time finds it a minute later.
 Fault_DiskThatNeverAnswersIsLeftAlone() {
     unpacker "echo \$\$ >$box/stuck" 'exec /bin/sleep 600'
@@ -351,6 +368,7 @@ Real_KeyTakesTheSet() {
     with_key
     expect_said "The stick BLUE holds set.velmora: 1 playlist, 2 clips. $question"
     expect_said "Taken: 1 playlist, 2 clips. The show starts."
+    grep -q "$(printf '\033')\[K" "$box/console" || fail "no line of progress was there"
     for clip in runs.m19 live/flat.m19; do
         cmp "$box/home/videos/$clip" "$HOME/Velmora/videos/$clip" || fail "$clip"
     done
@@ -369,6 +387,27 @@ Real_KeyTakesLooseClipsOnAFirstStart() {
     grep -q '<name>BLUE</name>' "$HOME/Velmora/userdata/playlists.xml" || fail "no playlist"
 }
 
+# What every system leaves on a stick.
+Real_StickWithoutClipsIsPassedOver() {
+    use_real
+    rm "$stick/set.velmora"
+    mkdir -p "$stick/System Volume Information" "$stick/.Trash-1000/files"
+    cp "$box/home/videos/runs.m19" "$stick/.Trash-1000/files/"
+    echo clip >"$stick/._runs.m19"
+    offer
+    expect_silence
+}
+
+# The program asks for a terminal, and finds one, on which nobody presses a key.
+Real_NobodyIsNo() {
+    use_real
+    printf '#!/bin/sh\nexec "%s" --seconds 1\n' "$real_ask" >"$box/ask"
+    chmod +x "$box/ask" && ln -sf "$box/ask" "$lib/velmora-ask"
+    offer
+    expect_said "Nobody answered. The show starts without it."
+    expect "the clips" "$(ls "$HOME/Velmora/videos")" ""
+}
+
 Real_CutSetIsOneSentence() {
     use_real
     head -c 3000 "$stick/set.velmora" >"$box/cut" && mv "$box/cut" "$stick/set.velmora"
@@ -384,7 +423,7 @@ stage() {
     instead xinit 'while [ "$1" != inside ]; do shift; done' "cat $box/result >\$2/status" \
         "echo played >>$box/played"
     stage_status=0
-    script -qec "'$lib/stage' -- /bin/server -depth 24 2>>'$box/journal'" /dev/null </dev/null \
+    script -qec "'$lib/stage' -- /bin/server -depth 24 2>>'$box/journal'" /dev/null <&9 \
         >"$box/console" || stage_status=$?
     expect "the status" "$stage_status" "$1"
 }

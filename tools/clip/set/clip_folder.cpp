@@ -58,6 +58,9 @@ std::vector<std::string> looseClips(const fs::path& folder) {
     if (error) {
         failToRead(error);
     }
+    if (clips.empty()) {
+        throw ToolError("it holds no clip");
+    }
     std::ranges::sort(clips);
     return clips;
 }
@@ -81,9 +84,6 @@ size_t playlistsFor(size_t clips) {
 
 ClipFolder::ClipFolder(const fs::path& folder, const std::string& name) : folder_(folder) {
     const std::vector<std::string> clips = looseClips(folder);
-    if (clips.empty()) {
-        throw ToolError("it holds no clip");
-    }
     for (const std::string& clip : clips) {
         stopIfInterrupted();
         add(clip);

@@ -11,7 +11,7 @@
 namespace maker {
 
 // The clips of a folder by their paths below it, sorted; nothing of them is read. Throws ToolError
-// for a folder that cannot be read, and for more clips than playlists hold.
+// for a folder that cannot be read, for one without a clip, and for more than playlists hold.
 std::vector<std::string> looseClips(const std::filesystem::path& folder);
 
 // A playlist's name made of any text: what cannot stand in one becomes "_".
