@@ -234,7 +234,6 @@ TEST_F(Ask, Stopped_LeavesTheTerminalAsBefore) {
     EXPECT_EQ(terminal_.mode(), kPlain);
 }
 
-#ifdef ASK_PRELOAD
 TEST_F(Ask, Button_Is0AndAHeldOneIs1) {
     app::Pad pad("pad");
     pad.set(2, true);
@@ -244,7 +243,6 @@ TEST_F(Ask, Button_Is0AndAHeldOneIs1) {
     Asked pressed(nullptr, {"--seconds", "60"}, "pad");
     EXPECT_EQ(pressed.status([&] { pad.set(2, ++looks % 25 > 12); }), 0);
 }
-#endif
 
 TEST_F(Ask, NothingToAsk_Is3AndOneLine) {
     Asked asked(nullptr, {});
