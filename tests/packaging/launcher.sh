@@ -52,7 +52,7 @@ install_all() {
     mkdir -p "$box/bin" "$HOME" "$prefix/bin" "$prefix/lib/velmora" \
         "$share/data" "$share/demo" "$share/userdata"
     cp "$repository/packaging/velmora" "$prefix/bin/"
-    cp "$repository/packaging/stage" "$prefix/lib/velmora/"
+    cp "$repository/packaging/stage" "$repository/packaging/stick" "$prefix/lib/velmora/"
     cp "$repository/packaging/play.sh" "$share/"
     echo pictures >"$share/data/textureUI.png"
     for clip in ape bee cat; do echo "demo $clip" >"$share/demo/$clip.m19"; done
