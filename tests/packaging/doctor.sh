@@ -9,34 +9,10 @@ set -eu
 repository=$1
 case_name=$2
 
-box=$(mktemp -d)
-trap 'rm -rf "$box"' EXIT
-prefix=$box/usr
+# shellcheck source=tests/packaging/cases.sh
+. "$(dirname "$0")/cases.sh"
 lib=$prefix/lib/velmora
-export HOME="$box/user"
-unset VELMORA_HOME DISPLAY
 
-fail() {
-    echo "$case_name: $1" >&2
-    for file in console journal; do
-        [ ! -e "$box/$file" ] || sed "s/^/    $file: /" "$box/$file" >&2
-    done
-    exit 1
-}
-expect() {
-    [ "$2" = "$3" ] || fail "$1 is \"$2\", not \"$3\""
-}
-absent() {
-    [ ! -e "$1" ] || fail "$1 is there"
-}
-
-# double FILE LINE...
-double() {
-    double_file=$1
-    shift
-    { echo '#!/bin/sh'; printf '%s\n' "$@"; } >"$double_file"
-    chmod +x "$double_file"
-}
 # doctor STATUS LINE...: what it is told, says and ends with.
 doctor() {
     doctor_status=$1
@@ -45,17 +21,16 @@ doctor() {
 }
 
 install_all() {
-    mkdir -p "$box/bin" "$HOME/Velmora" "$prefix/bin" "$lib"
+    mkdir -p "$HOME/Velmora" "$prefix/bin" "$lib"
     cp "$repository/packaging/stage" "$lib/"
     double "$lib/stick" 'exit 0'
     double "$lib/velmora-ask" "echo \"\$*\" >>$box/asked" 'exit 1'
     double "$prefix/bin/velmora" "echo >>$box/played" 'exit 0'
-    for name in xset xrandr ratpoison; do double "$box/bin/$name" 'exit 0'; done
-    double "$box/bin/xinit" 'inside=' 'until [ "$1" = -- ]; do inside="$inside $1"; shift; done' \
+    for name in xset xrandr ratpoison; do instead "$name" 'exit 0'; done
+    instead xinit 'inside=' 'until [ "$1" = -- ]; do inside="$inside $1"; shift; done' \
         '$inside'
     doctor 1 'echo "Hurts the show"'
     touch "$HOME/Velmora/doctor"
-    PATH=$box/bin:$PATH
 }
 
 # stage: a start; the show is played whatever the doctor says.

@@ -9,47 +9,18 @@ set -eu
 repository=$1
 case_name=$2
 
-box=$(mktemp -d)
-trap 'rm -rf "$box"' EXIT
-prefix=$box/usr
+# shellcheck source=tests/packaging/cases.sh
+. "$(dirname "$0")/cases.sh"
 share=$prefix/share/velmora
-export HOME="$box/user"
-unset VELMORA_HOME SDL12COMPAT_USE_GAME_CONTROLLERS DISPLAY
-
-fail() {
-    echo "$case_name: $1" >&2
-    [ ! -e "$box/log" ] || sed 's/^/    it said: /' "$box/log" >&2
-    exit 1
-}
-expect() {
-    [ "$2" = "$3" ] || fail "$1 is \"$2\", not \"$3\""
-}
-content() {
-    expect "$1" "$(cat "$1" 2>&1)" "$2"
-}
-absent() {
-    [ ! -e "$1" ] || fail "$1 is there"
-}
+unset SDL12COMPAT_USE_GAME_CONTROLLERS
 
 # program LINE...: what the program does.
 program() {
-    { echo '#!/bin/sh'; printf '%s\n' "$@"; } >"$prefix/lib/velmora/velmora"
-    chmod +x "$prefix/lib/velmora/velmora"
-}
-
-# instead NAME LINE...: a command that the launcher finds before the real one, until `restore`.
-instead() {
-    instead_file=$box/bin/$1
-    shift
-    { echo '#!/bin/sh'; printf '%s\n' "$@"; } >"$instead_file"
-    chmod +x "$instead_file"
-}
-restore() {
-    rm -f "$box"/bin/*
+    double "$prefix/lib/velmora/velmora" "$@"
 }
 
 install_all() {
-    mkdir -p "$box/bin" "$HOME" "$prefix/bin" "$prefix/lib/velmora" \
+    mkdir -p "$prefix/bin" "$prefix/lib/velmora" \
         "$share/data" "$share/demo" "$share/userdata"
     cp "$repository/packaging/velmora" "$prefix/bin/"
     cp "$repository/packaging/stage" "$repository/packaging/stick" "$prefix/lib/velmora/"
@@ -60,7 +31,6 @@ install_all() {
         echo "demo $file" >"$share/userdata/$file.xml"
     done
     program 'exit 1'
-    PATH=$box/bin:$PATH
 }
 
 # start STATUS: starts Velmora and expects that it ends so.

@@ -12,40 +12,13 @@ real_clip=$2
 real_ask=$3
 case_name=$4
 
-box=$(mktemp -d)
-trap 'rm -rf "$box"' EXIT
-prefix=$box/usr
+# shellcheck source=tests/packaging/cases.sh
+. "$(dirname "$0")/cases.sh"
 lib=$prefix/lib/velmora
-export HOME="$box/user" RUNTIME_DIRECTORY="$box/run"
-unset VELMORA_HOME VELMORA_STICK_SECONDS XDG_STATE_HOME XDG_RUNTIME_DIR DISPLAY
+export RUNTIME_DIRECTORY="$box/run"
+unset VELMORA_STICK_SECONDS XDG_STATE_HOME XDG_RUNTIME_DIR
 stick=$box/media/BLUE
 
-fail() {
-    echo "$case_name: $1" >&2
-    for file in console journal; do
-        [ ! -e "$box/$file" ] || sed "s/^/    $file: /" "$box/$file" >&2
-    done
-    exit 1
-}
-expect() {
-    [ "$2" = "$3" ] || fail "$1 is \"$2\", not \"$3\""
-}
-absent() {
-    [ ! -e "$1" ] || fail "$1 is there"
-}
-
-# double FILE LINE...
-double() {
-    double_file=$1
-    shift
-    { echo '#!/bin/sh'; printf '%s\n' "$@"; } >"$double_file"
-    chmod +x "$double_file"
-}
-instead() {
-    instead_name=$1
-    shift
-    double "$box/bin/$instead_name" "$@"
-}
 # answer STATUS: what velmora-ask says; it counts how often it is asked.
 answer() {
     double "$lib/velmora-ask" "echo >>$box/asked" "exit $1"
@@ -62,7 +35,7 @@ disks() {
 }
 
 install_all() {
-    mkdir -p "$box/bin" "$HOME" "$RUNTIME_DIRECTORY" "$prefix/bin" "$lib" "$stick"
+    mkdir -p "$RUNTIME_DIRECTORY" "$prefix/bin" "$lib" "$stick"
     cp "$repository/packaging/stick" "$lib/"
     echo BLUE >"$box/label"
     echo "$stick" >"$box/mount"
@@ -75,7 +48,6 @@ install_all() {
     answer 0
     unpacker 'echo "3 playlists, 41 clips"'
     echo "a set" >"$stick/set.velmora"
-    PATH=$box/bin:$PATH
     # Hands that do nothing: an end of input would come as a key.
     mkfifo "$box/hands"
     exec 9<>"$box/hands"
