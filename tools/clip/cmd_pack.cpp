@@ -102,9 +102,8 @@ void addPack(CLI::App& app, int& status) {
         command->add_flag("--check", options->check, "tell what would be in it, and write nothing");
     command->footer(
         "The set is a zip with the playlists, their clips and where these came from, the\n"
-        "preferences, both controller maps and a list of checksums. Clips that are missing or "
-        "would not play are left out and\n"
-        "named, their tracks stay; the exit status is then 1.");
+        "preferences, both controller maps and a list of checksums. Clips that are missing or\n"
+        "would not play are left out and named, their tracks stay; the exit status is then 1.");
     command->callback([options, output, check, &status] {
         if (output->count() == 0 && check->count() == 0) {
             throw CLI::RequiredError("-o");
