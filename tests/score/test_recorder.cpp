@@ -11,6 +11,7 @@
 
 #include "core/all.h"
 #include "core/globals.h"
+#include "files/playlists.h"
 #include "support/folder.h"
 #include "tools/record/score_writer.h"
 
@@ -85,6 +86,17 @@ TEST_F(Recording, Head_HoldsDisplaySeedAndFiles) {
     EXPECT_EQ(taken(),
               "velmora score 1\ndisplay 1920 1080\nseed 7\nfile userdata/prefs.xml\n|<all>\n|\n"
               "file userdata/gamecontroller.xml missing\nfile userdata/playlists.xml missing\n");
+}
+
+TEST_F(Recording, Head_NamesTheClipsOfThePlaylists) {
+    std::filesystem::create_directory("userdata");
+    std::filesystem::create_directories("videos/sea");
+    std::ofstream("videos/sea/a b.m19") << "12345";
+    const std::vector<files::Playlist> playlists = {{"one", {"sea/a b.m19", "gone.m19"}},
+                                                    {"two", {"sea/a b.m19", " blank.m19"}}};
+    std::ofstream("userdata/playlists.xml") << files::printPlaylists(playlists);
+    recorder_.frameBegins(25, keys_.data());
+    EXPECT_TRUE(taken().ends_with("\nclip 5 sea/a b.m19\nclip missing gone.m19\n"));
 }
 
 TEST_F(Recording, Frames_WithoutEventsTakeNoLine) {

@@ -126,6 +126,23 @@ TEST_F(Render, Seed_IsTheSnows) {
     EXPECT_EQ(other.out, "frame 6 differs\n");
 }
 
+TEST_F(Render, OtherClips_AreNamed) {
+    const std::string bytes = std::to_string(fs::file_size("set/videos/runs-360.m19"));
+    write("named.score", "velmora score 1\nplaylist ONE\nclip " + bytes +
+                             " runs-360.m19\nclip 5 dense-360.m19\nclip 7 gone.m19\n"
+                             "clip missing long-256.m19\nclip missing nowhere.m19\n3 end\n");
+    const Outcome outcome = render("named.score --sums --folder set");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 3);
+    EXPECT_EQ(outcome.err,
+              "velmora-render: 'dense-360.m19' is another clip than the one that was played: " +
+                  std::to_string(fs::file_size("set/videos/dense-360.m19")) +
+                  " bytes, not 5\n"
+                  "velmora-render: 'gone.m19' is missing here\n"
+                  "velmora-render: 'long-256.m19' was missing when this was played, and is there "
+                  "now\n");
+}
+
 TEST_F(Render, Diff_NamesTheFirstFrame) {
     write("longer.score", kVideo.substr(0, kVideo.find("200 end")) + "210 end\n");
     EXPECT_EQ(render("video.score --diff longer.score --folder set").out, "frame 200 differs\n");

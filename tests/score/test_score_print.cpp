@@ -51,6 +51,7 @@ TEST(ScorePrint, Printed_ReadsAsItWas) {
     score.files = {{"userdata/prefs.xml", false, "a\n\nb # c\n"},
                    {"userdata/gamecontroller.xml", true, ""},
                    {"userdata/playlists.xml", false, "no line end"}};
+    score.clips = {{"sea # 1/a b.m19", 48213}, {"gone.m19", std::nullopt}};
     for (int i = 0; i < 40; ++i) {
         ScoreEvent event = eventOf(static_cast<Deed>(i % 12), 97 + i % 3);
         event.frame = i / 3;
@@ -73,6 +74,13 @@ TEST(ScorePrint, Printed_ReadsAsItWas) {
 
 TEST(ScorePrint, Nothing_IsAHeadAndAnEnd) {
     EXPECT_EQ(printScore({}), "velmora score 1\ndisplay 1280 720\nseed 1\n0 end\n");
+}
+
+TEST(ScorePrint, TracksThatALineCannotHold_AreNone) {
+    EXPECT_TRUE(maker::canName("a b #.m19"));
+    for (const char* const track : {"", " a", "a ", "\ta", "a\r", "a\nb"}) {
+        EXPECT_FALSE(maker::canName(track)) << track;
+    }
 }
 
 }  // namespace

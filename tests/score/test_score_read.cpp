@@ -136,6 +136,17 @@ TEST(ScoreRead, Files_AreAsTheyWere) {
     EXPECT_TRUE(score.files[1].missing);
 }
 
+TEST(ScoreRead, Clips_HaveASizeOrAreMissing) {
+    const Score score = scoreOf(
+        "clip 18446744073709551615  sea # 1/a b.m19 \nclip missing gone.m19\nclip 0 x\n1 q\n");
+    ASSERT_EQ(score.clips.size(), 3U);
+    EXPECT_EQ(score.clips[0].track, "sea # 1/a b.m19");
+    EXPECT_EQ(score.clips[0].bytes, UINT64_MAX);
+    EXPECT_EQ(score.clips[1].track, "gone.m19");
+    EXPECT_FALSE(score.clips[1].bytes);
+    EXPECT_EQ(score.clips[2].bytes, 0U);
+}
+
 TEST(ScoreRead, Comments_AndEmptyLinesAreNothing) {
     EXPECT_EQ(eventsOf("# 1 q\n\n  \t\n2 q:1 # w\r\n"), "2 down 113, 3 up 113");
 }
@@ -166,6 +177,9 @@ TEST(ScoreRead, Faults_NameTheirLine) {
     EXPECT_EQ(faultIn("display 0 5"), "line 2: a display has a width and a height of 1 to 16384");
     EXPECT_EQ(faultIn("seed -1"), "line 2: a seed is a number of 0 to 4294967295");
     EXPECT_EQ(faultIn("playlist "), "line 2: which playlist?");
+    EXPECT_EQ(faultIn("clip 5"), "line 2: which clip?");
+    EXPECT_EQ(faultIn("clip x.m19"), "line 2: a clip has a size in bytes, or is missing");
+    EXPECT_EQ(faultIn("clip -1 x.m19"), "line 2: a clip has a size in bytes, or is missing");
     EXPECT_EQ(faultIn("file ../x"), "line 2: a score holds no file '../x'");
     EXPECT_EQ(faultIn("file userdata/prefs.xml\nfile userdata/prefs.xml"),
               "line 3: a second userdata/prefs.xml");

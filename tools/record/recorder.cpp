@@ -1,12 +1,15 @@
 #include "tools/record/recorder.h"
 
 #include <cstring>
+#include <filesystem>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "common/geometry.h"
 #include "core/all.h"
 #include "core/globals.h"
+#include "files/playlists.h"
 #include "files/userfile.h"
 
 namespace maker {
@@ -21,6 +24,23 @@ ScoreEvent of(Deed deed, int code = 0) {
     event.deed = deed;
     event.code = code;
     return event;
+}
+
+// All that the playlists name, each once.
+std::vector<ScoreClip> clipsOf(const std::string& playlistsFile) {
+    std::vector<ScoreClip> clips;
+    std::set<std::string> seen;
+    for (const files::Playlist& each : files::parsePlaylists(playlistsFile)) {
+        for (const std::string& track : each.tracks) {
+            if (!canName(track) || !seen.insert(track).second) {
+                continue;
+            }
+            std::error_code error;
+            const uintmax_t bytes = std::filesystem::file_size("videos/" + track, error);
+            clips.push_back({track, error ? std::nullopt : std::optional<uint64_t>(bytes)});
+        }
+    }
+    return clips;
 }
 
 }  // namespace
@@ -44,6 +64,9 @@ void Recorder::writeHead() {
     for (const std::string& file : scoreFiles()) {
         const std::optional<std::string> content = readRegular(file, kMostFileBytes);
         head.files.push_back({file, !content, content.value_or("")});
+        if (file == files::kPlaylistsName) {
+            head.clips = content ? clipsOf(*content) : std::vector<ScoreClip>();
+        }
     }
     write_(printScoreHead(head));
 }

@@ -15,6 +15,7 @@
 #include "tools/base/velmora_folder.h"
 #include "tools/clip/media/movie.h"
 #include "tools/render/film.h"
+#include "tools/render/played_clips.h"
 #include "tools/render/sums.h"
 
 namespace {
@@ -105,6 +106,9 @@ int render(const Options& options) {
         return compare(options, settings);
     }
     const Score score = scoreIn(options.score);
+    for (const std::string& sentence : otherClips(score, settings.folder)) {
+        std::fprintf(stderr, "velmora-render: %s\n", sentence.c_str());
+    }
     if (options.sums) {
         printSums(score, settings);
     } else if (options.still >= 0) {

@@ -12,6 +12,9 @@
 //                                on the mix screen; without it from the start of the program
 //   file userdata/prefs.xml      the file as it was: the lines below that begin with "|"
 //   file userdata/prefs.xml missing
+//   clip 48213 sea/waves.m19     the size in bytes of a clip that was played with, as a playlist
+//                                names it: another one gives other pictures
+//   clip missing sea/foam.m19
 //
 // Each line after that is a frame and what comes with it, separated by blanks:
 //
@@ -33,6 +36,7 @@
 // "#" begins a comment. Without "end" the last frame that is named ends the score.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,6 +85,13 @@ struct ScoreFile {
     bool operator==(const ScoreFile&) const = default;
 };
 
+struct ScoreClip {
+    std::string track;              // below videos/, without line ends or blanks around it
+    std::optional<uint64_t> bytes;  // none: it was missing
+
+    bool operator==(const ScoreClip&) const = default;
+};
+
 struct Score {
     int width = kHdmiWidth;  // of the display
     int height = kHdmiHeight;
@@ -89,6 +100,7 @@ struct Score {
     std::string pad;
     std::string playlist;  // empty: from the start of the program
     std::vector<ScoreFile> files;
+    std::vector<ScoreClip> clips;
     std::vector<ScoreEvent> events;  // in the order in which they come
     int frames = 0;
 
@@ -97,6 +109,9 @@ struct Score {
 
 // The user's files that a score can hold, by their names in Velmora's folder.
 std::vector<std::string> scoreFiles();
+
+// Whether a score can name a clip of this track.
+bool canName(const std::string& track);
 
 // Throws ToolError, which names the line.
 Score parseScore(std::string_view bytes);

@@ -47,6 +47,13 @@ std::vector<std::string> scoreFiles() {
     return {files::kPreferencesName, files::kControllerName, files::kPlaylistsName};
 }
 
+bool canName(const std::string& track) {
+    constexpr std::string_view kBlanks = " \t\r";
+    return !track.empty() && track.find('\n') == std::string::npos &&
+           kBlanks.find(track.front()) == std::string_view::npos &&
+           kBlanks.find(track.back()) == std::string_view::npos;
+}
+
 std::string printScoreHead(const Score& score) {
     std::string text = "velmora score 1\n";
     text.append("display ").append(number(score.width)).append(" ");
@@ -60,6 +67,10 @@ std::string printScoreHead(const Score& score) {
     }
     for (const ScoreFile& file : score.files) {
         text.append(fileText(file));
+    }
+    for (const ScoreClip& clip : score.clips) {
+        text.append("clip ").append(clip.bytes ? std::to_string(*clip.bytes) : "missing");
+        text.append(" ").append(clip.track).append("\n");
     }
     return text;
 }

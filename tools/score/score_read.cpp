@@ -84,6 +84,7 @@ private:
     bool nextLine(std::string_view& line);
     void readHead(std::string_view word, std::string_view rest);
     void readFile(std::string_view rest);
+    void readClip(std::string_view rest);
     void readFrames(std::string_view word);
     void readEvents(std::string_view rest);
     void readEvent(std::string_view word);
@@ -127,6 +128,19 @@ void Reader::readFile(std::string_view rest) {
     score_.files.push_back(std::move(file));
 }
 
+void Reader::readClip(std::string_view rest) {
+    const std::string_view size = takeWord(rest);
+    ScoreClip clip{restOf(rest), std::nullopt};
+    if (size != "missing") {
+        uint64_t bytes = 0;
+        require(readNumber(size, uint64_t{0}, UINT64_MAX, bytes),
+                "a clip has a size in bytes, or is missing");
+        clip.bytes = bytes;
+    }
+    require(!clip.track.empty(), "which clip?");
+    score_.clips.push_back(std::move(clip));
+}
+
 void Reader::readHead(std::string_view word, std::string_view rest) {
     require(!inFrames_, inQuotes(word) + " stands before the first frame");
     if (word == "display") {
@@ -144,6 +158,8 @@ void Reader::readHead(std::string_view word, std::string_view rest) {
         require(!score_.playlist.empty(), "which playlist?");
     } else if (word == "file") {
         readFile(rest);
+    } else if (word == "clip") {
+        readClip(rest);
     } else {
         fail(inQuotes(word) + " is neither a frame nor a word that scores know");
     }
@@ -300,7 +316,8 @@ Score Reader::read() {
     require(begun && restOf(line) == kFirstLine, "a score begins with " + std::string(kFirstLine));
     while (nextLine(line)) {
         std::string_view rest = line.substr(0, line.find('#'));
-        if (line.starts_with("pad ") || line.starts_with("playlist ")) {
+        if (line.starts_with("pad ") || line.starts_with("playlist ") ||
+            line.starts_with("clip ")) {
             rest = line;  // names may hold any character
         }
         const std::string_view word = takeWord(rest);
