@@ -65,9 +65,11 @@ offer_again() {
     script -qec "'$lib/stick' offer 2>>'$box/journal'" /dev/null <&9 >"$box/console" || offer_status=$?
     expect "the status" "$offer_status" "${1-0}"
 }
-# The keys that were pressed and the line of progress stand before it.
+# Keys that were pressed and the line of progress may stand before it in its line.
 expect_said() {
-    tr -d '\r\033' <"$box/console" | sed 's/^x*//; s/^\[K//' | grep -qxF "$1" || fail "nobody said \"$1\""
+    tr -d '\r' <"$box/console" |
+        awk -v text="$1" 'substr($0, length($0) - length(text) + 1) == text { said = 1 } END { exit !said }' ||
+        fail "nobody said \"$1\""
     grep -qxF "stick: $1" "$box/journal" || fail "the journal has no \"$1\""
 }
 expect_silence() {
