@@ -29,6 +29,10 @@ unpacker() {
         'case $* in *--count) echo "3 playlists, 41 clips"; exit ;; esac' \
         "printf '%s\n' \"\$*\" >>$box/unpacked" "$@"
 }
+# partition NAME REMOVABLE DISK SYSTEM [PLACE]: its line of lsblk.
+partition() {
+    echo "$1 part $2 $2 $3 $4 ${5-}"
+}
 # disks LINE...: what lsblk lists.
 disks() {
     printf '%s\n' "$@" >"$box/disks"
@@ -39,7 +43,7 @@ install_all() {
     cp "$repository/packaging/stick" "$lib/"
     echo BLUE >"$box/label"
     echo "$stick" >"$box/mount"
-    disks '/dev/sda disk 1 1   ' '/dev/sda1 part 1 1 /dev/sda vfat /media/pi/BLUE'
+    disks '/dev/sda disk 1 1   ' "$(partition /dev/sda1 1 /dev/sda vfat /media/pi/BLUE)"
     instead lsblk 'case $2 in' "LABEL) cat $box/label ;;" "MOUNTPOINT) cat $box/mount ;;" \
         "*) cat $box/disks ;;" 'esac'
     instead udevadm 'exit 0'
@@ -135,7 +139,7 @@ Offer_CrashIsNotAsked() {
 Offer_StartWithoutAStickCountsToo() {
     disks '/dev/mmcblk0 disk 0 1   '
     offer
-    disks '/dev/sda1 part 1 1 /dev/sda vfat /media/pi/BLUE'
+    disks "$(partition /dev/sda1 1 /dev/sda vfat /media/pi/BLUE)"
     offer_again 1
     expect_silence
 }
@@ -185,7 +189,7 @@ Offer_DeclinedSetIsOfferedAtTheNextStart() {
 }
 
 Offer_UnmountedStickIsMountedForReadingAndUnmounted() {
-    disks '/dev/sda disk 1 1   ' '/dev/sda1 part 1 1 /dev/sda vfat '
+    disks '/dev/sda disk 1 1   ' "$(partition /dev/sda1 1 /dev/sda vfat)"
     : >"$box/mount"
     instead udisksctl "echo \"\$*\" >>$box/mounts" "[ \$1 != mount ] || echo $stick >$box/mount"
     offer
@@ -201,7 +205,7 @@ Offer_MountedStickStaysMounted() {
 }
 
 Offer_StickThatDoesNotMountIsPassedOver() {
-    disks '/dev/sda1 part 1 1 /dev/sda vfat '
+    disks "$(partition /dev/sda1 1 /dev/sda vfat)"
     : >"$box/mount"
     offer
     expect_silence
@@ -210,10 +214,10 @@ Offer_StickThatDoesNotMountIsPassedOver() {
 # A machine that runs from a stick, its swap, a disk that is not removable, and one without a file
 # system.
 Offer_DisksOfTheSystemAreNoSticks() {
-    disks '/dev/sda disk 1 1   ' '/dev/sda1 part 1 1 /dev/sda vfat ' \
-        '/dev/sda2 part 1 1 /dev/sda ext4 /' '/dev/sdb1 part 1 1 /dev/sdb swap ' \
-        '/dev/sdc1 part 0 0 /dev/sdc ext4 /mnt/films' '/dev/sdd disk 1 1   ' \
-        '/dev/sde1 part 1 1 /dev/sde vfat /srv/music'
+    disks '/dev/sda disk 1 1   ' "$(partition /dev/sda1 1 /dev/sda vfat)" \
+        "$(partition /dev/sda2 1 /dev/sda ext4 /)" "$(partition /dev/sdb1 1 /dev/sdb swap)" \
+        "$(partition /dev/sdc1 0 /dev/sdc ext4 /mnt/films)" '/dev/sdd disk 1 1   ' \
+        "$(partition /dev/sde1 1 /dev/sde vfat /srv/music)"
     offer
     expect_silence
 }
