@@ -231,6 +231,21 @@ TEST(Budget, TooSmallForAnyClip_IsSaid) {
     EXPECT_TRUE(clip::validate(made.bytes).ok);
 }
 
+// Only every seventh tile is in the sample by which the price is sought.
+TEST(Budget, NothingInTheSampleThatCosts_EndsAtTheDearestPrice) {
+    maker::ClipEncoder encoder({.height = 64, .dither = true, .recordBudget = 1});
+    pictures::Random random(9);
+    Bytes rgba(640 * 64 * 4, 255);
+    for (size_t row = 0; row < 8; ++row) {
+        for (size_t i = 0; i < 16 * 4; ++i) {
+            rgba[(row * 640 + 8) * 4 + i] =
+                i % 4 == 3 ? uint8_t{255} : static_cast<uint8_t>(random.below(256));
+        }
+    }
+    encoder.add(rgba.data());
+    EXPECT_TRUE(clip::validate(encoder.finish()).ok);
+}
+
 // Noise in every tile of twelve frames: 43,200 records a block, of which 37,440 may be loaded.
 TEST(Budget, DefaultQuality_LoadsInTwelveSecondsAtWorst) {
     maker::ClipEncoder encoder({.quality = maker::kDefaultQuality, .workers = 2});

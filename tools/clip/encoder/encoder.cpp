@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cassert>
 #include <cmath>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -183,9 +184,7 @@ void ClipEncoder::fitBudget(SearchProgress& progress) {
         return;
     }
     std::vector<SourceBlock> samples;
-    for (const SourceBlock& source : sources_) {
-        samples.push_back(sampleOf(source));
-    }
+    std::transform(sources_.begin(), sources_.end(), std::back_inserter(samples), sampleOf);
     const auto fixed =
         static_cast<double>(clip::blockHeaderBytes(settings_.alpha ? 1 : 0) * sources_.size());
     const auto growing = [fixed](const Coding& clip) {
@@ -204,6 +203,9 @@ void ClipEncoder::fitBudget(SearchProgress& progress) {
         const double price = search.find(wanted);
         Coding tried = codeAll(sources_, price, progress);
         const double share = shareOf(tried);
+        if (share > 1) {
+            search.fellShortAt(price);
+        }
         if (share <= 1 || shareOf(clip_) > 1) {
             clip_ = std::move(tried);
         }

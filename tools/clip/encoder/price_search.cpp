@@ -29,6 +29,18 @@ double PriceSearch::shareAt(double price) {
 }
 
 double PriceSearch::find(double share) {
+    return std::max(bySample(share), lowest_);
+}
+
+void PriceSearch::fellShortAt(double price) {
+    constexpr int kBySample = 4;  // times; then the sample is no guide: what costs is not in it
+    if (++shortfalls_ > kBySample) {
+        lowest_ = price * step_;
+        step_ *= step_;
+    }
+}
+
+double PriceSearch::bySample(double share) {
     constexpr double kStep = 8;
     constexpr int kTries = 6;
     constexpr double kUsed = 0.94;

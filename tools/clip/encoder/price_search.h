@@ -21,11 +21,20 @@ public:
     // nearly as much, where there is such a price. kDearest when there is none.
     double find(double share);
 
+    // At this price all of it still takes too much. After a few of those every price found is above
+    // the one before, whatever the sample says, and kDearest is reached soon.
+    void fellShortAt(double price);
+
     double shareAt(double price);  // asked once a price
 
 private:
+    double bySample(double share);
+
     std::function<double(double)> share_;
     std::map<double, double> tried_;
+    int shortfalls_ = 0;
+    double lowest_ = 1;
+    double step_ = 1.2;
 };
 
 // How much of a search for a clip's budget is done. Nobody knows how many codings it takes, so each
