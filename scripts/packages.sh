@@ -108,6 +108,11 @@ need_arm() {
     need "running their programs" qemu-user
 }
 
+need_image() {
+    need "the card's system" mmdebstrap kmod cpio zstd squashfs-tools
+    need "the card's partitions" fdisk dosfstools mtools
+}
+
 need_tests() {
     need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
     need "benchmarks" libxcb-render0-dev
