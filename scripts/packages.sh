@@ -113,6 +113,12 @@ need_image() {
     need "the card's partitions" fdisk dosfstools mtools
 }
 
+need_emulated_machine() {
+    need "an emulated machine" qemu-system-arm qemu-utils python3
+    need "what is on its card" fdisk dosfstools mtools jq
+    need "comparing screenshots" imagemagick
+}
+
 need_tests() {
     need "tests and their data" libgtest-dev zlib1g-dev libpng-dev
     need "benchmarks" libxcb-render0-dev

@@ -1,0 +1,73 @@
+# shellcheck shell=bash
+# The card for a Raspberry Pi in an emulated machine, driven by its keyboard. Sourced from the repo's
+# folder; every file stays in $machine, a folder that the caller has made.
+#
+#   new_card MB                  $machine/card.raw: the image on a card of that size
+#   into_card FILE... FOLDER     copies into the card's partition for clips; out_of_card FOLDER/FILE
+#   start_machine MEMORY SIZE [CARD [OPTION...]]   qemu's virt machine, with a screen of SIZE
+#   stop_machine                 as if the plug were pulled
+#   says PATTERN SECONDS         waits for a line of the kernel, the system or the program; prints it
+#   when_said PATTERN            seconds since the kernel started
+#   key NAME..., type_words TEXT, see FILE, ask COMMAND   keys, a screenshot, a command of qemu's monitor
+
+image=build/image/velmora-arm64.img
+qemu=
+
+new_card() {
+    rm -f "$machine/card.raw"
+    cp --sparse=always "$image" "$machine/card.raw"
+    truncate -s "$1M" "$machine/card.raw"
+}
+
+# The third partition as mtools names it.
+clips_of() { echo "$1@@$(($(sfdisk -J "$1" | jq '.partitiontable.partitions[2].start') * 512))"; }
+
+into_card() {
+    local into=${!#}
+    set -- "${@:1:$#-1}"
+    mcopy -o -i "$(clips_of "$machine/card.raw")" "$@" "::$into"
+}
+out_of_card() { mtype -i "$(clips_of "${2:-$machine/card.raw}")" "::$1"; }
+
+start_machine() {
+    local memory=$1 size=$2 card=${3:-$machine/card.raw}
+    shift $(($# < 3 ? $# : 3))
+    rm -f "$machine/log" "$machine/monitor"
+    qemu-system-aarch64 -M virt -cpu cortex-a72 -smp 2 -m "$memory" -display none -nic none \
+        -kernel build/image/boot/vmlinuz -initrd build/image/boot/initrd.img \
+        -append "console=ttyAMA0 loglevel=6 systemd.journald.forward_to_console=1 vt.global_cursor_default=0 ${KERNEL_WORDS-}" \
+        -drive "file=$card,if=virtio,format=${card##*.}" \
+        -device "virtio-gpu-pci,xres=${size%x*},yres=${size#*x}" -device virtio-keyboard-pci \
+        -serial "file:$machine/log" -qmp "unix:$machine/monitor,server,nowait" "$@" 2>"$machine/qemu.log" &
+    qemu=$!
+}
+stop_machine() {
+    [ -z "$qemu" ] || { kill -9 "$qemu" && wait "$qemu"; } 2>/dev/null || true
+    qemu=
+}
+
+said() { tr -d '\r' <"$machine/log" 2>/dev/null | grep -aE -- "$1"; }
+says() {
+    local second
+    for ((second = 0; second < $2; ++second)); do
+        said "$1" && return
+        kill -0 "$qemu" 2>/dev/null || break
+        sleep 1
+    done
+    echo "the machine did not say '$1' in $2 seconds; its log ends with" >&2
+    tail -n 30 "$machine/log" >&2
+    return 1
+}
+when_said() { said "$1" | tail -n 1 | sed -nE 's/^\[ *([0-9.]+)\].*/\1/p'; }
+
+ask() { scripts/ask-qemu "$machine/monitor" "$@"; }
+key() {
+    local name
+    for name; do
+        ask "press $(tr '[:upper:]' '[:lower:]' <<<"$name" | sed 's/^return$/ret/')"
+    done
+}
+see() {
+    rm -f "$1"
+    ask "see $1"
+}
