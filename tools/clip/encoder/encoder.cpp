@@ -203,9 +203,6 @@ void ClipEncoder::fitBudget(SearchProgress& progress) {
         const double price = search.find(wanted);
         Coding tried = codeAll(sources_, price, progress);
         const double share = shareOf(tried);
-        if (share > 1) {
-            search.fellShortAt(price);
-        }
         if (share <= 1 || shareOf(clip_) > 1) {
             clip_ = std::move(tried);
         }
@@ -213,6 +210,7 @@ void ClipEncoder::fitBudget(SearchProgress& progress) {
             break;
         }
         wanted = kMargin * search.shareAt(price) / share;  // the clip is as far off as here
+        search.took(price, share);
     }
     clip_.stats.withinBudget = shareOf(clip_) <= 1;
 }

@@ -32,9 +32,10 @@ double PriceSearch::find(double share) {
     return std::max(bySample(share), lowest_);
 }
 
-void PriceSearch::fellShortAt(double price) {
+void PriceSearch::took(double price, double share) {
     constexpr int kBySample = 4;  // times; then the sample is no guide: what costs is not in it
-    if (++shortfalls_ > kBySample) {
+    shortfalls_ += share > 1 ? 1 : 0;
+    if (share > 1 && shortfalls_ > kBySample) {
         lowest_ = price * step_;
         step_ *= step_;
     }

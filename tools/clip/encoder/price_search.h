@@ -21,9 +21,9 @@ public:
     // nearly as much, where there is such a price. kDearest when there is none.
     double find(double share);
 
-    // At this price all of it still takes too much. After a few of those every price found is above
+    // All of it took so much at this price. After a few times too much, every price found is above
     // the one before, whatever the sample says, and kDearest is reached soon.
-    void fellShortAt(double price);
+    void took(double price, double share);
 
     double shareAt(double price);  // asked once a price
 
