@@ -58,6 +58,43 @@ FirstStart_GivesTheWholeSet() {
     content "$box/log" "Velmora: copying the demo clips to $HOME/Velmora/videos (once)."
 }
 
+# meminfo KIBIBYTES: what the launcher is told to be free.
+meminfo() {
+    printf 'MemTotal: 9999999 kB\nMemFree: 1 kB\nMemAvailable: %8d kB\n' "$1" >"$box/meminfo"
+    export VELMORA_MEMINFO="$box/meminfo"
+}
+
+Memory_IsLimitedToWhatIsFreeButForTheSystemsShare() {
+    meminfo 400000
+    program "ulimit -S -d >$box/limit" "ulimit -H -d >>$box/limit" 'exit 1'
+    start 0
+    content "$box/limit" "$(printf '%d\nunlimited' $((400000 - 32768)))"
+}
+
+Memory_OfAFullMachineLetsTheProgramStart() {
+    meminfo 1000
+    program "ulimit -S -d >$box/limit" 'exit 1'
+    start 0
+    content "$box/limit" 163840
+}
+
+Memory_SmallerLimitOfTheUserStays() {
+    meminfo 400000
+    # shellcheck disable=SC3045  # as in play.sh
+    ulimit -S -d 200000
+    program "ulimit -S -d >$box/limit" 'exit 1'
+    start 0
+    content "$box/limit" 200000
+}
+
+Memory_ThatIsNotToldIsNotLimited() {
+    export VELMORA_MEMINFO="$box/nothing"
+    program "ulimit -S -d >$box/limit" 'exit 1'
+    start 0
+    content "$box/limit" unlimited
+    content "$box/log" "Velmora: copying the demo clips to $HOME/Velmora/videos (once)."
+}
+
 SecondStart_GivesOnlyWhatIsMissing() {
     start 0
     rm "$HOME/Velmora/videos/bee.m19" "$HOME/Velmora/userdata/prefs.xml"
