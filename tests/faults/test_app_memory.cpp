@@ -53,10 +53,11 @@ protected:
             GTEST_SKIP() << "what stands in for the program takes memory of its own";
         }
     }
-    void leave(Stage& stage, long bytes) {
-        const auto most = static_cast<rlim_t>(addressSpace(stage.processId(), "VmSize") + bytes);
+    void leave(Stage& stage, long bytes, const char* what = "VmSize", int which = RLIMIT_AS) {
+        const auto most = static_cast<rlim_t>(addressSpace(stage.processId(), what) + bytes);
         const rlimit limit = {most, most};
-        ASSERT_EQ(prlimit(stage.processId(), RLIMIT_AS, &limit, nullptr), 0);
+        ASSERT_EQ(
+            prlimit(stage.processId(), static_cast<__rlimit_resource>(which), &limit, nullptr), 0);
     }
 };
 
@@ -101,6 +102,26 @@ TEST_F(AppMemory, ClipsThatDoNotFit_AreSkippedAndTheOthersPlay) {
     const size_t refused = count(stage.output(), kNoClip);
     EXPECT_GE(refused, 2u) << stage.output();
     EXPECT_LE(refused, 8u) << stage.output();
+}
+
+// What the launcher limits is the memory of the program's own, not its address space.
+TEST_F(AppMemory, ClipsBeyondTheDataLimit_AreRefusedAndTheFirstPlaysOn) {
+    const Shot first = app::richPicture(1);
+    Stage stage;
+    stage.folder.addClip("first.m19", app::tinyClip({{first, {}}}));
+    stage.folder.addClip("big.m19", bigClip());
+    stage.folder.addPlaylist(
+        "LARGE", {"first.m19", "big.m19", "big.m19", "big.m19", "big.m19", "big.m19", "big.m19"});
+    stage.folder.writePlaylists();
+    stage.startAtOverMenu();
+    leave(stage, 7 * kMegabyte, "VmData", RLIMIT_DATA);
+    stage.tap(XK_x);
+    stage.expectShows(app::placed(first), "the first clip");
+    stage.passPictures(kPicturesToLoad);
+    ASSERT_TRUE(stage.running());
+    stage.expectShows(app::placed(first), "the first clip plays on");
+    EXPECT_EQ(stage.closeWindow(), 1);
+    EXPECT_GE(count(stage.output(), kNoClip), 2u) << stage.output();
 }
 
 // The clip slots are 93 MB in one piece: with 48 MB less than a start takes they are what cannot be
