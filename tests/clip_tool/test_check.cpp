@@ -10,6 +10,7 @@
 #include "support/folder.h"
 #include "tools/base/atomic_file.h"
 #include "tools/base/errors.h"
+#include "tools/base/texts.h"
 #include "tools/clip/reports/check_files.h"
 #include "tools/clip/reports/check_set.h"
 
@@ -288,6 +289,18 @@ TEST(CheckSet, FiftiethClip_EndsTheLoading) {
     EXPECT_EQ(playlist.memory, 50 * maker::slotBytes() + 50);
 }
 
+// A missing file takes no memory; a clip that fits to the byte fits.
+TEST(CheckSet, FirstBeyond_IsTheTrackThatPassesTheRoom) {
+    maker::PlaylistReport playlist;
+    playlist.tracks = {maker::TrackReport{}, track(1, 1, 7), track(1, 1, 5)};
+    const size_t slots = 50 * maker::slotBytes();
+    EXPECT_EQ(maker::firstBeyond(playlist, slots + 12), std::nullopt);
+    EXPECT_EQ(maker::firstBeyond(playlist, slots + 11), 2u);
+    EXPECT_EQ(maker::firstBeyond(playlist, slots + 6), 1u);
+    playlist.tracks.assign(51, track(1, 1, 1));
+    EXPECT_EQ(maker::firstBeyond(playlist, slots + 50), std::nullopt);
+}
+
 class Set : public testing::Test {
 protected:
     Set() {
@@ -318,6 +331,25 @@ TEST_F(Set, GoodSet_HasNoFindings) {
     const nlohmann::json json = nlohmann::json::parse(maker::asJson(".", report));
     EXPECT_EQ(json.at("ok"), true);
     EXPECT_EQ(json.at("playlists").at(0).at("tracks").at(1).at("path"), "sub/b.m19");
+}
+
+TEST_F(Set, MachineTooSmall_IsAProblemWithTheTrack) {
+    setPlaylists(playlistText("one", {"gone.m19", "a.m19"}));
+    maker::SetReport report = maker::checkSet(".", size_t{512} << 20);
+    ASSERT_EQ(report.findings.problems(), 1);  // the clip that is gone
+    EXPECT_NE(maker::asText(report).find("93 MB of memory; fits\n"), std::string::npos);
+    report = maker::checkSet(".", size_t{256} << 20);
+    EXPECT_EQ(report.findings.problems(), 2);
+    EXPECT_NE(maker::asText(report).find("; does not fit\n"), std::string::npos);
+    // 256 MiB without 122 for the system, 24 for the program and 32 that stay free.
+    EXPECT_NE(maker::asText(report).find(
+                  "  one: track 2, 'a.m19', is the first that does not fit: the playlist takes " +
+                  maker::megabytes(report.playlists[0].memory, 1) +
+                  ", and that machine has 81.8 MB for clips\n"),
+              std::string::npos)
+        << maker::asText(report);
+    const nlohmann::json json = nlohmann::json::parse(maker::asJson(".", report));
+    EXPECT_EQ(json.at("playlists").at(0).at("fits"), false);
 }
 
 TEST_F(Set, MissingAndBrokenClips_AreProblems) {

@@ -57,6 +57,29 @@ TEST_F(CheckCommand, LowClip_IsANoteAndEndsWithZero) {
               "show");
 }
 
+TEST_F(CheckCommand, Memory_DecidesOverTheStatus) {
+    makeSet(".", "\t\t<track>flat.m19</track>\n");
+    EXPECT_EQ(tool("check --memory 512M").status, 0);
+    EXPECT_EQ(tool("check --memory 524288k").status, 2);
+    EXPECT_EQ(tool("check --memory 524288K").status, 0);
+    EXPECT_EQ(tool("check --memory 1G").status, 0);
+    const Outcome small = tool("check --memory 200M");
+    EXPECT_EQ(small.status, 1);
+    EXPECT_NE(small.out.find("Problems\n  set: track 1, 'flat.m19', is the first"),
+              std::string::npos)
+        << small.out;
+}
+
+TEST_F(CheckCommand, MemoryThatIsNoSize_IsOneLine) {
+    for (const std::string size : {"512", "0M", "-1M", "M", "1.5G", "512MB", "9999999M"}) {
+        const Outcome outcome = tool("check --memory=" + size);
+        EXPECT_EQ(outcome.status, 2) << size;
+        EXPECT_NE(outcome.err.find("--memory: takes a number and K, M or G, as in 512M\n"),
+                  std::string::npos)
+            << outcome.err;
+    }
+}
+
 TEST_F(CheckCommand, NoFolder_IsOneLine) {
     const Outcome outcome = tool("check nowhere");
     EXPECT_EQ(outcome.status, 1);

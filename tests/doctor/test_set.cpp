@@ -185,12 +185,15 @@ TEST(JudgeSet, NothingToPlay_Stops) {
 TEST(JudgeSet, Memory_IsHeldAgainstTheLargest) {
     maker::SetReport set;
     set.playlists = {playlistOf("one", 1, 1, 5'000'000), playlistOf("two", 1, 1, 8'000'000)};
-    EXPECT_TRUE(says(judged(set, 8'000'000), Grade::FINE, "memory",
-                     "the largest playlist, 'two', takes 8 MB, and 8 MB are free"));
-    EXPECT_TRUE(says(judged(set, 7'000'000), Grade::HURTS, "memory",
-                     "the largest playlist, 'two', takes 8 MB, and 7 MB are free: its last clips "
-                     "will not be loaded",
-                     "End other programs, or take fewer or smaller clips."));
+    // 24 MiB are the program's without its slots, 32 MiB stay free.
+    constexpr size_t kOthers = size_t{56} << 20;
+    EXPECT_TRUE(says(judged(set, kOthers + 8'000'000), Grade::FINE, "memory",
+                     "the largest playlist, 'two', takes 8 MB, and 8 MB are free for it"));
+    EXPECT_TRUE(
+        says(judged(set, kOthers + 7'000'000), Grade::HURTS, "memory",
+             "the largest playlist, 'two', takes 8 MB, and 7 MB are free for it: its last clips "
+             "will not be loaded",
+             "End other programs, or take fewer or smaller clips."));
 }
 
 TEST(JudgeSet, Findings_KeepTheirWeight) {

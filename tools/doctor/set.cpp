@@ -10,6 +10,7 @@
 #include "files/playlists.h"
 #include "files/userfile.h"
 #include "tools/base/texts.h"
+#include "tools/clip/reports/memory_room.h"
 
 namespace doctor {
 
@@ -48,10 +49,11 @@ void judgeMemory(const maker::SetReport& set, std::optional<size_t> freeMemory, 
     if (!freeMemory || largest == set.playlists.end()) {
         return;
     }
+    const size_t room = maker::roomForClips(*freeMemory);
     const std::string sizes = said("the largest playlist, ", maker::inQuotes(largest->name),
                                    ", takes ", maker::megabytes(largest->memory, 0), ", and ",
-                                   maker::megabytes(*freeMemory, 0), " are free");
-    if (largest->memory > *freeMemory) {
+                                   maker::megabytes(room, 0), " are free for it");
+    if (largest->memory > room) {
         remarks.hurts("memory", sizes + ": its last clips will not be loaded",
                       "End other programs, or take fewer or smaller clips.");
     } else {

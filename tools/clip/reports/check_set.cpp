@@ -13,6 +13,7 @@
 #include "tools/base/texts.h"
 #include "tools/clip/reports/check_files.h"
 #include "tools/clip/reports/clip_frames.h"
+#include "tools/clip/reports/memory_room.h"
 
 namespace maker {
 
@@ -20,12 +21,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What a computer of 512 MB has left for clips.
-constexpr size_t kMuchMemory = 350'000'000;
+// What is noted where nobody has named a machine.
+constexpr size_t kMuchMemory = roomOnMachine(512 * kMebibyte);
 
 class SetChecker {
 public:
-    explicit SetChecker(const fs::path& folder) : folder_(folder), videos_(folder / "videos") {}
+    SetChecker(const fs::path& folder, std::optional<size_t> machine)
+        : folder_(folder), videos_(folder / "videos"), machine_(machine) {}
 
     SetReport run();
 
@@ -33,12 +35,14 @@ private:
     const TrackReport& track(const std::string& path);
     void checkPlaylist(const PlaylistText& text);
     void checkTracks(const PlaylistReport& playlist);
+    void checkMemory(PlaylistReport& playlist);
     void checkHeight(const std::string& playlist, const TrackReport& track);
     std::string missingText(const std::string& path) const;
     void findUnnamed();
 
     fs::path folder_;
     fs::path videos_;
+    std::optional<size_t> machine_;              // bytes of memory
     std::vector<std::string> clips_;             // below videos/
     std::map<std::string, TrackReport> tracks_;  // looked at, by path
     SetReport report_;
@@ -117,9 +121,27 @@ void SetChecker::checkTracks(const PlaylistReport& playlist) {
                                                     std::to_string(kClipSlots) +
                                                     " slots: the last ones are never loaded");
     }
-    if (playlist.memory > kMuchMemory) {
-        report_.findings.note(playlist.name, "takes " + megabytes(playlist.memory, 1) +
-                                                 " of memory: too much for a computer of 512 MB");
+}
+
+void SetChecker::checkMemory(PlaylistReport& playlist) {
+    if (!machine_) {
+        if (playlist.memory > kMuchMemory) {
+            report_.findings.note(playlist.name,
+                                  "takes " + megabytes(playlist.memory, 1) +
+                                      " of memory: too much for a computer of 512 MB");
+        }
+        return;
+    }
+    const size_t room = roomOnMachine(*machine_);
+    const std::optional<size_t> beyond = firstBeyond(playlist, room);
+    playlist.fits = !beyond;
+    if (beyond) {
+        report_.findings.problem(playlist.name,
+                                 "track " + std::to_string(*beyond + 1) + ", " +
+                                     inQuotes(playlist.tracks[*beyond].path) +
+                                     ", is the first that does not fit: the playlist takes " +
+                                     megabytes(playlist.memory, 1) + ", and that machine has " +
+                                     megabytes(room, 1) + " for clips");
     }
 }
 
@@ -131,6 +153,7 @@ void SetChecker::checkPlaylist(const PlaylistText& text) {
     }
     addLoading(playlist);
     checkTracks(playlist);
+    checkMemory(playlist);
     report_.playlists.push_back(std::move(playlist));
 }
 
@@ -189,6 +212,9 @@ std::string playlistLine(const PlaylistReport& playlist) {
                 decimals(playlist.seconds, 1) + " s; " + megabytes(playlist.memory, 0) +
                 " of memory";
     }
+    if (playlist.fits) {
+        text += *playlist.fits ? "; fits" : "; does not fit";
+    }
     return text + "\n";
 }
 
@@ -232,12 +258,16 @@ Json jsonOf(const PlaylistReport& playlist) {
     for (const TrackReport& track : playlist.tracks) {
         tracks.push_back(jsonOf(track));
     }
-    return {{"name", readable(playlist.name)},
-            {"ready", playlist.ready},
-            {"firstClipSeconds", playlist.firstSeconds},
-            {"loadSeconds", playlist.seconds},
-            {"memory", playlist.memory},
-            {"tracks", tracks}};
+    Json json{{"name", readable(playlist.name)},
+              {"ready", playlist.ready},
+              {"firstClipSeconds", playlist.firstSeconds},
+              {"loadSeconds", playlist.seconds},
+              {"memory", playlist.memory}};
+    if (playlist.fits) {
+        json["fits"] = *playlist.fits;
+    }
+    json["tracks"] = tracks;
+    return json;
 }
 
 }  // namespace
@@ -263,8 +293,24 @@ void addLoading(PlaylistReport& playlist) {
     playlist.seconds = kStepSeconds * steps;
 }
 
-SetReport checkSet(const fs::path& folder) {
-    return SetChecker(folder).run();
+std::optional<size_t> firstBeyond(const PlaylistReport& playlist, size_t room) {
+    size_t memory = kClipSlots * slotBytes();
+    int slots = 0;
+    for (size_t place = 0; place < playlist.tracks.size() && slots < kClipSlots; ++place) {
+        const TrackReport& track = playlist.tracks[place];
+        if (track.there && track.clip.plays()) {
+            memory += track.clip.cost.memory - slotBytes();
+            ++slots;
+            if (memory > room) {
+                return place;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+SetReport checkSet(const fs::path& folder, std::optional<size_t> machine) {
+    return SetChecker(folder, machine).run();
 }
 
 std::string asText(const SetReport& report) {

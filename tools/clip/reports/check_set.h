@@ -7,6 +7,7 @@
 // file that cannot be loaded.
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,10 +26,11 @@ struct TrackReport {
 struct PlaylistReport {
     std::string name;
     std::vector<TrackReport> tracks;
-    int ready = 0;            // clips that get a slot
-    double firstSeconds = 0;  // until something is on stage
-    double seconds = 0;       // until all of it is loaded
-    size_t memory = 0;        // of all 50 clip slots with this playlist loaded
+    int ready = 0;             // clips that get a slot
+    double firstSeconds = 0;   // until something is on stage
+    double seconds = 0;        // until all of it is loaded
+    size_t memory = 0;         // of all 50 clip slots with this playlist loaded
+    std::optional<bool> fits;  // the machine that was asked about, if one was
 };
 
 struct SetReport {
@@ -37,11 +39,16 @@ struct SetReport {
     Findings findings;
 };
 
-// Throws ToolError when `folder` is none.
-SetReport checkSet(const std::filesystem::path& folder);
+// Throws ToolError when `folder` is none. `machine`, the bytes of memory of one, has each playlist
+// held against it.
+SetReport checkSet(const std::filesystem::path& folder,
+                   std::optional<size_t> machine = std::nullopt);
 
 // Fills in what follows from the tracks.
 void addLoading(PlaylistReport& playlist);
+
+// The place of the first track whose clip does not fit into so many bytes any more.
+std::optional<size_t> firstBeyond(const PlaylistReport& playlist, size_t room);
 
 // What `velmora-clip check` says: text for people, JSON for machines.
 std::string asText(const SetReport& report);
