@@ -51,6 +51,8 @@ note_packages() {
 make_arm_root() {
     local root=$PWD/build/arm-root/$1 triplet packages mirror
     packages=$(arm_packages)
+    # The emulator would show programs these in place of this machine's.
+    rm -rf "$root/dev" "$root/tmp"
     if [ -e "$root" ] && [ "$(cat "$root.packages" 2>/dev/null)" = "$packages" ]; then
         return
     fi
@@ -67,6 +69,7 @@ make_arm_root() {
         exit 1
     }
     choose_alternatives "$root.new" "$triplet"
+    rm -rf "$root.new/dev" "$root.new/tmp"
     note_packages "$root" "$root.debs" "$root.dpkg"
     rm -r "$root.debs"
     mv "$root.new" "$root"

@@ -6,9 +6,11 @@
 #                         repo by default) are copied and stay as they are
 #   start_display [SIZE [DEPTH [OPTION...]]]  1280x720 and 16 bits by default; exports DISPLAY
 #   start_program         waits for its window; its log is in $stage/log
+#   wait_for_window TENTHS  of a second for a program that was started otherwise; gives it the keys
 #   stop_program, stop_display
 #   shot NAME             the screen as $shots/NN-NAME.png
-#   key NAME...           one press each; press_key and release_key for the two halves
+#   key NAME...           one press each; press_key and release_key for the two halves; $KEY_TIME seconds
+#                         down and up, for programs that take longer for a frame
 #   click X Y, point X Y, press_mouse, release_mouse     at a place of the 640 x 360 picture
 #   load_playlist COUNT   opens the chosen playlist, waits until COUNT of its clips began to load
 
@@ -68,11 +70,11 @@ shot() {
 # Long enough for the frame that samples the key.
 press_key() {
     xdotool keydown "$1"
-    sleep 0.12
+    sleep "${KEY_TIME:-0.12}"
 }
 release_key() {
     xdotool keyup "$1"
-    sleep 0.12
+    sleep "${KEY_TIME:-0.12}"
 }
 key() {
     local name
@@ -132,15 +134,19 @@ make_stage() {
     cp -r "$set/videos/." "$stage/videos/"
 }
 
-start_program() {
+wait_for_window() {
     local window
-    (cd "$stage" && exec "$root/build/release/velmora") >"$stage/log" 2>&1 &
-    program=$!
-    for _ in $(seq 100); do
+    for _ in $(seq "$1"); do
         window=$(xdotool search --name '^Velmora$' 2>/dev/null | head -n 1 || true)
         [ -z "$window" ] || ! xdotool windowfocus "$window" 2>/dev/null || return 0
         sleep 0.05
     done
     { echo "the program did not come up; it said:"; cat "$stage/log"; } >&2
     return 1
+}
+
+start_program() {
+    (cd "$stage" && exec "$root/build/release/velmora") >"$stage/log" 2>&1 &
+    program=$!
+    wait_for_window 100
 }
