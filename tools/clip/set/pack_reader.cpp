@@ -145,22 +145,22 @@ void PackReader::addChecksums() {
 std::vector<uint8_t> PackReader::bytesOf(const PackedFile& file) {
     const std::unique_ptr<zip_file_t, CloseEntry> entry(zip_fopen_index(zip_.get(), file.place, 0));
     std::vector<uint8_t> bytes;
-    size_t used = 0;
+    uint64_t used = 0;
     for (zip_int64_t got = entry ? 1 : -1; got > 0 && used <= file.bytes;) {
         stopIfInterrupted();
-        bytes.resize(used + static_cast<size_t>(kPieceBytes));
+        bytes.resize(static_cast<size_t>(used) + static_cast<size_t>(kPieceBytes));
         const zip_uint64_t wanted =
             std::min<zip_uint64_t>(static_cast<zip_uint64_t>(kPieceBytes), file.bytes + 1 - used);
         got = zip_fread(entry.get(), bytes.data() + used, wanted);
         if (got < 0) {
             used = file.bytes + 1;
         }
-        used += got > 0 ? static_cast<size_t>(got) : 0;
+        used += got > 0 ? static_cast<uint64_t>(got) : 0;
     }
     if (!entry || used != file.bytes) {
         throw ToolError("its " + inQuotes(file.name) + " is damaged");
     }
-    bytes.resize(used);
+    bytes.resize(static_cast<size_t>(used));
     return bytes;
 }
 

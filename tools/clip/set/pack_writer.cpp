@@ -51,7 +51,8 @@ private:
         return -1;
     }
     zip_int64_t write(void* data, zip_uint64_t bytes) {
-        const bool written = file_.write({static_cast<const uint8_t*>(data), bytes});
+        const bool written =
+            file_.write({static_cast<const uint8_t*>(data), static_cast<size_t>(bytes)});
         return written ? static_cast<zip_int64_t>(bytes) : failed(ZIP_ER_WRITE, errno);
     }
     zip_int64_t seek(void* data, zip_uint64_t bytes) {
