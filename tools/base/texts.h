@@ -2,6 +2,7 @@
 // Texts that the tool's lines are made of: numbers, and names of files and playlists.
 
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -21,7 +22,7 @@ inline std::string counted(size_t count, const std::string& what) {
 }
 
 // "1.5 MB": of a thousand each, one digit behind the point.
-inline std::string sizeText(size_t bytes) {
+inline std::string sizeText(uint64_t bytes) {
     constexpr double kThousand = 1000;
     const double thousands = static_cast<double>(bytes) / kThousand;
     return thousands < kThousand ? decimals(thousands, 1) + " kB"
@@ -33,7 +34,7 @@ inline std::string wholeKilobytes(size_t bytes) {
     return std::to_string((bytes + 999) / 1000) + " kB";
 }
 
-inline std::string megabytes(size_t bytes, int digits) {
+inline std::string megabytes(uint64_t bytes, int digits) {
     return decimals(static_cast<double>(bytes) / 1e6, digits) + " MB";
 }
 
