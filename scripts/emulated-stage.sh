@@ -1,17 +1,21 @@
 # shellcheck shell=bash
+# shellcheck disable=SC2154  # who sources this names the folder $machine
 # The card for a Raspberry Pi in an emulated machine, driven by its keyboard. Sourced from the repo's
 # folder; every file stays in $machine, a folder that the caller has made.
 #
 #   new_card MB                  $machine/card.raw: the image on a card of that size
 #   into_card FILE... FOLDER     copies into the card's partition for clips; out_of_card FOLDER/FILE
-#   start_machine MEMORY SIZE [CARD [OPTION...]]   qemu's virt machine, with a screen of SIZE
+#   start_machine MEMORY SIZE [CARD [OPTION...]]   qemu's virt machine, with a screen of SIZE; the kernel
+#                                gets $KERNEL_WORDS, by default those that have it tell all it does
 #   stop_machine                 as if the plug were pulled
 #   says PATTERN SECONDS         waits for a line of the kernel, the system or the program; prints it
 #   when_said PATTERN            seconds since the kernel started
-#   key NAME..., type_words TEXT, see FILE, ask COMMAND   keys, a screenshot, a command of qemu's monitor
+#   key NAME..., see FILE        keys, a screenshot
+#   ask COMMAND...               what scripts/ask-qemu knows
 
 image=build/image/velmora-arm64.img
 qemu=
+TALKING="console=ttyAMA0 loglevel=6 systemd.journald.forward_to_console=1"
 
 new_card() {
     rm -f "$machine/card.raw"
@@ -33,9 +37,9 @@ start_machine() {
     local memory=$1 size=$2 card=${3:-$machine/card.raw}
     shift $(($# < 3 ? $# : 3))
     rm -f "$machine/log" "$machine/monitor"
-    qemu-system-aarch64 -M virt -cpu cortex-a72 -smp 2 -m "$memory" -display none -nic none \
+    qemu-system-aarch64 -M virt -cpu cortex-a72 -smp 2 -m "$memory" -display "${WINDOW:-none}" -nic none \
         -kernel build/image/boot/vmlinuz -initrd build/image/boot/initrd.img \
-        -append "console=ttyAMA0 loglevel=6 systemd.journald.forward_to_console=1 vt.global_cursor_default=0 ${KERNEL_WORDS-}" \
+        -append "vt.global_cursor_default=0 ${KERNEL_WORDS-$TALKING}" \
         -drive "file=$card,if=virtio,format=${card##*.}" \
         -device "virtio-gpu-pci,xres=${size%x*},yres=${size#*x}" -device virtio-keyboard-pci \
         -serial "file:$machine/log" -qmp "unix:$machine/monitor,server,nowait" "$@" 2>"$machine/qemu.log" &
@@ -46,7 +50,7 @@ stop_machine() {
     qemu=
 }
 
-said() { tr -d '\r' <"$machine/log" 2>/dev/null | grep -aE -- "$1"; }
+said() { [ -e "$machine/log" ] && tr -d '\r' <"$machine/log" | grep -aE -- "$1"; }
 says() {
     local second
     for ((second = 0; second < $2; ++second)); do
