@@ -4,9 +4,10 @@
 # folder; every file stays in $machine, a folder that the caller has made.
 #
 #   new_card MB                  $machine/card.raw: the image on a card of that size
-#   into_card FILE... FOLDER     copies into the card's partition for clips; out_of_card FOLDER/FILE
-#   start_machine MEMORY SIZE [CARD [OPTION...]]   qemu's virt machine, with a screen of SIZE; the kernel
-#                                gets $KERNEL_WORDS, by default those that have it tell all it does
+#   into_card FILE... FOLDER     copies into the card's partition for clips
+#   start_machine MEMORY SIZE    qemu's virt machine, with a screen of SIZE; the kernel gets
+#                                $KERNEL_WORDS, by default those that have it tell all it does; $DRIVE
+#                                is the card as qemu's -drive takes it, by default card.raw
 #   stop_machine                 as if the plug were pulled
 #   says PATTERN SECONDS         waits for a line of the kernel, the system or the program; prints it
 #   when_said PATTERN            seconds since the kernel started
@@ -31,18 +32,16 @@ into_card() {
     set -- "${@:1:$#-1}"
     mcopy -o -i "$(clips_of "$machine/card.raw")" "$@" "::$into"
 }
-out_of_card() { mtype -i "$(clips_of "${2:-$machine/card.raw}")" "::$1"; }
 
 start_machine() {
-    local memory=$1 size=$2 card=${3:-$machine/card.raw}
-    shift $(($# < 3 ? $# : 3))
+    local memory=$1 size=$2
     rm -f "$machine/log" "$machine/monitor"
     qemu-system-aarch64 -M virt -cpu cortex-a72 -smp 2 -m "$memory" -display "${WINDOW:-none}" -nic none \
         -kernel build/image/boot/vmlinuz -initrd build/image/boot/initrd.img \
         -append "vt.global_cursor_default=0 ${KERNEL_WORDS-$TALKING}" \
-        -drive "file=$card,if=virtio,format=${card##*.}" \
+        -drive "${DRIVE:-file=$machine/card.raw,format=raw},if=virtio" \
         -device "virtio-gpu-pci,xres=${size%x*},yres=${size#*x}" -device virtio-keyboard-pci \
-        -serial "file:$machine/log" -qmp "unix:$machine/monitor,server,nowait" "$@" 2>"$machine/qemu.log" &
+        -serial "file:$machine/log" -qmp "unix:$machine/monitor,server,nowait" 2>"$machine/qemu.log" &
     qemu=$!
 }
 stop_machine() {
