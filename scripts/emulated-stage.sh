@@ -4,7 +4,7 @@
 # folder; every file stays in $machine, a folder that the caller has made.
 #
 #   new_card MB                  $machine/card.raw: the image on a card of that size
-#   into_card FILE... FOLDER     copies into the card's partition for clips
+#   into_card FILE... FOLDER     copies into the card's partition for clips; out_of_card FILE prints one
 #   start_machine MEMORY SIZE    qemu's virt machine, with a screen of SIZE; the kernel gets
 #                                $KERNEL_WORDS, by default those that have it tell all it does; $DRIVE
 #                                is the card as qemu's -drive takes it, by default card.raw
@@ -32,6 +32,7 @@ into_card() {
     set -- "${@:1:$#-1}"
     mcopy -o -i "$(clips_of "$machine/card.raw")" "$@" "::$into"
 }
+out_of_card() { mtype -i "$(clips_of "$machine/card.raw")" "::$1"; }
 
 start_machine() {
     local memory=$1 size=$2
