@@ -1,0 +1,151 @@
+#include "tests/support/slow_card.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <map>
+#include <utility>
+
+namespace {
+
+constexpr double kRequestMs = 2;
+constexpr double kBytesPerMs = 10'000;
+constexpr long kPage = 4096;
+
+struct Card {
+    bool inserted = false;
+    bool failing = false;
+    double freeAt = 0;                               // when its queue is empty
+    std::map<std::pair<ino_t, long>, double> pages;  // when each has come, or will have
+    std::map<ino_t, std::pair<long, long>> windows;  // asked for last for who reads on
+    slow_card::Facts facts = {};
+};
+Card card;
+
+struct File {
+    ino_t number;
+    long size;
+};
+
+File fileOf(int descriptor) {
+    struct stat found = {};
+    fstat(descriptor, &found);
+    return {found.st_ino, static_cast<long>(found.st_size)};
+}
+
+// A request for each gap in what is there or on its way.
+void request(const File& file, long from, long end) {
+    end = std::min(end, file.size);
+    long gap = from / kPage * kPage;
+    while (gap < end) {
+        long stop = gap;
+        while (stop < end && card.pages.count({file.number, stop / kPage}) == 0) {
+            stop += kPage;
+        }
+        if (stop > gap) {
+            card.freeAt = std::max(card.freeAt, card.facts.clock) + kRequestMs +
+                          static_cast<double>(stop - gap) / kBytesPerMs;
+            ++card.facts.requests;
+            for (long at = gap; at < stop; at += kPage) {
+                card.pages[{file.number, at / kPage}] = card.freeAt;
+            }
+        }
+        gap = stop + kPage;
+    }
+}
+
+void waitUntil(double ready) {
+    const double wait = ready - card.facts.clock;
+    if (wait > 0) {
+        ++card.facts.waits;
+        card.facts.waited += wait;
+        card.facts.longest = std::max(card.facts.longest, wait);
+        card.facts.clock = ready;
+    }
+}
+
+// Who reads on has the next window asked for as soon as the last one is touched.
+void read(const File& file, long from, long end) {
+    auto& [start, stop] = card.windows[file.number];
+    for (long at = from / kPage * kPage; at < std::min(end, file.size); at += kPage) {
+        if (card.pages.count({file.number, at / kPage}) == 0) {
+            start = at;
+            stop = at + slow_card::kRequestBytes;
+            request(file, start, stop);
+        }
+        if (at >= start && at < stop) {
+            start = stop;
+            stop += slow_card::kRequestBytes;
+            request(file, start, stop);
+        }
+        waitUntil(card.pages[{file.number, at / kPage}]);
+    }
+}
+
+}  // namespace
+
+namespace slow_card {
+
+void insert() {
+    card = {};
+    card.inserted = true;
+}
+
+void remove() {
+    card.inserted = false;
+}
+
+void fail() {
+    card.failing = true;
+}
+
+void pass(double ms) {
+    card.facts.clock += ms;
+}
+
+Facts facts() {
+    return card.facts;
+}
+
+}  // namespace slow_card
+
+extern "C" {
+size_t __real_fread(void* bytes, size_t size, size_t count, FILE* file);
+int __real_posix_fadvise(int descriptor, off_t from, off_t length, int advice);
+ssize_t __real_preadv2(int descriptor, const iovec* parts, int count, off_t from, int flags);
+
+size_t __wrap_fread(void* bytes, size_t size, size_t count, FILE* file) {
+    if (card.inserted) {
+        const long from = ftell(file);
+        read(fileOf(fileno(file)), from, from + static_cast<long>(size * count));
+    }
+    return __real_fread(bytes, size, count, file);
+}
+
+int __wrap_posix_fadvise(int descriptor, off_t from, off_t length, int advice) {
+    if (!card.inserted || advice != POSIX_FADV_WILLNEED) {
+        return __real_posix_fadvise(descriptor, from, length, advice);
+    }
+    if (!card.failing) {
+        request(fileOf(descriptor), from, from + std::min(length, slow_card::kRequestBytes));
+    }
+    return 0;
+}
+
+// Of reads that do not wait, one of a byte is enough to model.
+ssize_t __wrap_preadv2(int descriptor, const iovec* parts, int count, off_t from, int flags) {
+    if (card.inserted) {
+        const auto page = card.pages.find({fileOf(descriptor).number, from / kPage});
+        if (page == card.pages.end() || page->second > card.facts.clock) {
+            errno = EAGAIN;
+            return -1;
+        }
+        flags = 0;
+    }
+    return __real_preadv2(descriptor, parts, count, from, flags);
+}
+}
