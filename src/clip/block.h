@@ -20,6 +20,8 @@ struct BlockRoom {
     size_t records;
     size_t recordBytes;
 
+    // Of the file, for the sections before the records.
+    size_t mapBytes() const { return runBytes + 2 * (mapEntries + codeWords); }
     // Guard: drawing a record may look past its end when its bytes break the format; the room of
     // one longest record after the last keeps that inside the buffer.
     size_t guardedRecordBytes() const { return recordBytes + kMaxRecordBytes; }

@@ -37,6 +37,10 @@ inline int _debugInt = 0;        // counts controller button presses: input
 // on stage: who films it sets it before the run.
 inline void (*mixPictureDone)() = nullptr;
 
+// Whether a load step waits, frame by frame, until what it reads has come from the card. False for
+// who counts frames: they must not depend on a disk.
+inline bool loadWaits = true;
+
 // Surfaces, input devices.
 inline SDL_Surface* screen[2] = {};        // [0] work surface, [1] video surface: main, display
 inline SDL_Surface* _textureUI = nullptr;  // interface atlas, null when its file is missing: main

@@ -35,6 +35,13 @@ public:
     // may read.
     int32_t loopLoad(int budget);
 
+    // Where the next loopLoad() reads in the file, at the most; nothing when it reads nothing.
+    struct Reach {
+        long from;
+        long end;
+    };
+    Reach nextReach(int budget) const;
+
     int32_t load19A();   // opens the file and reads its header; 0 when it cannot be played
     int32_t load19AA();  // block header of currentBlock; 0 when there is no memory for it
     int32_t load19B();   // change runs, map entries and tile codes of currentBlock
@@ -117,6 +124,7 @@ private:
     int32_t takeHeader(const clip::FileHeader& header);
     bool loadBlock(int budget);
     clip::Block loadedBlock() const;
+    size_t recordBytesOf(int budget) const;
     clip::FrameDrawing drawingOf(int frame, uint16_t* out, uint8_t* levels, bool flatOnly);
     void keepLevels(const clip::FrameDrawing& drawing, int lastRecord);
 };

@@ -1,6 +1,7 @@
 // The staged loading of a clip: what is read in which step, and what is refused.
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 
 #include "clip/block.h"
 #include "clip/mapbuild.h"
@@ -86,6 +87,34 @@ int32_t c_moxel::miniLoad(const std::string& clipPath) {
     takeHeader(headerOf(opened));
     fclose(opened);
     return version == clip::kVersion ? 1 : 0;
+}
+
+// Of the records of a step, and of the next block's header and maps when it ends a block.
+size_t c_moxel::recordBytesOf(int budget) const {
+    const size_t done = static_cast<size_t>(recordOffset) + lastRecordLength;
+    const auto records = static_cast<size_t>(std::min(budget, recordCount - recordsDone));
+    const size_t bytes = std::min(records * clip::kMaxRecordBytes, recordRoom - done);
+    if (recordsDone + budget < recordCount || currentBlock + 1 == blockCount) {
+        return bytes;
+    }
+    const int frames = clip::framesInBlock(currentBlock + 1, blockCount, frameCount);
+    const clip::BlockRoom room = clip::blockRoom(0, 0, UINT32_MAX, frames, tileCount);
+    return bytes + clip::blockHeaderBytes(alpha) + room.mapBytes();
+}
+
+c_moxel::Reach c_moxel::nextReach(int budget) const {
+    // The stream and clip::Source read up to here past what they hand on.
+    constexpr long kPast = 8192;
+    if (loadStage == 0) {
+        return {0, static_cast<long>(clip::kHeaderBytes + clip::blockHeaderBytes(1)) + kPast};
+    }
+    if (file == nullptr) {
+        return {0, 0};
+    }
+    const clip::BlockRoom room = {mapRoom, runRoom, static_cast<size_t>(codeWordsInBlock), 0, 0};
+    const long from = ftell(file);
+    const size_t bytes = loadStage == 1 ? room.mapBytes() : recordBytesOf(budget);
+    return {from, from + static_cast<long>(bytes) + kPast};
 }
 
 // The file cannot be played: nothing of it stays open or allocated, and a further loopLoad() starts

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "common/limits.h"
+#include "files/read_ahead.h"
 #include "files/userfile.h"
 #include "files/xmlscan.h"
 #include "layout/clipname.h"
@@ -121,5 +122,10 @@ public:
 private:
     void setTrackCount(Famille& famille, int count);
     void insertTrack(Famille& famille, int at, Track track);
+    void startTrack(const std::string& track);
+    bool stepWaits(int budget);
     void endLoad();
+
+    ReadAhead ahead;       // of the track that is being loaded
+    int32_t framesWaited;  // of its next step
 };

@@ -5,7 +5,15 @@
 #include "moxel/moxel.h"
 #include "playlists/playlist.h"
 
+namespace {
+
+// A card that brings nothing for so long is failing: the step finds out.
+constexpr int kPatience = 50;  // frames
+
+}  // namespace
+
 void c_playlist::clearMix() {
+    ahead.close();
     for (int slot = 0; slot < kClipSlots; ++slot) {
         if (moxel[slot].hasRAM != 0) {
             moxel[slot].killRAM();
@@ -27,13 +35,35 @@ void c_playlist::initLoad(int index) {
     loadDone = 0;
     loading = 1;
     currentFamille = index;
-    moxel[0].init(all->prefix, familles[index].tracks[0].path);
+    startTrack(familles[index].tracks[0].path);
     if (familles[index].nbTracks == 0) {
         endLoad();
     }
 }
 
+void c_playlist::startTrack(const std::string& track) {
+    c_moxel& clip = moxel[loadSlot];
+    clip.init(all->prefix, track);
+    ahead.open(clip.path);
+    framesWaited = 0;
+}
+
+// A step that would wait for the card is put off to the next frame, so that the mix keeps its pace.
+bool c_playlist::stepWaits(int budget) {
+    const c_moxel::Reach reach = moxel[loadSlot].nextReach(budget);
+    if (ahead.haveCome(reach.from, reach.end) || !loadWaits) {
+        framesWaited = 0;
+        return false;
+    }
+    if (++framesWaited < kPatience) {
+        return true;
+    }
+    ahead.close();
+    return false;
+}
+
 void c_playlist::endLoad() {
+    ahead.close();
     loadDone = 1;
     loading = 0;
 }
@@ -44,6 +74,9 @@ void c_playlist::loopLoadPlaylist() {
     }
     c_moxel& clip = moxel[loadSlot];
     const int budget = loadSlot == 0 ? clip::kFirstClipBudget : clip::kOtherClipBudget;
+    if (clip.state != CLIP_READY && stepWaits(budget)) {
+        return;
+    }
     const int result = clip.state == CLIP_READY ? LOAD_FAILED : clip.loopLoad(budget);
     if (result != LOAD_FAILED && result != LOAD_FINISHED) {
         return;
@@ -58,5 +91,5 @@ void c_playlist::loopLoadPlaylist() {
         endLoad();
         return;
     }
-    moxel[loadSlot].init(all->prefix, famille.tracks[loadTrack].path);
+    startTrack(famille.tracks[loadTrack].path);
 }

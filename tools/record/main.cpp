@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "core/globals.h"
 #include "program.h"
 #include "tools/base/errors.h"
 #include "tools/base/texts.h"
@@ -55,6 +56,7 @@ int record(const Options& options) {
     Recorder recorder(seed, [&file](std::string_view lines) { file.write(lines); });
     tapInto(recorder);
     srand(seed);
+    loadWaits = false;
     runProgram();
     const int frames = recorder.finish();
     if (frames == 0) {

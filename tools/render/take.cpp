@@ -231,6 +231,7 @@ void Take::setStage() {
     stage.eventsRead = [this] { stopOn([this] { player_.eventsRead(); }); };
     stage.shown = [this](const SDL_Surface* surface) { stopOn([&] { shown(surface); }); };
     mixPicture.assign(kFramePixels, 0);
+    loadWaits = false;
     mixPictureDone = settings_.interface ? nullptr : keepMixPicture;
 }
 
