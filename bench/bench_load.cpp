@@ -97,7 +97,7 @@ int main(int argc, char** argv) {
     const bool fromCard = argc > 2 && strcmp(argv[2], "card") == 0;
 #ifdef SLOW_CARD
     if (fromCard) {
-        slow_card::insert();
+        slow_card::insert("videos");
     }
 #endif
     playlist->initLoad(index);

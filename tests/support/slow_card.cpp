@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <map>
+#include <set>
 #include <utility>
 
 namespace {
@@ -17,7 +19,7 @@ constexpr double kBytesPerMs = 10'000;
 constexpr long kPage = 4096;
 
 struct Card {
-    bool inserted = false;
+    std::set<ino_t> files = {};
     bool failing = false;
     double freeAt = 0;                               // when its queue is empty
     std::map<std::pair<ino_t, long>, double> pages;  // when each has come, or will have
@@ -35,6 +37,10 @@ File fileOf(int descriptor) {
     struct stat found = {};
     fstat(descriptor, &found);
     return {found.st_ino, static_cast<long>(found.st_size)};
+}
+
+bool isOnCard(int descriptor) {
+    return !card.files.empty() && card.files.count(fileOf(descriptor).number) != 0;
 }
 
 // A request for each gap in what is there or on its way.
@@ -90,13 +96,17 @@ void read(const File& file, long from, long end) {
 
 namespace slow_card {
 
-void insert() {
+void insert(const std::string& folder) {
     card = {};
-    card.inserted = true;
+    for (const auto& each : std::filesystem::directory_iterator(folder)) {
+        struct stat found = {};
+        stat(each.path().c_str(), &found);
+        card.files.insert(found.st_ino);
+    }
 }
 
 void remove() {
-    card.inserted = false;
+    card.files.clear();
 }
 
 void fail() {
@@ -119,7 +129,7 @@ int __real_posix_fadvise(int descriptor, off_t from, off_t length, int advice);
 ssize_t __real_preadv2(int descriptor, const iovec* parts, int count, off_t from, int flags);
 
 size_t __wrap_fread(void* bytes, size_t size, size_t count, FILE* file) {
-    if (card.inserted) {
+    if (isOnCard(fileno(file))) {
         const long from = ftell(file);
         read(fileOf(fileno(file)), from, from + static_cast<long>(size * count));
     }
@@ -127,7 +137,7 @@ size_t __wrap_fread(void* bytes, size_t size, size_t count, FILE* file) {
 }
 
 int __wrap_posix_fadvise(int descriptor, off_t from, off_t length, int advice) {
-    if (!card.inserted || advice != POSIX_FADV_WILLNEED) {
+    if (!isOnCard(descriptor) || advice != POSIX_FADV_WILLNEED) {
         return __real_posix_fadvise(descriptor, from, length, advice);
     }
     if (!card.failing) {
@@ -138,7 +148,7 @@ int __wrap_posix_fadvise(int descriptor, off_t from, off_t length, int advice) {
 
 // Of reads that do not wait, one of a byte is enough to model.
 ssize_t __wrap_preadv2(int descriptor, const iovec* parts, int count, off_t from, int flags) {
-    if (card.inserted) {
+    if (isOnCard(descriptor)) {
         const auto page = card.pages.find({fileOf(descriptor).number, from / kPage});
         if (page == card.pages.end() || page->second > card.facts.clock) {
             errno = EAGAIN;

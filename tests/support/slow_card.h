@@ -7,11 +7,14 @@
 // Like the kernel it keeps 128 KB ahead of who reads on, and one posix_fadvise() brings no more
 // than that.
 
+#include <string>
+
 namespace slow_card {
 
 inline constexpr long kRequestBytes = 128 * 1024;  // the longest
 
-void insert();  // with nothing of it in memory, and the clock at 0
+// The folder's files are on it from now on, with nothing of them in memory; the clock is at 0.
+void insert(const std::string& folder);
 void remove();
 void fail();  // from now on nothing that is asked for ahead comes
 void pass(double ms);
