@@ -1,27 +1,34 @@
 #include "files/read_ahead.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdint>
+#include <array>
+#include <cstddef>
 
 #include "files/regular_file.h"
 
 namespace {
 
-constexpr off_t kPage = 4096;
+constexpr off_t kPage = 4096;  // the smallest that there is
 // The kernel may leave out what is past its own read-ahead, which is this much.
 constexpr off_t kAsk = 128 * 1024;
 
-// True at the file's end as well, and where a read would fail: that is for who reads.
-bool pageHasCome(int file, off_t at) {
-    uint8_t byte;
-    iovec part = {&byte, 1};
-    return preadv2(file, &part, 1, at, RWF_NOWAIT) >= 0 || errno != EAGAIN;
+// Up to kAsk bytes.
+bool pieceHasCome(int file, off_t from, off_t bytes) {
+    const auto length = static_cast<size_t>(bytes);
+    void* const mapped = mmap(nullptr, length, PROT_NONE, MAP_SHARED, file, from);
+    if (mapped == MAP_FAILED) {
+        return true;
+    }
+    std::array<unsigned char, kAsk / kPage> pages;
+    pages.fill(1);
+    mincore(mapped, length, pages.data());
+    munmap(mapped, length);
+    return std::all_of(pages.begin(), pages.end(), [](int page) { return (page & 1) != 0; });
 }
 
 }  // namespace
@@ -51,16 +58,18 @@ bool ReadAhead::haveCome(off_t from, off_t end) {
     if (!isOpen() || fstat(file_, &facts) != 0) {
         return true;
     }
-    come_ = std::max(come_, from / kPage * kPage);
+    come_ = std::max(come_, from / kAsk * kAsk);
     asked_ = std::max(asked_, from / kAsk * kAsk);
     ask(std::min(end + kBehind, facts.st_size));
     end = std::min(end, facts.st_size);
-    for (; come_ < end; come_ += kPage) {
-        if (!pageHasCome(file_, come_)) {
+    for (off_t piece = come_; piece < end; piece += kAsk) {
+        if (!pieceHasCome(file_, piece, std::min(kAsk, end - piece))) {
             // Asked for anew by the next call: the kernel may have dropped it.
-            asked_ = come_ / kAsk * kAsk;
+            asked_ = piece;
             return false;
         }
+        // One that is needed in part is looked at again.
+        come_ = piece + kAsk <= end ? piece + kAsk : come_;
     }
     return true;
 }

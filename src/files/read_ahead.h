@@ -2,7 +2,8 @@
 // The bytes of a file on their way from a slow card before they are read.
 //
 // The kernel fetches them and keeps them; nothing is allocated, and nothing here waits for the
-// card. Where the kernel cannot tell what has come, everything counts as having come.
+// card. Where the kernel does not tell what has come, as of files that belong to others, everything
+// counts as having come.
 
 #include <sys/types.h>
 

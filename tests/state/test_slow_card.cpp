@@ -120,10 +120,10 @@ TEST_F(SlowCard, BringsNothingAhead_StepsReadAfterAWhile) {
 
 TEST_F(SlowCard, ReachOfAStep_HoldsWhatItReads) {
     for (const char* name : {"long-256.m19", "rgba-all-360.m19", "runs-360.m19"}) {
-        placeClip(name, "d.m19");
+        placeClip(name, name);
         for (const int budget : {1, 60, 2000, 65000}) {
             printed += printedBy([&] {
-                moxel[0].init("", "d.m19");
+                moxel[0].init("", name);
                 moxel[0].loopLoad(budget);
                 for (int answer = 1; answer == 1 && moxel[0].file != nullptr;) {
                     const c_moxel::Reach reach = moxel[0].nextReach(budget);

@@ -1,11 +1,10 @@
 #include "tests/support/slow_card.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/uio.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <map>
@@ -18,12 +17,19 @@ constexpr double kRequestMs = 2;
 constexpr double kBytesPerMs = 10'000;
 constexpr long kPage = 4096;
 
+struct Mapped {
+    void* at;
+    ino_t file;
+    long from;
+};
+
 struct Card {
     std::set<ino_t> files = {};
     bool failing = false;
     double freeAt = 0;                               // when its queue is empty
     std::map<std::pair<ino_t, long>, double> pages;  // when each has come, or will have
     std::map<ino_t, std::pair<long, long>> windows;  // asked for last for who reads on
+    Mapped mapped = {};                              // last
     slow_card::Facts facts = {};
 };
 Card card;
@@ -106,7 +112,7 @@ void insert(const std::string& folder) {
 }
 
 void remove() {
-    card.files.clear();
+    card = {};
 }
 
 void fail() {
@@ -126,7 +132,8 @@ Facts facts() {
 extern "C" {
 size_t __real_fread(void* bytes, size_t size, size_t count, FILE* file);
 int __real_posix_fadvise(int descriptor, off_t from, off_t length, int advice);
-ssize_t __real_preadv2(int descriptor, const iovec* parts, int count, off_t from, int flags);
+int __real_mincore(void* mapped, size_t length, unsigned char* pages);
+void* __real_mmap(void* wish, size_t length, int access, int flags, int descriptor, off_t from);
 
 size_t __wrap_fread(void* bytes, size_t size, size_t count, FILE* file) {
     if (isOnCard(fileno(file))) {
@@ -146,16 +153,24 @@ int __wrap_posix_fadvise(int descriptor, off_t from, off_t length, int advice) {
     return 0;
 }
 
-// Of reads that do not wait, one of a byte is enough to model.
-ssize_t __wrap_preadv2(int descriptor, const iovec* parts, int count, off_t from, int flags) {
+void* __wrap_mmap(void* wish, size_t length, int access, int flags, int descriptor, off_t from) {
+    void* const mapped = __real_mmap(wish, length, access, flags, descriptor, from);
     if (isOnCard(descriptor)) {
-        const auto page = card.pages.find({fileOf(descriptor).number, from / kPage});
-        if (page == card.pages.end() || page->second > card.facts.clock) {
-            errno = EAGAIN;
-            return -1;
-        }
-        flags = 0;
+        card.mapped = {mapped, fileOf(descriptor).number, from};
     }
-    return __real_preadv2(descriptor, parts, count, from, flags);
+    return mapped;
+}
+
+int __wrap_mincore(void* mapped, size_t length, unsigned char* pages) {
+    const int told = __real_mincore(mapped, length, pages);
+    if (mapped != card.mapped.at) {
+        return told;
+    }
+    for (size_t page = 0; page * kPage < length; ++page) {
+        const auto found =
+            card.pages.find({card.mapped.file, card.mapped.from / kPage + static_cast<long>(page)});
+        pages[page] = found != card.pages.end() && found->second <= card.facts.clock;
+    }
+    return told;
 }
 }
