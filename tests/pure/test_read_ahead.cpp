@@ -48,7 +48,7 @@ protected:
     ReadAhead ahead_;
 };
 
-TEST_F(ReadAheadTest, WhatIsAskedForComes) {
+TEST_F(ReadAheadTest, Asked_Comes) {
     ahead_.open(path_);
     EXPECT_TRUE(comes(0, 10));
     EXPECT_TRUE(comes(1000, 200'000));

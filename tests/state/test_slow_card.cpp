@@ -62,7 +62,7 @@ protected:
     std::string printed;
 };
 
-TEST_F(SlowCard, NoReadWaitsForIt) {
+TEST_F(SlowCard, Load_NoReadWaits) {
     const int steps = stepsOf(0);
     slow_card::insert("videos");
     start(0);
@@ -75,7 +75,7 @@ TEST_F(SlowCard, NoReadWaitsForIt) {
 }
 
 // Frames that come sooner than the bytes do.
-TEST_F(SlowCard, NoReadWaitsForIt_WhenStepsOutrunIt) {
+TEST_F(SlowCard, StepsOutrunIt_NoReadWaits) {
     slow_card::insert("videos");
     start(0);
     loadToTheEnd(7);
@@ -83,7 +83,7 @@ TEST_F(SlowCard, NoReadWaitsForIt_WhenStepsOutrunIt) {
     EXPECT_EQ(slow_card::facts().waits, 0) << slow_card::facts().longest << " ms the longest";
 }
 
-TEST_F(SlowCard, LoadsAndSaysTheSame) {
+TEST_F(SlowCard, Load_GivesAndSaysTheSame) {
     start(1);
     loadToTheEnd();
     const std::string said = printed;
@@ -99,7 +99,7 @@ TEST_F(SlowCard, LoadsAndSaysTheSame) {
     EXPECT_EQ(memcmp(maps.data(), moxel[0].frameMaps, maps.size() * sizeof maps[0]), 0);
 }
 
-TEST_F(SlowCard, AsksForABoundedPieceAhead) {
+TEST_F(SlowCard, Ahead_IsBounded) {
     slow_card::insert("videos");
     start(0);
     frame(0);
