@@ -1,4 +1,6 @@
 // Fills the clip slots with a playlist, one bounded step a frame.
+#include <algorithm>
+
 #include "clip/load_cost.h"
 #include "core/all.h"
 #include "core/globals.h"
@@ -35,6 +37,7 @@ void c_playlist::initLoad(int index) {
     loadDone = 0;
     loading = 1;
     currentFamille = index;
+    framesWaited = 0;
     startTrack(familles[index].tracks[0].path);
     if (familles[index].nbTracks == 0) {
         endLoad();
@@ -45,21 +48,21 @@ void c_playlist::startTrack(const std::string& track) {
     c_moxel& clip = moxel[loadSlot];
     clip.init(all->prefix, track);
     ahead.open(clip.path);
-    framesWaited = 0;
 }
 
 // A step that would wait for the card is put off to the next frame, so that the mix keeps its pace.
 bool c_playlist::stepWaits(int budget) {
     const c_moxel::Reach reach = moxel[loadSlot].nextReach(budget);
+    if (reach.end == 0) {
+        return false;
+    }
     if (ahead.haveCome(reach.from, reach.end) || !loadWaits) {
         framesWaited = 0;
         return false;
     }
-    if (++framesWaited < kPatience) {
-        return true;
-    }
-    ahead.close();
-    return false;
+    // Past that, each step goes on at once, until one's bytes have come again.
+    framesWaited = std::min(framesWaited + 1, kPatience);
+    return framesWaited < kPatience;
 }
 
 void c_playlist::endLoad() {
