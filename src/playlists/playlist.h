@@ -127,5 +127,5 @@ private:
     void endLoad();
 
     ReadAhead ahead;       // of the track that is being loaded
-    int32_t framesWaited;  // by steps, since one last had its bytes
+    int32_t framesWaited;  // by the next step
 };

@@ -1,6 +1,4 @@
 // Fills the clip slots with a playlist, one bounded step a frame.
-#include <algorithm>
-
 #include "clip/load_cost.h"
 #include "core/all.h"
 #include "core/globals.h"
@@ -9,7 +7,7 @@
 
 namespace {
 
-// A card that brings nothing for so long is failing: the step finds out.
+// A card that brings nothing for so long is failing: the list's steps read for themselves then.
 constexpr int kPatience = 50;  // frames
 
 }  // namespace
@@ -56,13 +54,13 @@ bool c_playlist::stepWaits(int budget) {
     if (reach.end == 0) {
         return false;
     }
-    if (ahead.haveCome(reach.from, reach.end) || !loadWaits) {
-        framesWaited = 0;
+    // What a step asks for helps the next ones, too, when it does not wait itself.
+    const bool come = ahead.haveCome(reach.from, reach.end);
+    if (framesWaited == kPatience || !loadWaits) {
         return false;
     }
-    // Past that, each step goes on at once, until one's bytes have come again.
-    framesWaited = std::min(framesWaited + 1, kPatience);
-    return framesWaited < kPatience;
+    framesWaited = come ? 0 : framesWaited + 1;
+    return !come && framesWaited < kPatience;
 }
 
 void c_playlist::endLoad() {
