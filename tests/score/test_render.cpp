@@ -1,8 +1,6 @@
 // The real velmora-render.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -109,18 +107,6 @@ TEST_F(Render, Tour_ShowsWhatItAlwaysShowed) {
 }
 
 TEST_F(Render, Screens_ShowWhatTheyAlwaysShowed) {
-    expectKnownPictures("screens", "--interface");
-}
-
-// A load takes its frames, also when the disk has yet to be read.
-TEST_F(Render, Screens_ShowWhatTheyAlwaysShowed_FromADisk) {
-    for (const fs::directory_entry& clip : fs::directory_iterator("set/videos")) {
-        const int file = open(clip.path().c_str(), O_RDONLY | O_CLOEXEC);
-        ASSERT_GE(file, 0);
-        fsync(file);
-        posix_fadvise(file, 0, 0, POSIX_FADV_DONTNEED);
-        close(file);
-    }
     expectKnownPictures("screens", "--interface");
 }
 
