@@ -13,6 +13,7 @@
 #include "tools/base/texts.h"
 #include "tools/clip/reports/check_files.h"
 #include "tools/clip/reports/check_set.h"
+#include "tools/clip/reports/memory_room.h"
 
 namespace {
 
@@ -299,6 +300,16 @@ TEST(CheckSet, FirstBeyond_IsTheTrackThatPassesTheRoom) {
     EXPECT_EQ(maker::firstBeyond(playlist, slots + 6), 1u);
     playlist.tracks.assign(51, track(1, 1, 1));
     EXPECT_EQ(maker::firstBeyond(playlist, slots + 50), std::nullopt);
+}
+
+// What was free on the card for the Raspberry Pi in an emulated machine, before the program starts.
+TEST(CheckSet, RoomOnMachine_IsNoMoreThanWhatTheLauncherLeavesThere) {
+    constexpr size_t kMb = maker::kMebibyte;
+    for (const auto& [machine, free] : {std::pair{512, 406}, {1024, 843}, {2048, 1851}}) {
+        const size_t room = maker::roomOnMachine(static_cast<size_t>(machine) * kMb);
+        EXPECT_LE(room, maker::roomForClips(static_cast<size_t>(free) * kMb)) << machine;
+        EXPECT_GT(room, static_cast<size_t>(free - 100) * kMb) << machine;
+    }
 }
 
 class Set : public testing::Test {

@@ -95,6 +95,12 @@ Memory_ThatIsNotToldIsNotLimited() {
     content "$box/log" "Velmora: copying the demo clips to $HOME/Velmora/videos (once)."
 }
 
+Memory_ThatIsKeptIsWhatVelmoraClipCountsWith() {
+    expect "KiB" "$(sed -n 's/^PLAY_KEPT=\([0-9]*\).*/\1/p' "$share/play.sh")" \
+        "$(($(sed -n 's/.*kKeptMemory = \([0-9]*\) \* kMebibyte.*/\1/p' \
+            "$repository/tools/clip/reports/memory_room.h") * 1024))"
+}
+
 SecondStart_GivesOnlyWhatIsMissing() {
     start 0
     rm "$HOME/Velmora/videos/bee.m19" "$HOME/Velmora/userdata/prefs.xml"
