@@ -123,7 +123,7 @@ TEST_F(ChangingClip, AnotherWrittenOverIt_LoadEnds) {
 
 TEST_F(ChangingClip, NoiseWrittenOverIt_LoadEnds) {
     loadChangingAtEach([](std::mt19937& random) {
-        Bytes noise(fs::file_size(kPath));
+        Bytes noise(static_cast<size_t>(fs::file_size(kPath)));
         for (char& byte : noise) {
             byte = static_cast<char>(random());
         }
